@@ -1,0 +1,93 @@
+#include "figures.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace zenqay::bench {
+namespace {
+
+template <typename Member>
+double MedianOf(const std::vector<Cost>& costs, Member member) {
+  std::vector<double> values;
+  for (const Cost& cost : costs) values.push_back(cost.*member);
+  return Median(values);
+}
+
+template <typename Member>
+double MedianRatio(const std::vector<Cost>& programs, const std::vector<Cost>& floors, Member member) {
+  std::vector<double> ratios;
+  for (std::size_t i = 0; i < programs.size(); ++i) ratios.push_back(programs[i].*member / (floors[i].*member));
+  return Median(ratios);
+}
+
+Cost MedianCost(const std::vector<Cost>& costs) {
+  return {MedianOf(costs, &Cost::wallSeconds), MedianOf(costs, &Cost::cpuSeconds), MedianOf(costs, &Cost::peakMib)};
+}
+
+}  // namespace
+
+double Median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  const std::size_t middle = values.size() / 2;
+  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+void Pairs::Add(const Cost& program, const Cost& floor) {
+  programs_.push_back(program);
+  floors_.push_back(floor);
+}
+
+double Pairs::WallRatio() const {
+  return MedianRatio(programs_, floors_, &Cost::wallSeconds);
+}
+
+double Pairs::CpuRatio() const {
+  return MedianRatio(programs_, floors_, &Cost::cpuSeconds);
+}
+
+Cost Pairs::ProgramMedian() const {
+  return MedianCost(programs_);
+}
+
+Cost Pairs::FloorMedian() const {
+  return MedianCost(floors_);
+}
+
+double Pairs::PeakMib() const {
+  double peak = 0;
+  for (const Cost& program : programs_) peak = std::max(peak, program.peakMib);
+  return peak;
+}
+
+void Figures::AddPhase(const std::string& name, long rows, const Pairs& pairs) {
+  const Cost program = pairs.ProgramMedian();
+  const Cost floor = pairs.FloorMedian();
+  const double rowsPerSecond = static_cast<double>(rows) / program.wallSeconds;
+  char line[200];
+  std::snprintf(line, sizeof line, "%-24s %9ld %9.3f %9.3f %9.3f %9.3f %10.0f %7.3f %7.3f %7.1f\n", name.c_str(), rows,
+                program.wallSeconds, floor.wallSeconds, program.cpuSeconds, floor.cpuSeconds, rowsPerSecond,
+                pairs.WallRatio(), pairs.CpuRatio(), pairs.PeakMib());
+  table_ += line;
+  Add(name + ".wall_seconds", program.wallSeconds);
+  Add(name + ".cpu_seconds", program.cpuSeconds);
+  Add(name + ".rows_per_second", rowsPerSecond);
+  Add(name + ".wall_ratio", pairs.WallRatio());
+  Add(name + ".cpu_ratio", pairs.CpuRatio());
+  Add(name + ".peak_mib", pairs.PeakMib());
+}
+
+void Figures::Add(const std::string& name, double value) {
+  figures_.push_back({name, value});
+}
+
+void Figures::Print() const {
+  if (!table_.empty()) {
+    std::printf("%-24s %9s %9s %9s %9s %9s %10s %7s %7s %7s\n", "phase", "rows", "wall s", "floor s", "cpu s",
+                "floor s", "rows/s", "wall", "cpu", "MiB");
+    std::printf("%s\n", table_.c_str());
+  }
+  for (const Figure& figure : figures_) std::printf("%s %.4g\n", figure.name.c_str(), figure.value);
+  std::fflush(stdout);
+}
+
+}  // namespace zenqay::bench

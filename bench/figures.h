@@ -1,0 +1,49 @@
+// What a benchmark prints: a table for people, then one line a figure for programs.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "child_process.h"
+
+namespace zenqay::bench {
+
+double Median(std::vector<double> values);
+
+/// A program and its floor, run in turn: the ratios are taken pair by pair.
+class Pairs {
+ public:
+  void Add(const Cost& program, const Cost& floor);
+
+  double WallRatio() const;
+  double CpuRatio() const;
+  Cost ProgramMedian() const;
+  Cost FloorMedian() const;
+  double PeakMib() const;
+
+ private:
+  std::vector<Cost> programs_;
+  std::vector<Cost> floors_;
+};
+
+class Figures {
+ public:
+  /// A measured phase that worked on `rows` rows: a line of the table and its figures under `name`.
+  void AddPhase(const std::string& name, long rows, const Pairs& pairs);
+
+  /// One figure more, below the table.
+  void Add(const std::string& name, double value);
+
+  void Print() const;
+
+ private:
+  struct Figure {
+    std::string name;
+    double value;
+  };
+
+  std::string table_;
+  std::vector<Figure> figures_;
+};
+
+}  // namespace zenqay::bench

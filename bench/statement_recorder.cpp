@@ -1,0 +1,129 @@
+// Runs a job and writes down every statement as the embedded engine gets it, each ended by a NUL.
+//
+//     statement_recorder FILE COMMANDLINE
+#include <cstdio>
+#include <exception>
+
+#include "erp/hosts/component_catalogue.h"
+#include "localdb/databases.h"
+#include "localdb/dialect/sqlite_dialect.h"
+#include "runtime/os_platform.h"
+#include "startup/modStartUp.h"
+
+namespace {
+
+using namespace zenqay;
+
+class Recorder {
+ public:
+  explicit Recorder(const char* path) : file_(std::fopen(path, "wb")) {}
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
+  ~Recorder() { std::fclose(file_); }
+
+  void Record(const Text& statement) {
+    Text engineText;
+    TranslateForSqlite(statement, engineText);
+    if (!engineText.empty()) std::fwrite(engineText.c_str(), 1, engineText.size() + 1, file_);
+  }
+
+ private:
+  std::FILE* file_;
+};
+
+class RecordedConnection : public Connection {
+ public:
+  RecordedConnection(std::shared_ptr<Connection> inner, Recorder& recorder)
+      : inner_(std::move(inner)), recorder_(recorder) {}
+
+  const std::shared_ptr<Connection>& inner() const { return inner_; }
+  void PutConnectionTimeout(std::int16_t seconds) override { inner_->PutConnectionTimeout(seconds); }
+  void PutCommandTimeout(std::int16_t seconds) override { inner_->PutCommandTimeout(seconds); }
+  void PutConnectionString(const Text& text) override { inner_->PutConnectionString(text); }
+  void Open() override { inner_->Open(); }
+  void PutDefaultDatabase(const Text& name) override { inner_->PutDefaultDatabase(name); }
+  Text DefaultDatabase() override { return inner_->DefaultDatabase(); }
+  std::shared_ptr<Errors> ErrorCollection() override { return inner_->ErrorCollection(); }
+  void Close() override { inner_->Close(); }
+
+ protected:
+  std::int64_t Run(const Text& statement, Count count) override {
+    recorder_.Record(statement);
+    std::int32_t rows = 0;
+    if (count == Count::Asked) {
+      inner_->Execute(statement, rows);
+    } else {
+      inner_->Execute(statement);
+    }
+    return rows;
+  }
+
+ private:
+  std::shared_ptr<Connection> inner_;
+  Recorder& recorder_;
+};
+
+class RecordedRecordset : public Recordset {
+ public:
+  RecordedRecordset(std::shared_ptr<Recordset> inner, Recorder& recorder)
+      : inner_(std::move(inner)), recorder_(recorder) {}
+
+  void PutActiveConnection(std::shared_ptr<Connection> connection) override {
+    inner_->PutActiveConnection(Inner(connection));
+  }
+  void Open(const Text& source, std::shared_ptr<Connection> connection, CursorType cursor, LockType lock,
+            CommandType options) override {
+    recorder_.Record(source);
+    inner_->Open(source, Inner(connection), cursor, lock, options);
+  }
+  bool AtEnd() override { return inner_->AtEnd(); }
+  bool AtBeginning() override { return inner_->AtBeginning(); }
+  std::int32_t RecordCount() override { return inner_->RecordCount(); }
+  void MoveNext() override { inner_->MoveNext(); }
+  Value FieldValue(std::string_view name) override { return inner_->FieldValue(name); }
+  std::int32_t State() override { return inner_->State(); }
+  void Close() override { inner_->Close(); }
+
+ private:
+  static std::shared_ptr<Connection> Inner(const std::shared_ptr<Connection>& connection) {
+    return dynamic_cast<RecordedConnection&>(*connection).inner();
+  }
+
+  std::shared_ptr<Recordset> inner_;
+  Recorder& recorder_;
+};
+
+class RecordedDatabase : public Database {
+ public:
+  explicit RecordedDatabase(Recorder& recorder) : recorder_(recorder) {}
+
+  std::shared_ptr<Connection> CreateConnection() override {
+    return std::make_shared<RecordedConnection>(databases_.CreateConnection(), recorder_);
+  }
+  std::shared_ptr<Recordset> CreateRecordset() override {
+    return std::make_shared<RecordedRecordset>(databases_.CreateRecordset(), recorder_);
+  }
+
+ private:
+  LocalDatabases databases_;
+  Recorder& recorder_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 3) return 2;
+  try {
+    const Text commandLine = argv[2];
+    OsPlatform platform(argc, argv);
+    ComponentCatalogue catalogue(platform.ProgramDirectory());
+    Recorder recorder(argv[1]);
+    RecordedDatabase database(recorder);
+    modDeclarations process{.platform = platform, .components = catalogue, .database = database};
+    RunProcess(process, commandLine);
+  } catch (const std::exception& fault) {
+    std::fprintf(stderr, "statement_recorder: %s\n", fault.what());
+    return 1;
+  }
+  return 0;
+}

@@ -1,0 +1,45 @@
+// A directory with everything that a job needs: exports, catalogue, texts, logs and database files.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "figures.h"
+
+namespace zenqay::bench {
+
+class Workplace {
+ public:
+  /// Makes the directory anew, with a catalogue that serves the ERP from `erp`, and names it to the programs that are
+  /// started from here.
+  explicit Workplace(const std::filesystem::path& directory);
+
+  std::filesystem::path Erp(const std::string& file) const { return directory_ / "erp" / file; }
+
+  /// A database file with the reference schema and the control rows.
+  std::filesystem::path CreateDatabase(const std::string& name) const;
+
+  /// The command line of a job on a database file, without a status component.
+  std::string CommandLine(const std::filesystem::path& database, int tableId, int syncMethod,
+                          const std::string& generation) const;
+
+  /// Writes down the job's statements, which changes the database as the job does.
+  std::filesystem::path RecordStatements(const std::filesystem::path& database, int tableId, int syncMethod,
+                                         const std::string& generation) const;
+
+  /// Runs the job and its floor in turn, each on a copy of `before`.
+  Pairs RunPairs(const std::filesystem::path& before, const std::filesystem::path& statements, int tableId,
+                 int syncMethod, const std::string& generation, int pairs) const;
+
+ private:
+  std::filesystem::path CopyOf(const std::filesystem::path& database) const;
+
+  std::filesystem::path directory_;
+};
+
+/// The moment as exports have it: 2026-01-31T10:11:12Z.
+std::string UtcNow();
+
+}  // namespace zenqay::bench

@@ -1,0 +1,178 @@
+// Contract. A full copy takes every contract; the only-changed pass follows a contract into and out of one status, so
+// that the local table keeps the contracts of that status up to date.
+#include "erp/QTMDeclarations.h"
+#include "job/clsDataCopy.h"
+#include "localdb/sql_literals.h"
+#include "runtime/numbers.h"
+#include "text/labels.h"
+
+namespace zenqay {
+namespace {
+
+constexpr const char* kContractLabel = "STIT0100";
+
+// The status that a change pass keeps, by generation. The numbers are the ERP's.
+constexpr std::int16_t kCopiedStatus1 = 2;
+constexpr std::int16_t kCopiedStatus = 10;
+
+/// What a row's key and its old values are called.
+struct ContractAccessors {
+  std::string_view getKey;
+  std::string_view hasOldValues;
+  std::string_view getOldValues;
+};
+
+constexpr ContractAccessors kContractAccessors = {"getContract", "hasContracts", "getContracts"};
+constexpr ContractAccessors kServiceContractAccessors = {"getServiceContract", "hasServiceContracts",
+                                                         "getServiceContracts"};
+
+const ContractAccessors& ContractAccessorsOf(const Text& generation) {
+  return generation == kGeneration1 ? kContractAccessors : kServiceContractAccessors;
+}
+
+bool StatusIs(const Row& row, std::int16_t status) {
+  return row.Get("getContractStatus").EqualsNumber(status);
+}
+
+bool StatusIsNot(const Row& row, std::int16_t status) {
+  const Value value = row.Get("getContractStatus");
+  return !value.IsNull() && !value.EqualsNumber(status);
+}
+
+}  // namespace
+
+void clsDataCopy::CopyContract(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
+  if (SyncMethod == 1) CopyContractFull(TableName, KXWBusComponent);
+  if (SyncMethod == 2) CopyContractChanged(TableName, KXWBusComponent);
+}
+
+void clsDataCopy::OpenContracts(ErpSource& erp) {
+  if (process_.ErpGeneration == kGeneration1) {
+    erp.manager = Manager(process_.components.Create("Kv40QTMtssmaContracts.ContractsManager"));
+    erp.tableCode = "tssma220";
+    erp.erpLabel = GetLabel(process_, "STIT0088");
+  } else if (process_.ErpGeneration == kGeneration3) {
+    erp.manager = Manager(process_.components.Create("Kv50QTMtsctmServiceContracts.ServiceContractsManager"));
+    erp.tableCode = "tsctm300";
+    erp.erpLabel = GetLabel(process_, "STIT0095");
+  } else if (process_.ErpGeneration == kGeneration8) {
+    erp.manager = Manager(process_.components.Create("Kv61QTMtsctmServiceContracts.ServiceContractsManager"));
+    erp.tableCode = "tsctm300";
+    erp.erpLabel = GetLabel(process_, "STIT0097");
+  }
+}
+
+void clsDataCopy::CopyContractFull(const Text& TableName, const Text& KXWBusComponent) {
+  CopyFull(TableName, KXWBusComponent,
+           {.entityLabel = kContractLabel,
+            .open = [this](ErpSource& erp) { OpenContracts(erp); },
+            .list =
+                [this](const Manager& contracts) {
+                  return contracts.List("", HighValueString(process_.ErpGeneration == kGeneration1 ? 10 : 9));
+                },
+            .apply = [&](const Row& row) { ApplyContractRow(row, TableName); }});
+}
+
+void clsDataCopy::CopyContractChanged(const Text& TableName, const Text& KXWBusComponent) {
+  OnlyChangedPass contracts = {.entityLabel = kContractLabel,
+                               .failureSource = "Contract - Only Changed",
+                               .open = [this](ErpSource& erp) { OpenContracts(erp); }};
+  if (process_.ErpGeneration == kGeneration1) {
+    contracts.ranges = {{"ccon", "", HighValueString(10)}};
+    contracts.fields = {"ccon", WithOld("desc"), WithOld("ctst")};
+    contracts.listing = "NetListContracts";
+  } else if (process_.ErpGeneration == kGeneration3 || process_.ErpGeneration == kGeneration8) {
+    contracts.ranges = {{"csco", "", HighValueString(9)}};
+    contracts.fields = {"csco", WithOld("desc"), WithOld("scon")};
+    contracts.listing = "NetListServiceContracts";
+  }
+  contracts.change = [&](const Row& row, const Text& action) {
+    if (action == "D") return DeleteContractRow(row, TableName);
+    ApplyContractChange(action, row, TableName);
+  };
+  CopyOnlyChanged(TableName, KXWBusComponent, contracts);
+}
+
+SqlText clsDataCopy::ContractUpdate(const Row& row, const Text& TableName) const {
+  const ContractAccessors& erp = ContractAccessorsOf(process_.ErpGeneration);
+  SqlText update("UPDATE ", TableName, " SET ");
+  update.Add("CONTRACT = ", Encoded(row, erp.getKey));
+  if (row.Has("hasDescription")) update.Add(", CDESCRIPTION = ", Encoded(row, "getDescription"));
+  update.Add(", upd_flag = 0 WHERE ");
+  update.Add("CONTRACT =", Encoded(row, erp.getKey));
+  return update;
+}
+
+void clsDataCopy::ApplyContractRow(const Row& row, const Text& TableName) {
+  if (CountUpdate(ContractUpdate(row, TableName))) return;
+
+  const ContractAccessors& erp = ContractAccessorsOf(process_.ErpGeneration);
+  SqlText insert("INSERT INTO ", TableName, " (CONTRACT ");
+  if (row.Has("hasDescription")) insert.Add(",CDESCRIPTION ");
+  insert.Add(",upd_flag )VALUES (", Encoded(row, erp.getKey));
+  if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
+  insert.Add(",0)");
+  CountInsert(insert);
+}
+
+/// Four rules, of which a row can meet more than one. Every getter that a rule names is called, also where an earlier
+/// answer has decided.
+void clsDataCopy::ApplyContractChange(const Text& action, const Row& row, const Text& TableName) {
+  const std::int16_t copiedStatus = process_.ErpGeneration == kGeneration1 ? kCopiedStatus1 : kCopiedStatus;
+  const ContractAccessors& erp = ContractAccessorsOf(process_.ErpGeneration);
+
+  // Leaving the status.
+  if (action == "U") {
+    const bool hasStatus = row.Has("hasContractStatus");
+    const bool isOther = StatusIsNot(row, copiedStatus);
+    if (hasStatus && isOther) DeleteContractRow(row, TableName);
+  }
+
+  // Entering the status.
+  if (row.Has(erp.hasOldValues)) {
+    const bool hadStatus = Row(row.Get(erp.getOldValues).AsObject()).Has("hasContractStatus");
+    const bool wasOther = StatusIsNot(Row(row.Get(erp.getOldValues).AsObject()), copiedStatus);
+    const bool hasStatus = row.Has("hasContractStatus");
+    const bool isCopied = StatusIs(row, copiedStatus);
+    if (action == "U" && hadStatus && wasOther && hasStatus && isCopied) InsertContractRow(row, TableName);
+  }
+
+  // A changed text.
+  const bool hasDescription = row.Has("hasDescription");
+  if (action == "U" && hasDescription) UpdateContractRow(row, TableName);
+
+  // A new contract.
+  const bool hasStatus = row.Has("hasContractStatus");
+  const bool isCopied = StatusIs(row, copiedStatus);
+  if (action == "I" && hasStatus && isCopied) InsertContractRow(row, TableName);
+}
+
+void clsDataCopy::DeleteContractRow(const Row& row, const Text& TableName) {
+  const ContractAccessors& erp = ContractAccessorsOf(process_.ErpGeneration);
+  CountDelete(SqlText("DELETE FROM ", TableName, " WHERE CONTRACT=", Encoded(row, erp.getKey)));
+}
+
+void clsDataCopy::UpdateContractRow(const Row& row, const Text& TableName) {
+  std::int16_t recordsAffected = 0;  // not looked at: a row that is missing is not inserted here
+  process_.LocalConnection->Execute(ContractUpdate(row, TableName).text(), recordsAffected);
+  ucount = CheckedAdd(ucount, 1);
+}
+
+void clsDataCopy::InsertContractRow(const Row& row, const Text& TableName) {
+  const bool isCopied = StatusIs(row, process_.ErpGeneration == kGeneration1 ? kCopiedStatus1 : kCopiedStatus);
+  if (!isCopied) return;
+
+  // Generation 8 has its own column and its own field here.
+  const bool isGeneration8 = process_.ErpGeneration == kGeneration8;
+  const std::string_view getKey = isGeneration8 ? "getCluster" : ContractAccessorsOf(process_.ErpGeneration).getKey;
+  SqlText insert("INSERT INTO ", TableName, isGeneration8 ? " (CONTRACTS " : " (CONTRACT ");
+  if (row.Has("hasDescription")) insert.Add(",CDESCRIPTION ");
+  insert.Add(",upd_flag )VALUES (", Encoded(row, getKey));
+  if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
+  insert.Add(",0)");
+  std::int16_t recordsAffected = 0;
+  process_.LocalConnection->Execute(insert.text(), recordsAffected);
+  icount = CheckedAdd(icount, 1);
+}
+
+}  // namespace zenqay

@@ -1,0 +1,115 @@
+// Serialized item: only generation 8 has the component, and its class is asked for under every generation. Site and
+// object may be unknown and then stand as NULL.
+#include "job/clsDataCopy.h"
+#include "localdb/sql_literals.h"
+#include "text/labels.h"
+
+namespace zenqay {
+namespace {
+
+constexpr const char* kSerializedItemLabel = "STIT0101";
+
+/// The two keys of a row as literals; an unknown one is compared with NULL by an equals sign, which no row meets.
+struct KeyLiterals {
+  KeyLiterals(const modDeclarations& process, const Row& row) {
+    if (row.Has("hasCluster")) site = EncodeSqlString(process, row.GetText("getCluster"));
+    if (row.Has("hasItem")) object = EncodeSqlString(process, row.GetText("getItem"));
+  }
+
+  Text site = "NULL";
+  Text object = "NULL";
+};
+
+/// The literal of a date object of the row, which must be one.
+Text EncodedTime(const Row& row, std::string_view getX) {
+  const Object time = row.Get(getX).AsObject();
+  return SQLEncodeForDateTime(time);
+}
+
+}  // namespace
+
+void clsDataCopy::CopySerializedItem(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
+  if (SyncMethod == 1) CopySerializedItemFull(TableName, KXWBusComponent);
+  if (SyncMethod == 2) CopySerializedItemChanged(TableName, KXWBusComponent);
+}
+
+void clsDataCopy::OpenSerializedItems(ErpSource& erp) {
+  erp.manager = Manager(process_.components.Create("Kv61QTMtscfgSerializedItems.SerializedItemsManager"));
+  erp.tableCode = "tscfg200";
+  erp.erpLabel = GetLabel(process_, "STIT0097");
+}
+
+void clsDataCopy::CopySerializedItemFull(const Text& TableName, const Text& KXWBusComponent) {
+  CopyFull(TableName, KXWBusComponent,
+           {.entityLabel = kSerializedItemLabel,
+            .open = [this](ErpSource& erp) { OpenSerializedItems(erp); },
+            .list = [](const Manager& items) { return items.List("", HighValueString(47), "", HighValueString(30)); },
+            .apply = [&](const Row& row) { ApplySerializedItemRow(row, TableName); }});
+}
+
+void clsDataCopy::CopySerializedItemChanged(const Text& TableName, const Text& KXWBusComponent) {
+  CopyOnlyChanged(TableName, KXWBusComponent,
+                  {.entityLabel = kSerializedItemLabel,
+                   // A failure does not tell which pass it came from.
+                   .failureSource = GetLabel(process_, kSerializedItemLabel),
+                   .open = [this](ErpSource& erp) { OpenSerializedItems(erp); },
+                   .parameterCount = 3,  // the third is left as it is
+                   .ranges = {{"item", "", HighValueString(47)}, {"sern", "", HighValueString(30)}},
+                   .fields = {"item", "desc", "sern", "clst", "ofbp"},
+                   .listing = "NetListSerializedItems",
+                   .change =
+                       [&](const Row& row, const Text& action) {
+                         const KeyLiterals key(process_, row);  // worked out for every row, also where it is not used
+                         if (action != "D") return ApplySerializedItemRow(row, TableName);
+                         SqlText deletion("DELETE FROM ", TableName, " WHERE ");
+                         deletion.Add(" SITE = ", key.site);
+                         deletion.Add(" AND OBJECT = ", key.object);
+                         if (row.Has("hasSerialNumber")) {
+                           deletion.Add(" AND OBJECTNR = ", Encoded(row, "getSerialNumber"));
+                         }
+                         CountDelete(deletion);
+                       }});
+}
+
+void clsDataCopy::ApplySerializedItemRow(const Row& row, const Text& TableName) {
+  const KeyLiterals key(process_, row);
+  SqlText update("UPDATE ", TableName, " SET ");
+  update.Add("OBJECT = ", key.object);
+  if (row.Has("hasDescription")) update.Add(", OBJECTDESC = ", Encoded(row, "getDescription"));
+  update.Add(", SITE = ", key.site);
+  if (row.Has("hasWarranty")) update.Add(", WARRANTY= ", Encoded(row, "getWarranty"));
+  if (row.Has("hasInstallationTime")) update.Add(", INSTALLATION_DATE= ", EncodedTime(row, "getInstallationTime"));
+  if (row.Has("hasDeliveryTime")) update.Add(", DELIVERY_DATE= ", EncodedTime(row, "getDeliveryTime"));
+  if (row.Has("hasSoldtoBusinessPartner")) update.Add(", CUSTOMER= ", Encoded(row, "getSoldtoBusinessPartner"));
+  update.Add(", upd_flag = 0 ");
+  update.Add(" WHERE SITE = ", key.site);
+  update.Add(" AND OBJECT = ", key.object);
+  // Without a serial number the row stands for every local row of the item at the site.
+  if (row.Has("hasSerialNumber")) update.Add(" AND OBJECTNR = ", Encoded(row, "getSerialNumber"));
+  if (CountUpdate(update)) return;
+
+  const KeyLiterals keyAgain(process_, row);
+  SqlText insert("INSERT INTO ", TableName, " ( OBJECTNR ");
+  insert.Add(",OBJECT ");
+  if (row.Has("hasDescription")) insert.Add(",OBJECTDESC ");
+  insert.Add(",SITE ");
+  if (row.Has("hasAlternateSerialNumber")) insert.Add(",SERIALNUMBER ");
+  if (row.Has("hasWarranty")) insert.Add(",WARRANTY ");
+  if (row.Has("hasInstallationTime")) insert.Add(",INSTALLATION_DATE ");
+  if (row.Has("hasDeliveryTime")) insert.Add(",DELIVERY_DATE ");
+  if (row.Has("hasSoldtoBusinessPartner")) insert.Add(",CUSTOMER");
+  insert.Add(",upd_flag )VALUES (");
+  insert.Add(Encoded(row, "getSerialNumber"));  // no gate: the column always receives a value
+  insert.Add(",", keyAgain.object);
+  if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
+  insert.Add(",", keyAgain.site);
+  if (row.Has("hasAlternateSerialNumber")) insert.Add(",", Encoded(row, "getAlternateSerialNumber"));
+  if (row.Has("hasWarranty")) insert.Add(",", Encoded(row, "getWarranty"));
+  if (row.Has("hasInstallationTime")) insert.Add(",", EncodedTime(row, "getInstallationTime"));
+  if (row.Has("hasDeliveryTime")) insert.Add(",", EncodedTime(row, "getDeliveryTime"));
+  if (row.Has("hasSoldtoBusinessPartner")) insert.Add(",", Encoded(row, "getSoldtoBusinessPartner"));
+  insert.Add(",0)");
+  CountInsert(insert);
+}
+
+}  // namespace zenqay

@@ -1,0 +1,96 @@
+#include "erp/hosts/component_catalogue.h"
+
+#include <filesystem>
+
+#include "erp/hosts/builtin_dates.h"
+#include "erp/hosts/file_host.h"
+#include "erp/hosts/status_components.h"
+#include "runtime/xml_file.h"
+
+namespace zenqay {
+
+ComponentCatalogue::ComponentCatalogue(const Text& homeDirectory)
+    : directory_(homeDirectory), path_(homeDirectory + "/Components.xml") {
+  try {
+    Read();
+  } catch (const RuntimeError& fault) {
+    fault_ = fault;
+  }
+}
+
+void ComponentCatalogue::RequireUsable() {
+  if (fault_) throw *fault_;
+}
+
+Object ComponentCatalogue::Create(const Text& classId) {
+  for (const Entry& entry : entries_) {
+    if (classId.starts_with(entry.prefix)) return entry.host->Create(classId);
+  }
+  throw RuntimeError(PlatformFault::CannotCreateObject, classId, classId);
+}
+
+void ComponentCatalogue::Read() {
+  std::error_code fault;
+  if (!std::filesystem::exists(path_, fault) && !fault) {
+    entries_.push_back({"java:java.util.", std::make_unique<BuiltinDateHost>()});
+    return;
+  }
+  pugi::xml_document document;
+  const XmlRead read = ReadXmlFile(path_, document);
+  if (!read) throw RuntimeError(PlatformFault::InvalidCall, read.fault);
+  const pugi::xml_node root = document.document_element();
+  if (Text(root.name()) != "COMPONENTS") {
+    throw RuntimeError(PlatformFault::InvalidCall, PlaceOf(root) + ": the top-level element is not COMPONENTS");
+  }
+  for (const pugi::xml_node element : root.children()) {
+    const Text name = element.name();
+    if (element.type() != pugi::node_element) continue;
+    if (name == "HOST") {
+      ReadHost(element);
+    } else if (name == "TRACE") {
+      trace_ = std::make_unique<Trace>(PathOf(Required(element, "file")));
+    } else {
+      throw RuntimeError(PlatformFault::InvalidCall, PlaceOf(element) + ": unknown element \"" + name + "\"");
+    }
+  }
+}
+
+void ComponentCatalogue::ReadHost(pugi::xml_node element) {
+  const Text prefix = Required(element, "prefix");
+  const Text kind = Required(element, "kind");
+  if (kind == "files") {
+    const Text directory = PathOf(Required(element, "directory"));
+    std::error_code fault;
+    if (!std::filesystem::is_directory(directory, fault)) {
+      throw RuntimeError(PlatformFault::PathNotFound, PlaceOf(element) + ": there is no directory " + directory);
+    }
+    entries_.push_back({prefix, std::make_unique<FileHost>(directory)});
+  } else if (kind == "builtin") {
+    entries_.push_back({prefix, std::make_unique<BuiltinDateHost>()});
+  } else if (kind == "console") {
+    entries_.push_back({prefix, std::make_unique<ConsoleStatusHost>()});
+  } else if (kind == "file") {
+    entries_.push_back({prefix, std::make_unique<FileStatusHost>(PathOf(Required(element, "file")))});
+  } else {
+    throw RuntimeError(PlatformFault::InvalidCall, PlaceOf(element) + ": unknown kind \"" + kind + "\"");
+  }
+}
+
+Text ComponentCatalogue::Required(pugi::xml_node element, const char* attribute) const {
+  const pugi::xml_attribute found = element.attribute(attribute);
+  if (!found) {
+    throw RuntimeError(PlatformFault::InvalidCall,
+                       PlaceOf(element) + ": " + element.name() + " has no attribute \"" + attribute + "\"");
+  }
+  return found.value();
+}
+
+Text ComponentCatalogue::PathOf(const Text& path) const {
+  return (std::filesystem::path(directory_) / path).string();
+}
+
+Text ComponentCatalogue::PlaceOf(pugi::xml_node element) const {
+  return path_ + ", line " + std::to_string(LineOf(path_, element));
+}
+
+}  // namespace zenqay

@@ -1,0 +1,58 @@
+// Who serves which class id: Components.xml, beside the program.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <pugixml.hpp>
+#include <vector>
+
+#include "runtime/trace.h"
+#include "runtime/value.h"
+
+namespace zenqay {
+
+/// The hosts of one run, in the order of their entries; the first whose prefix a class id starts with serves it.
+/// Without a Components.xml only the builtin date objects exist.
+///
+///     <COMPONENTS>
+///       <HOST prefix="java:java.util." kind="builtin"/>
+///       <HOST prefix="Kv" kind="files" directory="erp"/>
+///       <HOST prefix="ZenqayInstHandler." kind="console"/>
+///       <TRACE file="trace.jsonl"/>
+///     </COMPONENTS>
+class ComponentCatalogue : public ComponentHost {
+ public:
+  /// Reads the catalogue. What is wrong with it is kept for RequireUsable, so that it is reported behind the check of
+  /// the command line, by the path that every failure at start takes.
+  explicit ComponentCatalogue(const Text& homeDirectory);
+
+  void RequireUsable() override;
+  Object Create(const Text& classId) override;
+
+  /// The trace that the catalogue asks for; null when it asks for none.
+  Trace* trace() { return trace_.get(); }
+
+ private:
+  struct Entry {
+    Text prefix;
+    std::unique_ptr<ComponentHost> host;
+  };
+
+  void Read();
+  void ReadHost(pugi::xml_node element);
+
+  /// An attribute that an element must have. Raises 5, naming file and line.
+  Text Required(pugi::xml_node element, const char* attribute) const;
+
+  /// The path of an entry, relative to the catalogue's directory.
+  Text PathOf(const Text& path) const;
+  Text PlaceOf(pugi::xml_node element) const;
+
+  Text directory_;
+  Text path_;
+  std::vector<Entry> entries_;
+  std::unique_ptr<Trace> trace_;
+  std::optional<RuntimeError> fault_;
+};
+
+}  // namespace zenqay

@@ -1,0 +1,12 @@
+// What a text in the ERP files must not be.
+#pragma once
+
+#include <string_view>
+
+namespace zenqay {
+
+/// What is wrong with a text: it is no UTF-8 (shortest forms, no surrogates, up to U+10FFFF), or it holds a NUL byte.
+/// Empty when nothing is.
+std::string_view FlawOf(std::string_view bytes);
+
+}  // namespace zenqay

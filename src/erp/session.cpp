@@ -1,0 +1,44 @@
+#include "erp/session.h"
+
+#include "erp/QTMDeclarations.h"
+#include "text/labels.h"
+#include "text/logs.h"
+
+namespace zenqay {
+namespace {
+
+/// The adapter must be newer than this.
+constexpr double kLastRefusedVersion = 2.3;
+
+bool AdapterIsNewEnough(modDeclarations& process) {
+  const Object info = process.components.Create(kAdapterInfoClass);
+  return info.Get("getVersion").AsDouble() > kLastRefusedVersion;
+}
+
+}  // namespace
+
+bool OpenErpSession(modDeclarations& process) {
+  try {
+    if (!AdapterIsNewEnough(process)) return false;
+    if (process.ErpSession.IsNothing()) {
+      const Object access = process.components.Create(kAdapterAccessClass);
+      const Object toolkit = access.Get("kxiToolKit_getDefaultToolkit").AsObject();
+      process.ErpSession = toolkit.Get("createUserSession").AsObject();
+    }
+    return true;
+  } catch (const RuntimeError& error) {
+    process.ErpSession.Release();
+    // The label's text stands in the place of a directory: unless it names one, this write fails, and that failure
+    // ends the process's start.
+    WriteStartupErrorLog(process, GetLabel(process, "SLBL0278"), error);
+    return false;
+  }
+}
+
+void RegisterManager(modDeclarations& process, const Object& manager) {
+  if (process.ErpSession.IsNothing()) return;
+  Value reference = manager;
+  process.ErpSession.Call("addManager", Argument::ByReference(reference));
+}
+
+}  // namespace zenqay

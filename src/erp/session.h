@@ -1,0 +1,15 @@
+// The user session of the ERP's adapter.
+#pragma once
+
+#include "runtime/modDeclarations.h"
+
+namespace zenqay {
+
+/// Creates ErpSession unless it exists. False when the adapter is version 2.3 or older, which leaves ErpSession alone,
+/// or when a step fails, which empties it and is recorded in the start-up log; a record that cannot be written raises.
+bool OpenErpSession(modDeclarations& process);
+
+/// Registers a manager, also an empty reference, with the session. Without a session nothing happens.
+void RegisterManager(modDeclarations& process, const Object& manager);
+
+}  // namespace zenqay

@@ -1,0 +1,150 @@
+#include "job/clsDataCopy.h"
+
+#include <array>
+#include <utility>
+
+#include "erp/QTMDeclarations.h"
+#include "localdb/copy_state.h"
+#include "localdb/local_connection.h"
+#include "localdb/sql_literals.h"
+#include "localdb/table_registry.h"
+#include "text/labels.h"
+#include "text/logs.h"
+#include "text/message_box.h"
+
+namespace zenqay {
+
+void clsDataCopy::StartDataCopy(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
+                                std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent,
+                                const Value& DatabasePlatform) {
+  process_.DatabasePlatform = DatabasePlatform.AsInt16();
+  SetRunLogPath(LogFilePath, TableID);
+  OpenLocalConnection(process_, ConnectionString, LocalDatabase);
+  const CopyResult result =
+      CopySingleTable(ConnectionString, LocalDatabase, TableID, SyncMethod, LogFilePath, KXWBusComponent);
+  RaiseResult(result, TableID);
+  RaiseDone();
+  CloseLocalConnection(process_);
+}
+
+Text clsDataCopy::SQLEncodeForDate(const Value& i_sDateValue) const {
+  return zenqay::SQLEncodeForDate(i_sDateValue);
+}
+
+Text clsDataCopy::SQLEncodeForDateTime(const Object& date) const {
+  return zenqay::SQLEncodeForDateTime(date);
+}
+
+Text clsDataCopy::FormatFailedMessage(const Text& sTable, const Text& sErp) {
+  return FilledLabel(process_, "SLBL0507", sTable, sErp);
+}
+
+CopyResult clsDataCopy::CopySingleTable(const Text&, const Text&, std::int16_t TableID, std::int16_t SyncMethod,
+                                        const Text&, const Text& KXWBusComponent) {
+  Text TableName;
+  try {
+    icount = 0;
+    ucount = 0;
+    dcount = 0;
+    TableName = GetTableName(process_, TableID);
+    process_.LocalRecordset = process_.database.CreateRecordset();
+    process_.LocalErrors = process_.LocalConnection->ErrorCollection();
+    process_.LocalRecordset->PutActiveConnection(process_.LocalConnection);
+    if (IsCopyInProgress(process_, TableName)) return CopyResult::InUse;
+    SetCopyInProgress(process_, TableName);
+    RaiseStarted(TableID);
+    Dispatch(TableName, KXWBusComponent, SyncMethod);
+    RunPostCopy(TableName);
+  } catch (const RuntimeError& error) {
+    // The release runs also when this run never took the table.
+    WriteErrorLog(process_, error);
+    ReleaseCopyInProgress(process_, TableName);
+    return CopyResult::Failed;
+  }
+  try {
+    ReleaseCopyInProgress(process_, TableName);
+  } catch (const RuntimeError& error) {
+    WriteErrorLog(process_, error);  // the copy itself is complete
+  }
+  return CopyResult::Done;
+}
+
+void clsDataCopy::Dispatch(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
+  static constexpr std::array<std::pair<const char*, CopyOperation>, 10> kOperations = {{
+      {"site", &clsDataCopy::CopySite},
+      {"product", &clsDataCopy::CopyProduct},
+      {"problem", &clsDataCopy::CopyProblem},
+      {"symptom", &clsDataCopy::CopySymptom},
+      {"priority", &clsDataCopy::CopyPriority},
+      {"object", &clsDataCopy::CopyObject},
+      {"warranties", &clsDataCopy::CopyWarranty},
+      {"sitecontract", &clsDataCopy::CopySiteContract},
+      {"contracts", &clsDataCopy::CopyContract},
+      {"serializeditem", &clsDataCopy::CopySerializedItem},
+  }};
+  const Text key = LowerCased(TableName);
+  for (const auto& [entityKey, copy] : kOperations) {
+    if (key == entityKey) return (this->*copy)(TableName, KXWBusComponent, SyncMethod);
+  }
+  ShowMessageBox(process_, GetLabel(process_, "SLBL0302"));
+}
+
+void clsDataCopy::RunPostCopy(const Text& TableName) {
+  const bool changed = icount > 0 || ucount > 0 || dcount > 0;
+  if (process_.DatabasePlatform != 1 || !changed) return;
+  UpdateTableStatistics(process_, TableName);
+  const Text key = LowerCased(TableName);
+  if (process_.ErpGeneration == kGeneration3 && (key == "object" || key == "warranties")) CalculateWarrantyExpiry();
+}
+
+void clsDataCopy::SetRunLogPath(const Text& directory, std::int32_t tableId) {
+  const Text today = CompactDate(process_.platform.Now());
+  process_.LogFilePath = directory + "\\" + Trim(GetTableName(process_, tableId)) + "_" + today + ".log";
+}
+
+void clsDataCopy::RaiseResult(CopyResult result, const Value& tableId) {
+  switch (result) {
+    case CopyResult::InUse:
+      return RaiseAlreadyInProgress(tableId);
+    case CopyResult::Failed:
+      return RaiseError(tableId);
+    case CopyResult::Done:
+      return RaiseComplete(tableId);
+  }
+}
+
+Value clsDataCopy::TimeOfDay() {
+  return process_.platform.Now().TimeOnly();
+}
+
+void clsDataCopy::RaiseStarted(const Value& tableId) {
+  const Value arguments[] = {TimeOfDay(), tableId};
+  if (process_.trace != nullptr) process_.trace->Event("DataCopyStarted", arguments);
+  events_.DataCopyJob_DataCopyStarted(arguments[0], arguments[1]);
+}
+
+void clsDataCopy::RaiseAlreadyInProgress(const Value& tableId) {
+  const Value arguments[] = {TimeOfDay(), tableId};
+  if (process_.trace != nullptr) process_.trace->Event("DataCopyAlreadyInProgress", arguments);
+  events_.DataCopyJob_DataCopyAlreadyInProgress(arguments[0], arguments[1]);
+}
+
+void clsDataCopy::RaiseError(const Value& tableId) {
+  const Text message = FilledLabel(process_, "SLBL0455", process_.LogFilePath);
+  const Value arguments[] = {TimeOfDay(), tableId, std::int16_t{-1}, message};
+  if (process_.trace != nullptr) process_.trace->Event("DataCopyError", arguments);
+  events_.DataCopyJob_DataCopyError(arguments[0], arguments[1], arguments[2], arguments[3]);
+}
+
+void clsDataCopy::RaiseComplete(const Value& tableId) {
+  const Value arguments[] = {TimeOfDay(), tableId, icount, ucount, dcount};
+  if (process_.trace != nullptr) process_.trace->Event("DataCopyComplete", arguments);
+  events_.DataCopyJob_DataCopyComplete(arguments[0], arguments[1], arguments[2], arguments[3], arguments[4]);
+}
+
+void clsDataCopy::RaiseDone() {
+  if (process_.trace != nullptr) process_.trace->Event("DataCopydone", {});
+  events_.DataCopyJob_DataCopydone();
+}
+
+}  // namespace zenqay

@@ -1,0 +1,236 @@
+// One copy job: copies one table, or all tables of the generation's group, and raises what became of each.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "entities/sql_text.h"
+#include "erp/component_contract.h"
+#include "runtime/modDeclarations.h"
+
+namespace zenqay {
+
+/// What a table's copy came to.
+enum class CopyResult : std::int16_t {
+  Done = 0,    // it ran to its end, also when the table's name was unknown
+  InUse = 1,   // another copy holds the table; nothing was done
+  Failed = -1  // the failure is in the run log and the table has been released
+};
+
+/// Who listens to a job. The job waits for each sink, and what a sink fails with leaves the step that raised the event.
+///
+/// `iTime` is the time of day. `iTableName` carries the table id: a 16-bit integer in a single-table job, the field
+/// object of the group's query in an all-tables run.
+class DataCopyEvents {
+ public:
+  virtual ~DataCopyEvents() = default;
+
+  virtual void DataCopyJob_DataCopyAlreadyInProgress(Value iTime, Value iTableName) = 0;
+  virtual void DataCopyJob_DataCopyComplete(Value iTime, Value iTableName, Value icount, Value ucount,
+                                            Value dcount) = 0;
+  virtual void DataCopyJob_DataCopydone() = 0;
+  virtual void DataCopyJob_DataCopyError(Value iTime, Value iTableName, Value ieNumber, Value ieMessage) = 0;
+  virtual void DataCopyJob_DataCopyStarted(Value iTime, Value iTableName) = 0;
+};
+
+class clsDataCopy {
+ public:
+  clsDataCopy(modDeclarations& process, DataCopyEvents& events) : process_(process), events_(events) {}
+  clsDataCopy(const clsDataCopy&) = delete;
+  clsDataCopy& operator=(const clsDataCopy&) = delete;
+
+  /// Copies one table. `LogFilePath` is the directory of the run logs. What fails outside the table's copy itself
+  /// leaves this operation: no event is raised then and LocalConnection stays open.
+  void StartDataCopy(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
+                     std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent,
+                     const Value& DatabasePlatform);
+
+  /// Copies every table of the generation's group, one after the other, on one connection. A table that fails or is in
+  /// use does not stop the next; what fails outside a table's copy leaves this operation.
+  void CopyAllTables(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t SyncMethod,
+                     const Text& LogFilePath, const Text& KXWBusComponent, const Value& DatabasePlatform);
+
+  Text SQLEncodeForDate(const Value& i_sDateValue) const;
+  Text SQLEncodeForDateTime(const Object& date) const;
+
+  /// The description of an entity's failure: which table could not be copied from which ERP.
+  Text FormatFailedMessage(const Text& sTable, const Text& sErp);
+
+ private:
+  friend class CopyFixture;  // the tests call the row operations one by one
+
+  CopyResult CopySingleTable(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
+                             std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent);
+
+  // The two passes are written once; what an entity says to them is what is particular to it.
+
+  /// An entity's way into the ERP, as far as a pass has got with it.
+  struct ErpSource {
+    Manager manager;
+    Text tableCode;  // of a net-change listing
+    Text erpLabel;   // names the ERP in a failure's description
+  };
+
+  struct FullCopy {
+    Text entityLabel;  // key of the entity's caption
+    std::function<void(ErpSource&)> open;
+    std::function<Enumeration(const Manager&)> list;
+    std::function<void(const Row&)> apply;
+  };
+
+  /// A range over one key field of a net-change listing.
+  struct KeyRange {
+    Text fieldName;
+    Value from;
+    Value to;
+  };
+
+  /// A field that a net-change listing is asked for: its new value, or its old value as well.
+  struct OutputField {
+    OutputField(const char* fieldName, bool wantsOld = false) : name(fieldName), withOld(wantsOld) {}
+
+    Text name;
+    bool withOld;
+  };
+  static OutputField WithOld(const char* name) { return {name, true}; }
+
+  struct OnlyChangedPass {
+    Text entityLabel;
+    Text failureSource;  // what the source of a failure names
+    ErpSource known;     // what is settled before the failure path is armed
+    std::function<void(ErpSource&)> open;
+    std::size_t parameterCount = 1;  // parameter objects that are created; the ranges use the first of them
+    std::vector<KeyRange> ranges;
+    std::vector<OutputField> fields;                             // asked for in this order
+    Text listing;                                                // the manager's operation
+    std::function<void(const Row&, const Text& action)> change;  // applies or deletes; the action is trimmed
+  };
+
+  // The entities, in their order. CopyX chooses the pass by the sync method: 1 full, 2 only changed, else nothing.
+  using CopyOperation = void (clsDataCopy::*)(const Text& TableName, const Text& KXWBusComponent,
+                                              std::int16_t SyncMethod);
+
+  void CopySite(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopySiteFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopySiteChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplySiteRow(const Row& row, const Text& TableName);
+  void OpenSites(ErpSource& erp);
+
+  void CopyProduct(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopyProductFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopyProductChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplyProductRow(const Row& row, const Text& TableName);
+
+  void CopyProblem(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopyProblemFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopyProblemChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplyProblemRow(const Row& row, const Text& TableName);
+  void OpenProblems(ErpSource& erp);
+
+  void CopyPriority(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopyPriorityFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopyPriorityChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplyPriorityRow(const Row& row, const Text& TableName);
+  void OpenPriorities(ErpSource& erp);
+
+  void CopySymptom(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopySymptomFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopySymptomChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplySymptomRow(const Row& row, const Text& TableName);
+
+  void CopyObject(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopyObjectFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopyObjectChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplyObjectRow(const Row& row, const Text& TableName);
+
+  void CopySiteContract(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopySiteContractFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopySiteContractChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplySiteContractRow(const Row& row, const Text& TableName);
+  void OpenSiteContracts(ErpSource& erp);
+  void LookUpTerms(const Manager& siteContracts, const Row& row);
+  void DeleteSiteContract(const Row& row, const Text& TableName);
+  SqlText SiteContractUpdate3(const Row& row, const Text& TableName) const;
+  SqlText SiteContractInsert3(const Row& row, const Text& TableName) const;
+  SqlText SiteContractUpdate8(const Row& row, const Text& TableName) const;
+  SqlText SiteContractInsert8(const Row& row, const Text& TableName) const;
+
+  void CopyContract(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopyContractFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopyContractChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplyContractRow(const Row& row, const Text& TableName);
+  void ApplyContractChange(const Text& action, const Row& row, const Text& TableName);
+  void DeleteContractRow(const Row& row, const Text& TableName);
+  void UpdateContractRow(const Row& row, const Text& TableName);
+  void InsertContractRow(const Row& row, const Text& TableName);
+  void OpenContracts(ErpSource& erp);
+  SqlText ContractUpdate(const Row& row, const Text& TableName) const;
+
+  void CopyWarranty(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopyWarrantyFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopyWarrantyChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplyWarrantyRow(const Row& row, const Text& TableName);
+  void OpenWarranties(ErpSource& erp);
+
+  void CopySerializedItem(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void CopySerializedItemFull(const Text& TableName, const Text& KXWBusComponent);
+  void CopySerializedItemChanged(const Text& TableName, const Text& KXWBusComponent);
+  void ApplySerializedItemRow(const Row& row, const Text& TableName);
+  void OpenSerializedItems(ErpSource& erp);
+
+  // Behind the copy of objects or warranties.
+  void CalculateWarrantyExpiry();
+  void StoreWarrantyExpiry(Recordset& row);
+  void ComputeWarrantyExpiry(DateTime baseDate, std::int32_t numberOfPeriods, std::int32_t periodUnit,
+                             DateTime& expiry);
+  void ClampWarrantyDay();
+
+  void CopyFull(const Text& TableName, const Text& KXWBusComponent, const FullCopy& entity);
+  void CopyOnlyChanged(const Text& TableName, const Text& KXWBusComponent, const OnlyChangedPass& entity);
+  Enumeration ListChanges(const Text& KXWBusComponent, const OnlyChangedPass& entity, const Text& TableName,
+                          ErpSource& erp, Object& toDate);
+  [[noreturn]] void RaiseCopyFailure(const RuntimeError& error, const Text& failureSource, const Text& entityLabel,
+                                     const Text& erpLabel);
+
+  /// The literal of a row's field, as a text or as a date.
+  Text Encoded(const Row& row, std::string_view getX) const;
+  Text EncodedDate(const Row& row, std::string_view getX) const;
+
+  /// Runs the update of a row. True when it touched a row, which counts one, however many rows it was.
+  bool CountUpdate(const SqlText& update);
+
+  /// Runs the insert of a row, which counts only when it reports exactly one row.
+  void CountInsert(const SqlText& insert);
+
+  /// Runs the deletion of a row, which counts one, whether a row was there or not.
+  void CountDelete(const SqlText& deletion);
+
+  // The steps of CopySingleTable and of the two public operations.
+  void Dispatch(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
+  void RunPostCopy(const Text& TableName);
+  void SetRunLogPath(const Text& directory, std::int32_t tableId);
+  void RaiseResult(CopyResult result, const Value& tableId);
+
+  // Each raising takes the time of day at its moment.
+  void RaiseStarted(const Value& tableId);
+  void RaiseAlreadyInProgress(const Value& tableId);
+  void RaiseError(const Value& tableId);
+  void RaiseComplete(const Value& tableId);
+  void RaiseDone();
+  Value TimeOfDay();
+
+  modDeclarations& process_;
+  DataCopyEvents& events_;
+
+  std::int32_t ucount = 0;  // rows updated in this table's copy
+  std::int32_t icount = 0;  // rows inserted; a full copy folds the updated ones into it
+  std::int32_t dcount = 0;  // rows deleted
+  Text lutm;                // the literal of the table's new update time
+
+  // Working values of the warranty calculation.
+  std::int32_t WarrantyMonths = 0;
+  std::int32_t WarrantyYears = 0;
+  std::int32_t WarrantyDay = 0;
+};
+
+}  // namespace zenqay

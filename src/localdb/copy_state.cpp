@@ -1,0 +1,109 @@
+#include "localdb/copy_state.h"
+
+#include "erp/QTMDeclarations.h"
+#include "localdb/sql_literals.h"
+#include "runtime/numbers.h"
+#include "text/labels.h"
+#include "text/logs.h"
+
+namespace zenqay {
+namespace {
+
+/// The name goes in as it is: a quote in it breaks this query and the two updates of the flag, but not the inserts.
+Text StateQuery(const Text& tableName) {
+  return "SELECT * FROM tstables WHERE tablename = N'" + tableName + "'";
+}
+
+void OpenStateQuery(modDeclarations& process, Recordset& row, const Text& query) {
+  row.Open(query, process.LocalConnection, CursorType::Keyset, LockType::Optimistic, CommandType::SqlText);
+}
+
+Text TodayLiteral(modDeclarations& process) {
+  const Text midnight = IsoText(process.platform.Now().DateOnly());
+  if (process.DatabasePlatform == 2) return "TO_DATE( '" + midnight + "','yyyy-mm-dd HH24:MI:SS')";
+  return "'" + midnight + "'";
+}
+
+void StoreCopyInProgress(modDeclarations& process, const Text& tableName, const Text& flag) {
+  const Text today = TodayLiteral(process);
+  // No blank in front of WHERE: the statement stands as it is.
+  const Text update = "UPDATE tstables SET in_use = " + flag + "WHERE tablename = N'" + tableName + "'";
+  std::int16_t recordsAffected = 0;
+  process.LocalConnection->Execute(update, recordsAffected);
+  if (recordsAffected != 0) return;
+  const Text insert = "INSERT INTO tstables(tablename,lutm,in_use, reqd) VALUES(" +
+                      EncodeSqlString(process, tableName) + "," + today + "," + flag + ",1)";
+  process.LocalConnection->Execute(insert, recordsAffected);
+}
+
+void SetMinutesOf(modDeclarations& process, const Object& date, int minute, std::int32_t zoneOffset) {
+  const Text product = process.ProductId;
+  if (product == "4010" || product == "4009") {
+    date.Call("setMinutes", minute - zoneOffset);
+  } else if (product == "1028") {
+    date.Call("setMinutes", minute);
+  }
+}
+
+}  // namespace
+
+bool IsCopyInProgress(modDeclarations& process, const Text& tableName) {
+  const Text query = StateQuery(tableName);
+  std::shared_ptr<Recordset> row;
+  try {
+    row = process.database.CreateRecordset();
+    OpenStateQuery(process, *row, query);
+    const bool inUse = row->RecordCount() > 0 && row->FieldValue("in_use").EqualsNumber(1);
+    row->Close();
+    return inUse;
+  } catch (const RuntimeError& error) {
+    WriteErrorLog(process, error);
+    if (row->State() != 0) row->Close();
+    const Text description = FilledLabel(process, "SLBL0041", tableName);
+    throw RuntimeError(CheckedAdd(error.number(), 100), "Data Copy In Progress", description);
+  }
+}
+
+void SetCopyInProgress(modDeclarations& process, const Text& tableName) {
+  StoreCopyInProgress(process, tableName, "1");
+}
+
+void ReleaseCopyInProgress(modDeclarations& process, const Text& tableName) {
+  StoreCopyInProgress(process, tableName, "0");
+}
+
+void SetLastUpdateTime(modDeclarations& process, const Text& tableName, const Text& lutm) {
+  const Text update =
+      "UPDATE tstables SET lutm  = " + lutm + " WHERE tablename = " + EncodeSqlString(process, tableName);
+  std::int16_t recordsAffected = 0;
+  process.LocalConnection->Execute(update, recordsAffected);
+  if (recordsAffected != 0) return;
+  const Text insert = "INSERT INTO tstables(tablename,lutm, reqd, in_use) VALUES(" +
+                      EncodeSqlString(process, tableName) + "," + lutm + ", 0, 0)";
+  process.LocalConnection->Execute(insert, recordsAffected);
+}
+
+Object GetLastUpdateDate(modDeclarations& process, const Text& tableName) {
+  const std::shared_ptr<Recordset> row = process.database.CreateRecordset();
+  const Text query = StateQuery(tableName);
+  const Object date = process.components.Create(kDateClass);
+  OpenStateQuery(process, *row, query);
+  const std::int32_t zoneOffset = date.Call("getTimeZoneOffset").AsInt32();
+  if (row->RecordCount() > 0 && row->FieldValue("lutm").IsGreaterThan(0)) {
+    const DateTimeParts stored = row->FieldValue("lutm").AsDateTime().Parts();
+    date.Call("setDate", stored.day);
+    date.Call("setmonth", stored.month - 1);
+    date.Call("SetYear", stored.year - 1900);
+    date.Call("setHours", stored.hour);
+    date.Call("setSeconds", stored.second);
+    SetMinutesOf(process, date, stored.minute, zoneOffset);
+  } else {
+    date.Call("setDate", 1);
+    date.Call("setmonth", 0);
+    date.Call("SetYear", 70);
+  }
+  row->Close();
+  return date;
+}
+
+}  // namespace zenqay

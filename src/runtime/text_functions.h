@@ -1,0 +1,29 @@
+// Text is UTF-8 throughout. The small text operations that the whole system shares.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zenqay {
+
+using Text = std::string;
+
+/// Takes the blank character, and no other white space, off both ends.
+Text Trim(std::string_view text);
+
+/// Takes the blank character off the start.
+Text TrimLeft(std::string_view text);
+
+/// Replaces every occurrence of `mark`, compared exactly, from left to right; the replacement is not searched again.
+Text Replaced(std::string_view text, std::string_view mark, std::string_view replacement);
+
+/// Lower-cases A to Z. The keys that texts are compared with are ASCII, so no other letter can make them equal.
+Text LowerCased(std::string_view text);
+
+/// True when both texts are equal but for the case of A to Z.
+bool EqualsIgnoringCase(std::string_view left, std::string_view right);
+
+/// True when `text` starts with `prefix`, but for the case of A to Z.
+bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);
+
+}  // namespace zenqay

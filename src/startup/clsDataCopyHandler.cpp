@@ -1,0 +1,120 @@
+#include "startup/clsDataCopyHandler.h"
+
+#include "erp/QTMDeclarations.h"
+#include "localdb/table_registry.h"
+#include "text/labels.h"
+#include "text/logs.h"
+
+namespace zenqay {
+namespace {
+
+constexpr std::int16_t kAllTables = 128;
+
+// What the status component is told of a table: a plain sequence, and single bits.
+constexpr std::int16_t kSyncStarted = 1;
+constexpr std::int16_t kSyncComplete = 2;
+constexpr std::int16_t kSyncFailed = 3;
+constexpr std::int32_t kTableStarted = 2;
+constexpr std::int32_t kTableComplete = 4;
+constexpr std::int32_t kTableInUse = 8;
+constexpr std::int32_t kTableFailed = 16;
+
+}  // namespace
+
+void clsDataCopyHandler::HandleDataCopy(const Text& ConnString, const Text& DBName, std::int16_t iTableID,
+                                        std::int16_t SyncMethod, const Text& LogDirectory, const Text& BusComponent,
+                                        std::int32_t DatabasePlatform) {
+  try {
+    if (!process_.NoStatusComponent) ObtainStatusComponent();
+    DataCopyJob = std::make_unique<clsDataCopy>(process_, *this);
+    process_.AllTablesRun = false;
+    if (iTableID != kAllTables) {
+      DataCopyJob->StartDataCopy(ConnString, DBName, iTableID, SyncMethod, LogDirectory, BusComponent,
+                                 DatabasePlatform);
+    } else {
+      process_.AllTablesRun = true;
+      DataCopyJob->CopyAllTables(ConnString, DBName, SyncMethod, LogDirectory, BusComponent, DatabasePlatform);
+    }
+  } catch (const RuntimeError& error) {
+    WriteStartupErrorLog(process_, LogDirectory, error);
+  }
+}
+
+void clsDataCopyHandler::ObtainStatusComponent() {
+  const Object created = process_.components.Create(kStatusClass);
+  Value instance = process_.InstanceNumber;
+  StatusComponent = created.Call("getInstance", Argument::ByReference(instance)).AsObject();
+  process_.InstanceNumber = instance.AsInt16();
+  created.Put("CurrentInstanceNumber", process_.InstanceNumber);
+  if (StatusComponent.IsNothing()) throw RuntimeError(100, "Handle Data Copy", GetLabel(process_, "SLBL0120"));
+}
+
+void clsDataCopyHandler::DataCopyJob_DataCopyAlreadyInProgress(Value iTime, Value iTableName) {
+  if (!process_.NoStatusComponent) {
+    const std::int32_t id = LookupId(iTableName);
+    SendMessage(iTime, FilledLabel(process_, "SLBL0007", GetTableCaption(process_, id), GetErpTableId(process_, id)));
+  }
+  SendTableStatus(iTableName, kTableInUse);
+}
+
+void clsDataCopyHandler::DataCopyJob_DataCopyComplete(Value iTime, Value iTableName, Value icount, Value ucount,
+                                                      Value dcount) {
+  if (!process_.NoStatusComponent) {
+    const std::int32_t id = LookupId(iTableName);
+    SendMessage(iTime, FilledLabel(process_, "SLBL0010", GetTableCaption(process_, id), GetErpTableId(process_, id),
+                                   icount.AsText(), ucount.AsText(), dcount.AsText()));
+    SendSyncStatus(iTableName, kSyncComplete);
+  }
+  SendTableStatus(iTableName, kTableComplete);
+}
+
+void clsDataCopyHandler::DataCopyJob_DataCopydone() {
+  if (!process_.NoStatusComponent) StatusComponent.Release();
+}
+
+void clsDataCopyHandler::DataCopyJob_DataCopyError(Value iTime, Value iTableName, Value ieNumber, Value ieMessage) {
+  if (!process_.NoStatusComponent) {
+    const std::int32_t id = LookupId(iTableName);
+    SendMessage(iTime, FilledLabel(process_, "SLBL0006", GetTableCaption(process_, id), GetErpTableId(process_, id)));
+    StatusMessage =
+        FilledLabel(process_, "SLBL0133", GetTableName(process_, id), ieNumber.AsText(), ieMessage.AsText());
+    StatusComponent.Call("WriteToAlertBox", Argument::ByReference(iTime), Argument::ByReference(StatusMessage));
+    SendSyncStatus(iTableName, kSyncFailed);
+  }
+  SendTableStatus(iTableName, kTableFailed);
+}
+
+void clsDataCopyHandler::DataCopyJob_DataCopyStarted(Value iTime, Value iTableName) {
+  if (!process_.NoStatusComponent) {
+    const std::int32_t id = LookupId(iTableName);
+    SendMessage(iTime, FilledLabel(process_, "SLBL0009", GetTableCaption(process_, id), GetErpTableId(process_, id)));
+    SendSyncStatus(iTableName, kSyncStarted);
+  }
+  SendTableStatus(iTableName, kTableStarted);
+}
+
+std::int32_t clsDataCopyHandler::LookupId(const Value& iTableName) const {
+  Text id = iTableName.AsText();
+  const Text product = process_.ProductId;
+  if (product == "1028" && iTableName.EqualsNumber(99)) id = "18";
+  return Value(id).AsInt32();
+}
+
+void clsDataCopyHandler::SendMessage(Value& iTime, const Text& message) {
+  StatusMessage = message;
+  StatusComponent.Call("writeToMessageBox", Argument::ByReference(iTime), Argument::ByReference(StatusMessage));
+}
+
+void clsDataCopyHandler::SendSyncStatus(Value& iTableName, std::int16_t status) {
+  StatusComponent.Call("UpdateSyncStatus", Argument::ByReference(iTableName), status);
+}
+
+void clsDataCopyHandler::SendTableStatus(Value& iTableName, std::int32_t status) {
+  if (!process_.TableStatusEnabled) return;
+  Value handle = process_.StatusHandle;
+  StatusComponent.Call("UpdateStatusByTable", Argument::ByReference(handle), Argument::ByReference(iTableName), status,
+                       Argument::ByReference(StatusDetail));
+  process_.StatusHandle = handle.AsInt32();
+}
+
+}  // namespace zenqay

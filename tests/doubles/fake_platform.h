@@ -1,0 +1,50 @@
+// A platform that stands still: a fixed clock, a directory of the test's, and everything shown kept. The journal shows
+// `box <text>`, `title <text>` and `logging <target>`.
+#pragma once
+
+#include <vector>
+
+#include "doubles/journal.h"
+#include "runtime/platform.h"
+
+namespace zenqay {
+
+class FakePlatform : public Platform {
+ public:
+  FakePlatform(Journal& journal, Text programDirectory)
+      : journal_(journal), programDirectory_(std::move(programDirectory)) {}
+
+  /// The clock: 31 January 2004, 10:11:12, unless the test sets it. With `nextTimes`, each look takes the next one.
+  DateTime now = DateTime::FromParts({2004, 1, 31, 10, 11, 12});
+  std::vector<DateTime> nextTimes;
+
+  Text title;
+  Text logTarget;
+  std::vector<Text> causes;  // what standard error would show
+
+  DateTime Now() override {
+    if (!nextTimes.empty()) {
+      now = nextTimes.front();
+      nextTimes.erase(nextTimes.begin());
+    }
+    return now;
+  }
+  Text ProgramDirectory() override { return programDirectory_; }
+  void SetTitle(const Text& text) override {
+    title = text;
+    journal_.Line("title " + text);
+  }
+  void ShowMessageBox(const Text& text) override { journal_.Line("box " + text); }
+  void StartLogging(const Text& target) override {
+    logTarget = target;
+    journal_.Line("logging " + target);
+  }
+  using Platform::NameCause;
+  void NameCause(const Text& cause) override { causes.push_back(cause); }
+
+ private:
+  Journal& journal_;
+  Text programDirectory_;
+};
+
+}  // namespace zenqay

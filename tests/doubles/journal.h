@@ -1,0 +1,33 @@
+// One text of everything that the job said to the outside, in order: what a test compares whole.
+#pragma once
+
+#include <utility>
+
+#include "runtime/value.h"
+
+namespace zenqay {
+
+class Journal {
+ public:
+  void Line(const Text& line) { text_ += line + "\n"; }
+  const Text& text() const { return text_; }
+
+  /// The text since the last Take.
+  Text Take() { return std::exchange(text_, {}); }
+
+ private:
+  Text text_;
+};
+
+/// The link names stay apart from other helpers of tests that show values in their own way.
+inline namespace journal_text {
+
+/// A value with its type: "text", i16(1), i32(1), dbl(2.5), true, time(10:11:12 AM), empty, null, nothing, <name> for a
+/// scripted object, field(TableID=5) for a field, high(8) for a text of eight characters of code 127; behind "&" when
+/// it is passed by reference.
+Text Shown(const Value& value);
+Text Shown(const Argument& argument);
+Text Shown(Arguments arguments);
+
+}  // namespace journal_text
+}  // namespace zenqay

@@ -1,0 +1,18 @@
+// What an operation comes to, as one text.
+#pragma once
+
+#include "runtime/runtime_error.h"
+
+namespace zenqay {
+
+/// The text that the deed gives, or the error that it raises: "13 ZenqayDBSync: Type mismatch".
+template <typename Deed>
+Text OutcomeOf(Deed deed) {
+  try {
+    return deed();
+  } catch (const RuntimeError& error) {
+    return std::to_string(error.number()) + " " + error.source() + ": " + error.description();
+  }
+}
+
+}  // namespace zenqay
