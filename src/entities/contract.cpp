@@ -48,15 +48,15 @@ void clsDataCopy::CopyContract(const Text& TableName, const Text& KXWBusComponen
 
 void clsDataCopy::OpenContracts(ErpSource& erp) {
   if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create("Kv40QTMtssmaContracts.ContractsManager"));
+    erp.manager = Manager(process_.components.Create(kContractsManager1));
     erp.tableCode = "tssma220";
     erp.erpLabel = GetLabel(process_, "STIT0088");
   } else if (process_.ErpGeneration == kGeneration3) {
-    erp.manager = Manager(process_.components.Create("Kv50QTMtsctmServiceContracts.ServiceContractsManager"));
+    erp.manager = Manager(process_.components.Create(kServiceContractsManager3));
     erp.tableCode = "tsctm300";
     erp.erpLabel = GetLabel(process_, "STIT0095");
   } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create("Kv61QTMtsctmServiceContracts.ServiceContractsManager"));
+    erp.manager = Manager(process_.components.Create(kServiceContractsManager8));
     erp.tableCode = "tsctm300";
     erp.erpLabel = GetLabel(process_, "STIT0097");
   }

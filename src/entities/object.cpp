@@ -10,7 +10,6 @@ namespace {
 
 constexpr const char* kObjectLabel = "STIT0015";
 constexpr const char* kErpLabel = "STIT0095";
-constexpr const char* kManagerClass = "Kv50QTMtscfgObjects.ObjectsManager";
 
 constexpr std::int16_t kLowestNumber = 0;
 constexpr std::int16_t kHighestNumber = 9999;
@@ -27,7 +26,7 @@ void clsDataCopy::CopyObjectFull(const Text& TableName, const Text& KXWBusCompon
            {.entityLabel = kObjectLabel,
             .open =
                 [this](ErpSource& erp) {
-                  erp.manager = Manager(process_.components.Create(kManagerClass));
+                  erp.manager = Manager(process_.components.Create(kObjectsManager3));
                   erp.erpLabel = GetLabel(process_, kErpLabel);
                 },
             .list =
@@ -44,7 +43,7 @@ void clsDataCopy::CopyObjectChanged(const Text& TableName, const Text& KXWBusCom
                    .open =
                        [this](ErpSource& erp) {
                          if (process_.ErpGeneration != kGeneration3) return;
-                         erp.manager = Manager(process_.components.Create(kManagerClass));
+                         erp.manager = Manager(process_.components.Create(kObjectsManager3));
                          erp.tableCode = "tscfg200";
                          erp.erpLabel = GetLabel(process_, kErpLabel);
                        },

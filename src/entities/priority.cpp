@@ -22,15 +22,15 @@ void clsDataCopy::CopyPriority(const Text& TableName, const Text& KXWBusComponen
 
 void clsDataCopy::OpenPriorities(ErpSource& erp) {
   if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create("Kv40QTMtssmaPriorities.PrioritiesManager"));
+    erp.manager = Manager(process_.components.Create(kPrioritiesManager1));
     erp.tableCode = "tssma304";
     erp.erpLabel = GetLabel(process_, "STIT0088");
   } else if (process_.ErpGeneration == kGeneration3) {
-    erp.manager = Manager(process_.components.Create("Kv50QTMtcmcsPriorities.PrioritiesManager"));
+    erp.manager = Manager(process_.components.Create(kPrioritiesManager3));
     erp.tableCode = "tcmcs070";
     erp.erpLabel = GetLabel(process_, "STIT0095");
   } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create("Kv61QTMtcmcsPriorities.PrioritiesManager"));
+    erp.manager = Manager(process_.components.Create(kPrioritiesManager8));
     erp.tableCode = "tcmcs070";
     erp.erpLabel = GetLabel(process_, "STIT0097");
   }

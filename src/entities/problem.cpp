@@ -18,15 +18,15 @@ void clsDataCopy::CopyProblem(const Text& TableName, const Text& KXWBusComponent
 
 void clsDataCopy::OpenProblems(ErpSource& erp) {
   if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create("Kv40QTMtsspfProblems.ProblemsManager"));
+    erp.manager = Manager(process_.components.Create(kProblemsManager1));
     erp.tableCode = "tsspf102";
     erp.erpLabel = GetLabel(process_, "STIT0088");
   } else if (process_.ErpGeneration == kGeneration3) {
-    erp.manager = Manager(process_.components.Create("Kv50QTMtsclmProblems.ProblemsManager"));
+    erp.manager = Manager(process_.components.Create(kProblemsManager3));
     erp.tableCode = "tsclm330";
     erp.erpLabel = GetLabel(process_, "STIT0095");
   } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create("Kv61QTMtsclmProblems.ProblemsManager"));
+    erp.manager = Manager(process_.components.Create(kProblemsManager8));
     erp.tableCode = "tsclm330";
     erp.erpLabel = GetLabel(process_, "STIT0097");
   }

@@ -1,5 +1,6 @@
 // Product: the installations of the ERP. Only generation 1 has the component, and its class is asked for under every
 // generation.
+#include "erp/QTMDeclarations.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
 #include "text/labels.h"
@@ -9,7 +10,6 @@ namespace {
 
 constexpr const char* kProductLabel = "STIT0090";
 constexpr const char* kErpLabel = "STIT0088";
-constexpr const char* kManagerClass = "Kv40QTMtssmaInstallations.InstallationsManager";
 
 }  // namespace
 
@@ -23,7 +23,7 @@ void clsDataCopy::CopyProductFull(const Text& TableName, const Text& KXWBusCompo
            {.entityLabel = kProductLabel,
             .open =
                 [this](ErpSource& erp) {
-                  erp.manager = Manager(process_.components.Create(kManagerClass));
+                  erp.manager = Manager(process_.components.Create(kInstallationsManager1));
                   erp.erpLabel = GetLabel(process_, kErpLabel);
                 },
             .list = [](const Manager& products) { return products.List("", HighValueString(20)); },
@@ -36,7 +36,7 @@ void clsDataCopy::CopyProductChanged(const Text& TableName, const Text& KXWBusCo
       {.entityLabel = kProductLabel,
        .failureSource = "Product - Only Changed",
        .known = {.tableCode = "tssma102", .erpLabel = GetLabel(process_, kErpLabel)},
-       .open = [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kManagerClass)); },
+       .open = [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kInstallationsManager1)); },
        .ranges = {{"cins", "", HighValueString(20)}},
        .fields = {"cins", "desc", "cloc", "ccon", "cgua", "gdat", "sdat", "edat"},
        .listing = "NetListInstallations",

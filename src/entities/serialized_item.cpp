@@ -1,5 +1,6 @@
 // Serialized item: only generation 8 has the component, and its class is asked for under every generation. Site and
 // object may be unknown and then stand as NULL.
+#include "erp/QTMDeclarations.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
 #include "text/labels.h"
@@ -34,7 +35,7 @@ void clsDataCopy::CopySerializedItem(const Text& TableName, const Text& KXWBusCo
 }
 
 void clsDataCopy::OpenSerializedItems(ErpSource& erp) {
-  erp.manager = Manager(process_.components.Create("Kv61QTMtscfgSerializedItems.SerializedItemsManager"));
+  erp.manager = Manager(process_.components.Create(kSerializedItemsManager8));
   erp.tableCode = "tscfg200";
   erp.erpLabel = GetLabel(process_, "STIT0097");
 }

@@ -41,15 +41,15 @@ void clsDataCopy::CopySite(const Text& TableName, const Text& KXWBusComponent, s
 
 void clsDataCopy::OpenSites(ErpSource& erp) {
   if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create("Kv40QTMtssmaLocations.LocationsManager"));
+    erp.manager = Manager(process_.components.Create(kLocationsManager1));
     erp.tableCode = "tssma110";
     erp.erpLabel = GetLabel(process_, "STIT0088");
   } else if (process_.ErpGeneration == kGeneration3) {
-    erp.manager = Manager(process_.components.Create("Kv50QTMtscfgConfigurations.ConfigurationsManager"));
+    erp.manager = Manager(process_.components.Create(kConfigurationsManager3));
     erp.tableCode = "tscfg220";
     erp.erpLabel = GetLabel(process_, "STIT0095");
   } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create("Kv61QTMtsbscClusters.ClustersManager"));
+    erp.manager = Manager(process_.components.Create(kClustersManager8));
     erp.tableCode = "tsbsc100";
     erp.erpLabel = GetLabel(process_, "STIT0097");
   }

@@ -48,13 +48,11 @@ void clsDataCopy::CopySiteContract(const Text& TableName, const Text& KXWBusComp
 
 void clsDataCopy::OpenSiteContracts(ErpSource& erp) {
   if (process_.ErpGeneration == kGeneration3) {
-    erp.manager =
-        Manager(process_.components.Create("Kv50QTMtsctmContractConfigurationLines.ContractConfigurationLinesManager"));
+    erp.manager = Manager(process_.components.Create(kContractConfigurationLinesManager3));
     erp.tableCode = "tsctm310";
     erp.erpLabel = GetLabel(process_, "STIT0095");
   } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager =
-        Manager(process_.components.Create("Kv61QTMtsctmContractConfigurationLines.ContractConfigurationLinesManager"));
+    erp.manager = Manager(process_.components.Create(kContractConfigurationLinesManager8));
     erp.tableCode = "tsctm110";
     erp.erpLabel = GetLabel(process_, "STIT0097");
   }

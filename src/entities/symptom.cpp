@@ -10,7 +10,6 @@ namespace {
 
 constexpr const char* kSymptomLabel = "STIT0092";
 constexpr const char* kErpLabel = "STIT0088";
-constexpr const char* kManagerClass = "Kv40QTMtsspfSymptoms.SymptomsManager";
 
 }  // namespace
 
@@ -24,7 +23,7 @@ void clsDataCopy::CopySymptomFull(const Text& TableName, const Text& KXWBusCompo
            {.entityLabel = kSymptomLabel,
             .open =
                 [this](ErpSource& erp) {
-                  erp.manager = Manager(process_.components.Create(kManagerClass));
+                  erp.manager = Manager(process_.components.Create(kSymptomsManager1));
                   erp.erpLabel = GetLabel(process_, kErpLabel);
                 },
             .list = [](const Manager& symptoms) { return symptoms.List("", HighValueString(10)); },
@@ -37,7 +36,7 @@ void clsDataCopy::CopySymptomChanged(const Text& TableName, const Text& KXWBusCo
       {.entityLabel = kSymptomLabel,
        .failureSource = "Symptoms - Only Changed",
        .known = {.tableCode = "tsspf101", .erpLabel = GetLabel(process_, kErpLabel)},
-       .open = [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kManagerClass)); },
+       .open = [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kSymptomsManager1)); },
        .ranges = {{"csym", "", HighValueString(10)}},
        .fields = {"csym", "desc"},
        .listing = "NetListSymptoms",

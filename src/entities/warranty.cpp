@@ -18,16 +18,16 @@ void clsDataCopy::CopyWarranty(const Text& TableName, const Text& KXWBusComponen
 
 void clsDataCopy::OpenWarranties(ErpSource& erp) {
   if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create("Kv40QTMtssmaWarranties.WarrantiesManager"));
+    erp.manager = Manager(process_.components.Create(kWarrantiesManager1));
     erp.tableCode = "tssma130";
     erp.erpLabel = GetLabel(process_, "STIT0088");
   } else if (process_.ErpGeneration == kGeneration3) {
     // The table stands in another module than the class.
-    erp.manager = Manager(process_.components.Create("Kv50QTMtsctmWarranties.WarrantiesManager"));
+    erp.manager = Manager(process_.components.Create(kWarrantiesManager3));
     erp.tableCode = "tscfg020";
     erp.erpLabel = GetLabel(process_, "STIT0095");
   } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create("Kv61QTMtsctmWarranties.WarrantiesManager"));
+    erp.manager = Manager(process_.components.Create(kWarrantiesManager8));
     erp.tableCode = "tsctm020";
     erp.erpLabel = GetLabel(process_, "STIT0097");
   }
