@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <fstream>
 
+#include "site_exports.h"
 #include "workplace.h"
 
 namespace {
@@ -18,28 +18,6 @@ constexpr int kSite = 1;
 constexpr int kFull = 1;
 constexpr int kOnlyChanged = 2;
 constexpr const char* kGeneration = "1";
-
-void WriteLocation(std::ofstream& file, long row, const char* description) {
-  char line[160];
-  std::snprintf(line, sizeof line, "L%08ld,%s %ld of the service region,C%07ld\n", row, description, row, row % 5000);
-  file << line;
-}
-
-void WriteExports(const Workplace& place, long rows) {
-  std::ofstream all(place.Erp("Kv40QTMtssmaLocations.csv"), std::ios::binary);
-  all << "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n";
-  for (long row = 0; row < rows; ++row) WriteLocation(all, row, "Location number");
-}
-
-void WriteChanges(const Workplace& place, long rows) {
-  std::ofstream changes(place.Erp("Kv40QTMtssmaLocations.changes.csv"), std::ios::binary);
-  changes << "ChangedAt,ActionType,Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n";
-  const std::string now = UtcNow();
-  for (long row = 0; row < rows; row += 10) {
-    changes << now << ",U,";
-    WriteLocation(changes, row, "Changed location");
-  }
-}
 
 /// An only-changed job that finds no change: what starting and ending costs.
 double EmptyJobMilliseconds(const Workplace& place, const fs::path& database) {
@@ -57,7 +35,7 @@ void Run(const fs::path& directory, long rows, int pairs) {
   const fs::path empty = place.CreateDatabase("empty.db");
   const double emptyJob = EmptyJobMilliseconds(place, place.CreateDatabase("idle.db"));
 
-  WriteExports(place, rows);
+  WriteLocations(place, rows);
   const fs::path filled = place.CreateDatabase("filled.db");
   const fs::path fill = place.RecordStatements(filled, kSite, kFull, kGeneration);
   figures.AddPhase("site.first_fill", rows, place.RunPairs(empty, fill, kSite, kFull, kGeneration, pairs));
@@ -67,7 +45,7 @@ void Run(const fs::path& directory, long rows, int pairs) {
   const fs::path copy = place.RecordStatements(again, kSite, kFull, kGeneration);
   figures.AddPhase("site.second_copy", rows, place.RunPairs(filled, copy, kSite, kFull, kGeneration, pairs));
 
-  WriteChanges(place, rows);
+  WriteLocationChanges(place, rows);
   const fs::path change = place.RecordStatements(again, kSite, kOnlyChanged, kGeneration);
   figures.AddPhase("site.only_changed", (rows + 9) / 10,
                    place.RunPairs(filled, change, kSite, kOnlyChanged, kGeneration, pairs));

@@ -1,4 +1,5 @@
-// Runs a job and writes down every statement as the embedded engine gets it, each ended by a NUL.
+// Runs a job and writes down every statement as the database gets it, each ended by a NUL: as SQLite reads it for
+// Provider=SQLite, else as PostgreSQL does.
 //
 //     statement_recorder FILE COMMANDLINE
 #include <cstdio>
@@ -6,6 +7,7 @@
 
 #include "erp/hosts/component_catalogue.h"
 #include "localdb/databases.h"
+#include "localdb/dialect/postgresql_dialect.h"
 #include "localdb/dialect/sqlite_dialect.h"
 #include "runtime/os_platform.h"
 #include "startup/modStartUp.h"
@@ -16,19 +18,24 @@ using namespace zenqay;
 
 class Recorder {
  public:
-  explicit Recorder(const char* path) : file_(std::fopen(path, "wb")) {}
+  Recorder(const char* path, bool isSqlite) : file_(std::fopen(path, "wb")), isSqlite_(isSqlite) {}
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
   ~Recorder() { std::fclose(file_); }
 
   void Record(const Text& statement) {
     Text engineText;
-    TranslateForSqlite(statement, engineText);
+    if (isSqlite_) {
+      TranslateForSqlite(statement, engineText);
+    } else {
+      TranslateForPostgreSql(statement, engineText);
+    }
     if (!engineText.empty()) std::fwrite(engineText.c_str(), 1, engineText.size() + 1, file_);
   }
 
  private:
   std::FILE* file_;
+  bool isSqlite_;
 };
 
 class RecordedConnection : public Connection {
@@ -117,7 +124,7 @@ int main(int argc, char** argv) {
     const Text commandLine = argv[2];
     OsPlatform platform(argc, argv);
     ComponentCatalogue catalogue(platform.ProgramDirectory());
-    Recorder recorder(argv[1]);
+    Recorder recorder(argv[1], commandLine.starts_with("Provider=SQLite;"));
     RecordedDatabase database(recorder);
     modDeclarations process{.platform = platform, .components = catalogue, .database = database};
     RunProcess(process, commandLine);

@@ -59,16 +59,24 @@ fs::path Workplace::CreateDatabase(const std::string& name) const {
 
 std::string Workplace::CommandLine(const fs::path& database, int tableId, int syncMethod,
                                    const std::string& generation) const {
-  return "Provider=SQLite;Data Source=" + database.string() + "{}{}" + std::to_string(tableId) + "{}" +
-         std::to_string(syncMethod) + "{}" + (directory_ / "log").string() + "{}100{}-1{}{}1{}0{}" + generation +
-         "{}no status component";
+  return CommandLineFor("Provider=SQLite;Data Source=" + database.string(), tableId, syncMethod, generation);
+}
+
+std::string Workplace::CommandLineFor(const std::string& connectionString, int tableId, int syncMethod,
+                                      const std::string& generation) const {
+  return connectionString + "{}{}" + std::to_string(tableId) + "{}" + std::to_string(syncMethod) + "{}" +
+         (directory_ / "log").string() + "{}100{}-1{}{}1{}0{}" + generation + "{}no status component";
 }
 
 fs::path Workplace::RecordStatements(const fs::path& database, int tableId, int syncMethod,
                                      const std::string& generation) const {
-  const fs::path statements =
-      directory_ / ("statements-" + std::to_string(tableId) + "-" + std::to_string(syncMethod) + ".sql0");
-  RunChild({ZENQAY_RECORDER, statements.string(), CommandLine(database, tableId, syncMethod, generation)});
+  return RecordJob(CommandLine(database, tableId, syncMethod, generation),
+                   "statements-" + std::to_string(tableId) + "-" + std::to_string(syncMethod) + ".sql0");
+}
+
+fs::path Workplace::RecordJob(const std::string& commandLine, const std::string& file) const {
+  const fs::path statements = directory_ / file;
+  RunChild({ZENQAY_RECORDER, statements.string(), commandLine});
   return statements;
 }
 

@@ -16,6 +16,7 @@ class Workplace {
   /// started from here.
   explicit Workplace(const std::filesystem::path& directory);
 
+  const std::filesystem::path& path() const { return directory_; }
   std::filesystem::path Erp(const std::string& file) const { return directory_ / "erp" / file; }
 
   /// A database file with the reference schema and the control rows.
@@ -25,9 +26,16 @@ class Workplace {
   std::string CommandLine(const std::filesystem::path& database, int tableId, int syncMethod,
                           const std::string& generation) const;
 
+  /// The same for a database of any kind.
+  std::string CommandLineFor(const std::string& connectionString, int tableId, int syncMethod,
+                             const std::string& generation) const;
+
   /// Writes down the job's statements, which changes the database as the job does.
   std::filesystem::path RecordStatements(const std::filesystem::path& database, int tableId, int syncMethod,
                                          const std::string& generation) const;
+
+  /// The same for a job on a database of any kind, into a file of this name.
+  std::filesystem::path RecordJob(const std::string& commandLine, const std::string& file) const;
 
   /// Runs the job and its floor in turn, each on a copy of `before`.
   Pairs RunPairs(const std::filesystem::path& before, const std::filesystem::path& statements, int tableId,

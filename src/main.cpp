@@ -8,6 +8,7 @@
 #include "localdb/databases.h"
 #include "localdb/traced_database.h"
 #include "runtime/os_platform.h"
+#include "runtime/secrets.h"
 #include "startup/modStartUp.h"
 
 namespace {
@@ -42,7 +43,8 @@ int main(int argc, char** argv) {
     OsPlatform platform(argc, argv);
     Run(platform);
   } catch (const RuntimeError& fatal) {
-    std::fprintf(stderr, "zenqay-dbsync: fatal error %d: %s\n", fatal.number(), fatal.what());
+    std::fprintf(stderr, "zenqay-dbsync: fatal error %d: %s\n", fatal.number(),
+                 WithoutSecrets(fatal.description()).c_str());
     return 70;
   } catch (const std::exception& fatal) {
     std::fprintf(stderr, "zenqay-dbsync: fatal error: %s\n", fatal.what());

@@ -35,9 +35,10 @@ void clsDataCopy::CopySerializedItem(const Text& TableName, const Text& KXWBusCo
 }
 
 void clsDataCopy::OpenSerializedItems(ErpSource& erp) {
-  erp.manager = Manager(process_.components.Create(kSerializedItemsManager8));
+  // The texts come first: where the component is missing, the failure still names the ERP.
   erp.tableCode = "tscfg200";
   erp.erpLabel = GetLabel(process_, "STIT0097");
+  erp.manager = Manager(process_.components.Create(kSerializedItemsManager8));
 }
 
 void clsDataCopy::CopySerializedItemFull(const Text& TableName, const Text& KXWBusComponent) {

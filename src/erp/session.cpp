@@ -7,15 +7,16 @@
 namespace zenqay {
 namespace {
 
-/// The adapter must be newer than this.
-constexpr double kLastRefusedVersion = 2.3;
-
 bool AdapterIsNewEnough(modDeclarations& process) {
-  const Object info = process.components.Create(kAdapterInfoClass);
-  return info.Get("getVersion").AsDouble() > kLastRefusedVersion;
+  return AdapterVersion(process) > kLastRefusedVersion;
 }
 
 }  // namespace
+
+double AdapterVersion(modDeclarations& process) {
+  const Object info = process.components.Create(kAdapterInfoClass);
+  return info.Get("getVersion").AsDouble();
+}
 
 bool OpenErpSession(modDeclarations& process) {
   try {

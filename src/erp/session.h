@@ -5,6 +5,12 @@
 
 namespace zenqay {
 
+/// The adapter must be newer than this.
+inline constexpr double kLastRefusedVersion = 2.3;
+
+/// The version of the installed adapter.
+double AdapterVersion(modDeclarations& process);
+
 /// Creates ErpSession unless it exists. False when the adapter is version 2.3 or older, which leaves ErpSession alone,
 /// or when a step fails, which empties it and is recorded in the start-up log; a record that cannot be written raises.
 bool OpenErpSession(modDeclarations& process);

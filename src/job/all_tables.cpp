@@ -1,6 +1,7 @@
 // The all-tables run.
 #include "job/clsDataCopy.h"
 #include "localdb/local_connection.h"
+#include "localdb/table_registry.h"
 
 namespace zenqay {
 
@@ -9,10 +10,9 @@ void clsDataCopy::CopyAllTables(const Text& ConnectionString, const Text& LocalD
   process_.DatabasePlatform = DatabasePlatform.AsInt16();
   OpenLocalConnection(process_, ConnectionString, LocalDatabase);
 
-  const Text query =
-      "SELECT tableid FROM tstreenodes WHERE groupid = '" + process_.ErpGeneration + "'  AND tableid is not null";
   const std::shared_ptr<Recordset> group = process_.database.CreateRecordset();
-  group->Open(query, process_.LocalConnection, CursorType::Keyset, LockType::Optimistic, CommandType::Unspecified);
+  group->Open(GroupQuery(process_), process_.LocalConnection, CursorType::Keyset, LockType::Optimistic,
+              CommandType::Unspecified);
 
   // The field object stands in the events for the table id; its value is that of the current row.
   const Value tableId = Object(std::make_shared<Field>(group, "TableID"));

@@ -55,15 +55,33 @@ Text TakeValue(std::string_view& rest) {
 
 }  // namespace
 
-ConnectionString::ConnectionString(std::string_view text) {
+std::vector<ConnectionEntry> EntriesOf(std::string_view text) {
+  std::vector<ConnectionEntry> entries;
   std::string_view rest = text;
   Skip(rest, " ;");
   while (!rest.empty()) {
     Text key = TakeKey(rest);
+    const std::string_view from = rest;
     Text value = TakeValue(rest);
-    Put(std::move(key), std::move(value));
+    const Text written = Trim(from.substr(0, from.size() - rest.size()));
+    entries.push_back({std::move(key), std::move(value), written});
     Skip(rest, " ;");
   }
+  return entries;
+}
+
+Text WithoutEntry(std::string_view text, std::string_view key) {
+  Text left;
+  for (const ConnectionEntry& entry : EntriesOf(text)) {
+    if (EqualsIgnoringCase(entry.key, key)) continue;
+    if (!left.empty()) left += ';';
+    left += entry.key + "=" + entry.written;
+  }
+  return left;
+}
+
+ConnectionString::ConnectionString(std::string_view text) {
+  for (ConnectionEntry& entry : EntriesOf(text)) Put(std::move(entry.key), std::move(entry.value));
 }
 
 Text ConnectionString::Value(std::string_view key) const {

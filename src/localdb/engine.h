@@ -7,6 +7,9 @@
 
 namespace zenqay {
 
+/// What a session may do. The connection string asks for a reading one by Mode=Read.
+enum class Access { ReadWrite, ReadOnly };
+
 /// One open session of one engine; its end closes it. What the database reports is thrown as ProviderFailure.
 ///
 /// Statements come as the job composed them and are never empty. Each commits by itself and waits without limit for

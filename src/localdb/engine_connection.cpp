@@ -1,6 +1,7 @@
 #include "localdb/engine_connection.h"
 
 #include "localdb/connection_string.h"
+#include "localdb/odbc/odbc_session.h"
 #include "localdb/provider_errors.h"
 #include "localdb/sqlite/sqlite_session.h"
 #include "runtime/numbers.h"
@@ -62,20 +63,13 @@ std::size_t ColumnOf(const RowStore& rows, std::string_view name) {
         "Item cannot be found in the collection corresponding to the requested name or ordinal.: " + Text(name));
 }
 
-/// Only the word itself: behind it may stand a password whose separator was forgotten.
-[[noreturn]] void RaiseNoDriver(const Text& provider) {
-  constexpr std::string_view kWordCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-";
-  if (provider.empty()) {
-    Raise(kGeneralProviderFailure, "This build has no driver for a connection string without a provider.");
+std::unique_ptr<EngineSession> OpenSession(const Text& connectionString) {
+  const ConnectionString read(connectionString);
+  const bool readsOnly = EqualsIgnoringCase(read.Value("Mode"), "Read");
+  if (EqualsIgnoringCase(read.Value("Provider"), "SQLite")) {
+    return std::make_unique<SqliteSession>(read.Value("Data Source"), readsOnly ? Access::ReadOnly : Access::ReadWrite);
   }
-  const Text word = provider.substr(0, provider.find_first_not_of(kWordCharacters));
-  Raise(kGeneralProviderFailure, "This build has no driver for the provider " + word + ".");
-}
-
-std::unique_ptr<EngineSession> OpenSession(const ConnectionString& connectionString) {
-  const Text provider = connectionString.Value("Provider");
-  if (!EqualsIgnoringCase(provider, "SQLite")) RaiseNoDriver(provider);
-  return std::make_unique<SqliteSession>(connectionString.Value("Data Source"));
+  return std::make_unique<OdbcSession>(readsOnly ? WithoutEntry(connectionString, "Mode") : connectionString);
 }
 
 }  // namespace
@@ -83,7 +77,7 @@ std::unique_ptr<EngineSession> OpenSession(const ConnectionString& connectionStr
 void EngineConnection::Open() {
   Reporting(*errors_, [this] {
     if (session_) RaiseOpenAlready();
-    session_ = OpenSession(ConnectionString(connectionString_));
+    session_ = OpenSession(connectionString_);
   });
 }
 

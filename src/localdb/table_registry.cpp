@@ -47,17 +47,26 @@ void LoadTableRegistry(modDeclarations& process, const Text& ConnectionString, c
     connection->PutConnectionString(ConnectionString);
     connection->Open();
     SelectDatabase(*connection, DatabasePlatform, LocalDatabase);
-    rows->Open(RegistryQuery(process), connection, CursorType::Static, LockType::ReadOnly, CommandType::Unspecified);
-    if (rows->AtEnd() && rows->AtBeginning()) RefuseEmptyRegistry(process);
-    while (!rows->AtEnd()) {
-      StoreRow(process, *rows);
-      rows->MoveNext();
-    }
-    rows->Close();
+    if (!ReadTableRegistry(process, connection, *rows)) RefuseEmptyRegistry(process);
     connection->Close();
   } catch (const RuntimeError& error) {
     WriteErrorLog(process, error);
   }
+}
+
+bool ReadTableRegistry(modDeclarations& process, const std::shared_ptr<Connection>& connection, Recordset& rows) {
+  rows.Open(RegistryQuery(process), connection, CursorType::Static, LockType::ReadOnly, CommandType::Unspecified);
+  if (rows.AtEnd() && rows.AtBeginning()) return false;
+  while (!rows.AtEnd()) {
+    StoreRow(process, rows);
+    rows.MoveNext();
+  }
+  rows.Close();
+  return true;
+}
+
+Text GroupQuery(const modDeclarations& process) {
+  return "SELECT tableid FROM tstreenodes WHERE groupid = '" + process.ErpGeneration + "'  AND tableid is not null";
 }
 
 Text GetTableCaption(const modDeclarations& process, std::int32_t tableId) {

@@ -18,6 +18,12 @@ constexpr std::int32_t kYears = 25;
 
 constexpr DateTime kZeroDate;
 
+/// The short date, followed by the time when there is one. Also on the zero date, which elsewhere stands for no date.
+Text DateText(DateTime date) {
+  const bool hasTime = date.TimeOnly() != DateTime();
+  return hasTime ? ShortDate(date) + " " + LongTime(date) : ShortDate(date);
+}
+
 }  // namespace
 
 void clsDataCopy::CalculateWarrantyExpiry() {
@@ -51,7 +57,7 @@ void clsDataCopy::StoreWarrantyExpiry(Recordset& row) {
   DateTime expiry = kZeroDate;
   ComputeWarrantyExpiry(baseDate, numberOfPeriods, periodUnit, expiry);
   SqlText update("UPDATE OBJECT SET WEXPIRY_DATE = ");
-  update.Add("CONVERT(DATETIME,'", DefaultText(expiry), "',101)");
+  update.Add("CONVERT(DATETIME,'", DateText(expiry), "',101)");
   update.Add(" Where OBJECT.SITE = ", EncodeSqlString(process_, row.FieldValue("SITE").Joined()));
   update.Add(" And OBJECT.OBJECT = ", EncodeSqlString(process_, row.FieldValue("OBJECT").Joined()));
   update.Add(" And OBJECT.OBJECTNR = ", row.FieldValue("OBJECTNR").Joined());

@@ -8,6 +8,7 @@
 
 #include "runtime/file_fault.h"
 #include "runtime/platform.h"
+#include "runtime/secrets.h"
 #include "runtime/windows1252.h"
 
 namespace zenqay {
@@ -28,8 +29,8 @@ void AppendFile::Open(const Text& path) {
 
 void AppendFile::WriteLine(const Text& line) {
   if (!isOpen()) throw RuntimeError(PlatformFault::BadFileNumber);
-  lines_.push_back(line);
-  const Text bytes = ToWindows1252(line) + "\r\n";
+  lines_.push_back(WithoutSecrets(line));
+  const Text bytes = ToWindows1252(lines_.back()) + "\r\n";
   std::size_t written = 0;
   while (written < bytes.size()) {
     const ssize_t count = ::write(descriptor_, bytes.data() + written, bytes.size() - written);

@@ -20,7 +20,7 @@ class AppendFile {
   /// no file, 76 when the directory is missing, 70 without the permission.
   void Open(const Text& path);
 
-  /// Writes the text and CR LF. Raises 61 when the disk is full, 75 for most other failures.
+  /// Writes the text, without passwords, and CR LF. Raises 61 when the disk is full, 75 for most other failures.
   void WriteLine(const Text& line);
 
   /// Raises as WriteLine does what a network drive reports only now. The handle is free again in any case.

@@ -13,6 +13,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "runtime/secrets.h"
+
 namespace zenqay {
 namespace {
 
@@ -87,7 +89,7 @@ void OsPlatform::ShowMessageBox(const Text& text) {
 void OsPlatform::NameCause(const Text& cause) {
   if (cause == lastCause_) return;
   lastCause_ = cause;
-  std::fprintf(stderr, "zenqay-dbsync: %s\n", cause.c_str());
+  std::fprintf(stderr, "zenqay-dbsync: %s\n", WithoutSecrets(cause).c_str());
 }
 
 }  // namespace zenqay

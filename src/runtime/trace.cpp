@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "runtime/connection.h"
+#include "runtime/secrets.h"
 
 namespace zenqay {
 namespace {
@@ -22,6 +23,15 @@ Text ShownDateTime(DateTime value) {
   return text;
 }
 
+/// No password stands in a trace, also where an item of the command line came in the wrong place.
+void CleanOfSecrets(ordered_json& value) {
+  if (value.is_string()) {
+    value = WithoutSecrets(value.get_ref<const Text&>());
+  } else if (value.is_structured()) {
+    for (ordered_json& element : value) CleanOfSecrets(element);
+  }
+}
+
 }  // namespace
 
 Trace::Trace(const Text& path) {
@@ -33,6 +43,7 @@ Trace::Trace(const Text& path) {
 void Trace::Write(std::string_view kind, const ordered_json& rest) {
   ordered_json line = {{"n", ++lines_}, {"kind", kind}};
   line.update(rest);
+  CleanOfSecrets(line);
   file_ << line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) << '\n' << std::flush;
 }
 

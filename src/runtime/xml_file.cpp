@@ -1,6 +1,7 @@
 #include "runtime/xml_file.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -17,11 +18,12 @@ int LineAt(const Text& path, std::ptrdiff_t offset) {
 }  // namespace
 
 XmlRead ReadXmlFile(const Text& path, pugi::xml_document& document) {
+  const XmlRead unread = {false, path + ": the file is missing or cannot be read"};
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored)) return unread;  // it would be asked for its size
   const pugi::xml_parse_result result =
       document.load_file(path.c_str(), pugi::parse_default | pugi::parse_ws_pcdata_single);
-  const bool unread = result.status == pugi::status_file_not_found || result.status == pugi::status_io_error ||
-                      result.status == pugi::status_out_of_memory;  // what reading a directory comes to
-  if (unread) return {false, path + ": the file is missing or cannot be read"};
+  if (result.status == pugi::status_file_not_found || result.status == pugi::status_io_error) return unread;
   if (!result) {
     return {false, path + ", line " + std::to_string(LineAt(path, result.offset)) + ": " + result.description()};
   }

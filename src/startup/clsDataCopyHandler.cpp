@@ -44,7 +44,7 @@ void clsDataCopyHandler::ObtainStatusComponent() {
   const Object created = process_.components.Create(kStatusClass);
   Value instance = process_.InstanceNumber;
   StatusComponent = created.Call("getInstance", Argument::ByReference(instance)).AsObject();
-  process_.InstanceNumber = instance.AsInt16();
+  process_.InstanceNumber = instance.AsInt16();  // passed by reference, so the component may change it
   created.Put("CurrentInstanceNumber", process_.InstanceNumber);
   if (StatusComponent.IsNothing()) throw RuntimeError(100, "Handle Data Copy", GetLabel(process_, "SLBL0120"));
 }
@@ -114,7 +114,7 @@ void clsDataCopyHandler::SendTableStatus(Value& iTableName, std::int32_t status)
   Value handle = process_.StatusHandle;
   StatusComponent.Call("UpdateStatusByTable", Argument::ByReference(handle), Argument::ByReference(iTableName), status,
                        Argument::ByReference(StatusDetail));
-  process_.StatusHandle = handle.AsInt32();
+  process_.StatusHandle = handle.AsInt32();  // passed by reference too
 }
 
 }  // namespace zenqay

@@ -72,13 +72,6 @@ CopyResult CopyFixture::CopyTable(std::int16_t tableId, const Text& tableName, s
   return job.CopySingleTable("", "", tableId, SyncMethod, "", "100");
 }
 
-void CopyFixture::RunPostCopy(const Text& tableName, std::int32_t icount, std::int32_t ucount, std::int32_t dcount) {
-  job.icount = icount;
-  job.ucount = ucount;
-  job.dcount = dcount;
-  job.RunPostCopy(tableName);
-}
-
 Text CopyFixture::Counters() const {
   return "ucount " + std::to_string(job.ucount) + ", icount " + std::to_string(job.icount) + ", dcount " +
          std::to_string(job.dcount);

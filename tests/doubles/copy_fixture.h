@@ -55,6 +55,12 @@ class CopyFixture : public DataCopyEvents {
   }
 
   /// An entity's copy without what CopySingleTable does around it: its failure comes out as it was raised.
+  void CopySite(const Text& TableName, std::int16_t SyncMethod) { job.CopySite(TableName, "100", SyncMethod); }
+  void CopyProduct(const Text& TableName, std::int16_t SyncMethod) { job.CopyProduct(TableName, "100", SyncMethod); }
+  void CopyProblem(const Text& TableName, std::int16_t SyncMethod) { job.CopyProblem(TableName, "100", SyncMethod); }
+  void CopyPriority(const Text& TableName, std::int16_t SyncMethod) { job.CopyPriority(TableName, "100", SyncMethod); }
+  void CopySymptom(const Text& TableName, std::int16_t SyncMethod) { job.CopySymptom(TableName, "100", SyncMethod); }
+  void CopyObject(const Text& TableName, std::int16_t SyncMethod) { job.CopyObject(TableName, "100", SyncMethod); }
   void CopySiteContract(const Text& TableName, std::int16_t SyncMethod) {
     job.CopySiteContract(TableName, "100", SyncMethod);
   }
@@ -85,8 +91,14 @@ class CopyFixture : public DataCopyEvents {
   /// Puts a table into the registry and copies it by CopySingleTable, on the business component "100".
   CopyResult CopyTable(std::int16_t tableId, const Text& tableName, std::int16_t SyncMethod);
 
-  /// What follows a table's copy that ended with these counters.
-  void RunPostCopy(const Text& tableName, std::int32_t icount, std::int32_t ucount, std::int32_t dcount);
+  void SetCounters(std::int32_t icount, std::int32_t ucount, std::int32_t dcount) {
+    job.icount = icount;
+    job.ucount = ucount;
+    job.dcount = dcount;
+  }
+
+  /// What follows a table's copy that ended well, with the counters as they stand.
+  void RunPostCopy(const Text& tableName) { job.RunPostCopy(tableName); }
 
   /// The row of `tstables` that every state query of the job gives.
   void SetState(const TableRow& row) { database.Answer("", {row}); }

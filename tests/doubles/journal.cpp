@@ -24,6 +24,11 @@ Text ShownObject(const Object& object) {
 
 }  // namespace
 
+void Journal::Line(const Text& line) {
+  text_ += line + "\n";
+  if (failure_ && failure_->linesBefore-- == 0) throw std::exchange(failure_, {})->error;
+}
+
 inline namespace journal_text {
 
 Text Shown(const Value& value) {

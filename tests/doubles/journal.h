@@ -1,22 +1,35 @@
 // One text of everything that the job said to the outside, in order: what a test compares whole.
 #pragma once
 
+#include <optional>
 #include <utility>
 
+#include "runtime/runtime_error.h"
 #include "runtime/value.h"
 
 namespace zenqay {
 
 class Journal {
  public:
-  void Line(const Text& line) { text_ += line + "\n"; }
+  /// Writes a line. Raises when FailAtLine chose it.
+  void Line(const Text& line);
   const Text& text() const { return text_; }
 
   /// The text since the last Take.
   Text Take() { return std::exchange(text_, {}); }
 
+  /// Makes the call fail that writes the line at `index`, counted from 0 and from now on: a double writes its line when
+  /// it is called, and answers behind that.
+  void FailAtLine(std::size_t index, RuntimeError error) { failure_.emplace(Failure{index, std::move(error)}); }
+
  private:
+  struct Failure {
+    std::size_t linesBefore;
+    RuntimeError error;
+  };
+
   Text text_;
+  std::optional<Failure> failure_;
 };
 
 /// The link names stay apart from other helpers of tests that show values in their own way.

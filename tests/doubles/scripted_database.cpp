@@ -116,6 +116,9 @@ std::shared_ptr<Recordset> ScriptedDatabase::CreateRecordset() {
 }
 
 void ScriptedDatabase::Check(const Text& statement, Errors& errors) {
+  if (refusesEmptyStatements && statement.empty()) {
+    throw RuntimeError(-2147217908, kPlatformSource, "Command text was not set for the command object.");
+  }
   for (Failure& failure : failures_) {
     if (failure.times == 0 || statement.find(failure.part) == Text::npos) continue;
     --failure.times;

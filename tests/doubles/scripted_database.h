@@ -31,6 +31,9 @@ class ScriptedDatabase : public Database {
   /// behind which it succeeds.
   void FailOn(const Text& part, RuntimeError error, std::vector<ProviderError> items = {}, int times = 1'000'000);
 
+  /// Refuses a statement without a text, as the real layer does.
+  bool refusesEmptyStatements = false;
+
   /// Makes every call of `open`, `close`, `put DefaultDatabase`, `get DefaultDatabase` or `close recordset` fail.
   void FailCall(const Text& call, RuntimeError error) { callFailures_.insert_or_assign(call, error); }
 

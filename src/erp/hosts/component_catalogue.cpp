@@ -1,5 +1,7 @@
 #include "erp/hosts/component_catalogue.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 
 #include "erp/hosts/builtin_dates.h"
@@ -7,10 +9,25 @@
 #include "erp/hosts/status_components.h"
 #include "runtime/xml_file.h"
 
-namespace zenqay {
+#ifdef ZENQAY_HAS_JVM
+#include "erp/hosts/jvm/jvm_host.h"
+#endif
 
-ComponentCatalogue::ComponentCatalogue(const Text& homeDirectory)
-    : directory_(homeDirectory), path_(homeDirectory + "/Components.xml") {
+namespace zenqay {
+namespace {
+
+bool CouldWrite(const std::filesystem::path& path) {
+  std::error_code ignored;
+  if (std::filesystem::exists(path, ignored)) {
+    return !std::filesystem::is_directory(path, ignored) && ::access(path.c_str(), W_OK) == 0;
+  }
+  return ::access(path.parent_path().c_str(), W_OK | X_OK) == 0;
+}
+
+}  // namespace
+
+ComponentCatalogue::ComponentCatalogue(const Text& homeDirectory, TraceUse traceUse)
+    : directory_(homeDirectory), path_(homeDirectory + "/Components.xml"), traceUse_(traceUse) {
   try {
     Read();
   } catch (const RuntimeError& fault) {
@@ -48,7 +65,7 @@ void ComponentCatalogue::Read() {
     if (name == "HOST") {
       ReadHost(element);
     } else if (name == "TRACE") {
-      trace_ = std::make_unique<Trace>(PathOf(Required(element, "file")));
+      ReadTrace(element);
     } else {
       throw RuntimeError(PlatformFault::InvalidCall, PlaceOf(element) + ": unknown element \"" + name + "\"");
     }
@@ -71,10 +88,38 @@ void ComponentCatalogue::ReadHost(pugi::xml_node element) {
     entries_.push_back({prefix, std::make_unique<ConsoleStatusHost>()});
   } else if (kind == "file") {
     entries_.push_back({prefix, std::make_unique<FileStatusHost>(PathOf(Required(element, "file")))});
+  } else if (kind == "jvm") {
+    entries_.push_back({prefix, JvmHostWith(element)});
   } else {
     throw RuntimeError(PlatformFault::InvalidCall, PlaceOf(element) + ": unknown kind \"" + kind + "\"");
   }
 }
+
+void ComponentCatalogue::ReadTrace(pugi::xml_node element) {
+  const Text path = PathOf(Required(element, "file"));
+  if (traceUse_ == TraceUse::Write) {
+    trace_ = std::make_unique<Trace>(path);
+  } else if (!CouldWrite(path)) {
+    throw RuntimeError(PlatformFault::PathAccess, path);
+  }
+}
+
+#ifdef ZENQAY_HAS_JVM
+std::shared_ptr<ComponentHost> ComponentCatalogue::JvmHostWith(pugi::xml_node element) {
+  if (jvmHost_ == nullptr) jvmHost_ = std::make_shared<JvmHost>();
+  try {
+    jvmHost_->Add(directory_, element.attribute("classpath").value(), element.attribute("options").value());
+  } catch (const RuntimeError& fault) {
+    throw RuntimeError(fault.number(), fault.source(), fault.description() + " (" + PlaceOf(element) + ")");
+  }
+  return jvmHost_;
+}
+#else
+std::shared_ptr<ComponentHost> ComponentCatalogue::JvmHostWith(pugi::xml_node element) {
+  throw RuntimeError(PlatformFault::InvalidCall,
+                     PlaceOf(element) + ": this program was built without a JDK, so it has no kind \"jvm\"");
+}
+#endif
 
 Text ComponentCatalogue::Required(pugi::xml_node element, const char* attribute) const {
   const pugi::xml_attribute found = element.attribute(attribute);

@@ -9,6 +9,7 @@
 
 #include "localdb/dialect/sqlite_dialect.h"
 #include "localdb/provider_errors.h"
+#include "localdb/sqlite/read_only_file.h"
 #include "runtime/platform.h"
 
 namespace zenqay {
@@ -89,19 +90,25 @@ void AddText(RowStore& rows, std::string_view text, bool isDate) {
 
 }  // namespace
 
-SqliteSession::SqliteSession(const Text& dataSource) {
+SqliteSession::SqliteSession(const Text& dataSource, Access access) {
   if (dataSource.empty()) RaiseOpenFailure("no file to open", "the connection string has no Data Source");
-  sqlite3* database = nullptr;
-  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
-  const int code = sqlite3_open_v2(FilePath(dataSource).c_str(), &database, flags, nullptr);
-  database_.reset(database);
-  if (code != SQLITE_OK) {
-    const Text reason = std::generic_category().message(sqlite3_system_errno(database));
-    RaiseOpenFailure(sqlite3_errmsg(database), dataSource, " (" + reason + ")");
+  const Text path = FilePath(dataSource);
+  const bool readsOnly = access == Access::ReadOnly;
+  const ReadOnlyFile file = readsOnly ? ReadOnlyFile::At(path) : ReadOnlyFile{};
+  if (readsOnly) {
+    OpenFile(dataSource, file.uri.c_str(), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  } else {
+    OpenFile(dataSource, path.c_str(), SQLITE_OPEN_READWRITE);
+    if (sqlite3_db_readonly(database_.get(), "main") != 0) {
+      RaiseOpenFailure(sqlite3_errstr(SQLITE_READONLY), dataSource);
+    }
   }
-  if (sqlite3_db_readonly(database, "main") != 0) RaiseOpenFailure(sqlite3_errstr(SQLITE_READONLY), dataSource);
   try {
-    PrepareFile();
+    if (readsOnly) {
+      PrepareReading(file);
+    } else {
+      PrepareFile();
+    }
   } catch (const ProviderFailure& failure) {
     RaiseOpenFailure(failure.description(), dataSource);
   }
@@ -144,6 +151,15 @@ void SqliteSession::Finalize::operator()(sqlite3_stmt* statement) const {
   sqlite3_finalize(statement);
 }
 
+void SqliteSession::OpenFile(const Text& dataSource, const char* name, int flags) {
+  sqlite3* database = nullptr;
+  const int code = sqlite3_open_v2(name, &database, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  database_.reset(database);
+  if (code == SQLITE_OK) return;
+  const Text reason = std::generic_category().message(sqlite3_system_errno(database));
+  RaiseOpenFailure(sqlite3_errmsg(database), dataSource, " (" + reason + ")");
+}
+
 /// The first statement also finds out whether the file is a database at all.
 void SqliteSession::PrepareFile() {
   sqlite3_busy_handler(database_.get(), WaitForLock, nullptr);
@@ -152,6 +168,14 @@ void SqliteSession::PrepareFile() {
   journalMode.Next();
   if (journalMode.Field(0) != Value("wal")) Run("PRAGMA journal_mode = WAL", false);
   Run("PRAGMA synchronous = NORMAL", false);
+}
+
+void SqliteSession::PrepareReading(const ReadOnlyFile& file) {
+  sqlite3_busy_handler(database_.get(), WaitForLock, nullptr);
+  // The end of the last session would take the log over into the file.
+  sqlite3_db_config(database_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  if (file.isAlone) Run("PRAGMA locking_mode = EXCLUSIVE", false);
+  Run("SELECT 1 FROM sqlite_master", false);
 }
 
 /// Tries again while the file is busy. The busy handler is asked for most locks, but not for all: of two processes that

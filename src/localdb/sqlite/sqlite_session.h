@@ -10,12 +10,15 @@ struct sqlite3_stmt;
 
 namespace zenqay {
 
-/// A SQLite file in WAL mode.
+struct ReadOnlyFile;
+
+/// A SQLite file in WAL mode; one that is only read stays in the mode that it has.
 class SqliteSession : public EngineSession {
  public:
   /// Opens the file that `dataSource` names, as composed, with "\". Raises ProviderFailure -2147467259, naming the
-  /// file, when it is missing, is no database or may not be read and written.
-  explicit SqliteSession(const Text& dataSource);
+  /// file, when it is missing, is no database or may not be read and written. With ReadOnly it need not be writable,
+  /// and neither it nor its directory is changed.
+  explicit SqliteSession(const Text& dataSource, Access access = Access::ReadWrite);
 
   std::int64_t Run(const Text& statement, bool countRows) override;
   void Query(const Text& statement, RowStore& rows) override;
@@ -33,7 +36,9 @@ class SqliteSession : public EngineSession {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
+  void OpenFile(const Text& dataSource, const char* name, int flags);
   void PrepareFile();
+  void PrepareReading(const ReadOnlyFile& file);
   template <typename Attempt>
   int Untiring(Attempt attempt);
   Statement Prepare(const char*& rest);

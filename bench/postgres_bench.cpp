@@ -1,0 +1,100 @@
+// The table Site on a PostgreSQL server: a first fill and a second full copy (all updates), each beside its floor, a
+// plain ODBC loop over the same statements, and its peer, the same upserts by pyodbc.
+//
+//     postgres_bench DIRECTORY ROWS [PAIRS]
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+#include "doubles/postgres_server.h"
+#include "site_exports.h"
+
+namespace {
+
+using namespace zenqay::bench;
+namespace fs = std::filesystem;
+
+constexpr int kSite = 1;
+constexpr int kFull = 1;
+constexpr const char* kGeneration = "1";
+
+class Bench {
+ public:
+  Bench(const fs::path& directory, long rows, int pairs) : place_(directory), rows_(rows), pairs_(pairs) {
+    WriteLocations(place_, rows);
+    server_.Psql("postgres", "CREATE ROLE bench LOGIN SUPERUSER PASSWORD 'bench'");
+    server_.Psql("postgres", "CREATE DATABASE before");
+    const std::string schema = ZENQAY_SHARE "/schema/";
+    server_.PsqlFiles("before", {schema + "postgresql.sql", schema + "control-rows.sql"});
+  }
+
+  void Run() {
+    const fs::path fill = RecordOn("filled", "before");
+    MeasurePhase("postgres.first_fill", "before", fill);
+    const fs::path copy = RecordOn("again", "filled");
+    MeasurePhase("postgres.second_copy", "filled", copy);
+    figures_.Print();
+  }
+
+ private:
+  void CreateFrom(const std::string& database, const std::string& original) const {
+    server_.Psql("postgres", "DROP DATABASE IF EXISTS " + database);
+    server_.Psql("postgres", "CREATE DATABASE " + database + " TEMPLATE " + original);
+    server_.Psql("postgres", "CHECKPOINT");  // what is still unwritten is nobody's cost
+  }
+
+  std::string JobOn(const std::string& database) const {
+    return place_.CommandLineFor(String(database), kSite, kFull, kGeneration);
+  }
+
+  std::string String(const std::string& database) const {
+    return "Driver=PostgreSQL Unicode;Server=127.0.0.1;Port=" + std::to_string(server_.port()) +
+           ";Database=" + database + ";Uid=bench;Pwd=bench";
+  }
+
+  fs::path RecordOn(const std::string& database, const std::string& original) const {
+    CreateFrom(database, original);
+    return place_.RecordJob(JobOn(database), "statements-" + database + ".sql0");
+  }
+
+  Cost RunOn(const std::string& original, const std::vector<std::string>& arguments) const {
+    CreateFrom("work", original);
+    return RunChild(arguments);
+  }
+
+  void MeasurePhase(const std::string& name, const std::string& original, const fs::path& statements) {
+    Pairs floors;
+    Pairs peers;
+    const std::string peer = ZENQAY_BENCH_SOURCE "/odbc_peer.py";
+    const std::string locations = place_.Erp("Kv40QTMtssmaLocations.csv").string();
+    for (int i = 0; i < pairs_; ++i) {
+      const Cost job = RunOn(original, {ZENQAY_PROGRAM, JobOn("work")});
+      const Cost floor = RunOn(original, {ZENQAY_ODBC_FLOOR, String("work"), statements.string()});
+      const Cost python = RunOn(original, {"/usr/bin/python3", peer, String("work"), locations});
+      floors.Add(job, floor);
+      peers.Add(job, python);
+    }
+    figures_.AddPhase(name, rows_, floors);
+    figures_.Add(name + ".peer_wall_ratio", peers.WallRatio());
+    figures_.Add(name + ".peer_cpu_ratio", peers.CpuRatio());
+  }
+
+  Workplace place_;
+  long rows_;
+  int pairs_;
+  zenqay::PostgresServer server_{{"synchronous_commit=off"}};
+  Figures figures_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 3) return 2;
+  try {
+    Bench(argv[1], std::atol(argv[2]), argc > 3 ? std::atoi(argv[3]) : 5).Run();
+  } catch (const std::exception& fault) {
+    std::fprintf(stderr, "postgres_bench: %s\n", fault.what());
+    return 1;
+  }
+  return 0;
+}

@@ -1,0 +1,117 @@
+-- The reference schema for Oracle: sqlplus user@service @oracle.sql
+-- The statements carry national literals, so the character columns are NVARCHAR2; another type would be converted row
+-- by row and its index not used. A DATE holds the time of day as well. An empty text is NULL here: the job writes a
+-- blank in its place.
+
+-- Control tables.
+CREATE TABLE tstables (
+  tablename  NVARCHAR2(50) NOT NULL PRIMARY KEY,
+  ERPTableID NVARCHAR2(20),
+  tableid    INTEGER,
+  productid  NVARCHAR2(10),
+  lutm       DATE,
+  in_use     INTEGER,
+  reqd       INTEGER
+);
+CREATE TABLE tsi18ntext (
+  label NVARCHAR2(50) NOT NULL PRIMARY KEY,
+  text  NVARCHAR2(255)
+);
+CREATE TABLE tstreenodes (
+  groupid NVARCHAR2(10) NOT NULL,
+  tableid INTEGER,
+  label   NVARCHAR2(50)
+);
+CREATE INDEX tstreenodes_group ON tstreenodes (groupid, tableid);
+
+-- Data tables. Keys and indexes follow what the statements match by.
+CREATE TABLE SITE (
+  SITE        NVARCHAR2(10) NOT NULL PRIMARY KEY,
+  DESCRIPTION NVARCHAR2(100),
+  CUSTOMER    NVARCHAR2(20),
+  upd_flag    INTEGER DEFAULT 0 NOT NULL
+);
+CREATE TABLE PRODUCT (
+  PRODUCT        NVARCHAR2(20) NOT NULL PRIMARY KEY,
+  DESCRIPTION    NVARCHAR2(100),
+  SITE           NVARCHAR2(10),
+  CONTRACT       NVARCHAR2(10),
+  EFFECTIVE_DATE DATE,
+  EXPIRY_DATE    DATE,
+  WARRANTY       NVARCHAR2(16),
+  WEXPIRY_DATE   DATE,
+  upd_flag       INTEGER DEFAULT 0 NOT NULL
+);
+CREATE TABLE PROBLEM (
+  PROBLEM     NVARCHAR2(10) NOT NULL PRIMARY KEY,
+  DESCRIPTION NVARCHAR2(100),
+  CALLTYPE    NVARCHAR2(10),
+  upd_flag    INTEGER DEFAULT 0 NOT NULL
+);
+CREATE TABLE PRIORITY (
+  PRIORITY    INTEGER NOT NULL PRIMARY KEY,
+  DESCRIPTION NVARCHAR2(100),
+  upd_flag    INTEGER DEFAULT 0 NOT NULL
+);
+CREATE TABLE SYMPTOM (
+  SYMPTOM     NVARCHAR2(10) NOT NULL PRIMARY KEY,
+  DESCRIPTION NVARCHAR2(100),
+  upd_flag    INTEGER DEFAULT 0 NOT NULL
+);
+CREATE TABLE OBJECT (
+  SITE              NVARCHAR2(10) NOT NULL,
+  OBJECT            NVARCHAR2(50) NOT NULL,
+  OBJECTNR          INTEGER NOT NULL,
+  OBJECTDESC        NVARCHAR2(100),
+  ITEM              NVARCHAR2(50),
+  ITEMDESC          NVARCHAR2(100),
+  SERIALNUMBER      NVARCHAR2(50),
+  WARRANTY          NVARCHAR2(16),
+  INSTALLATION_DATE DATE,
+  DELIVERY_DATE     DATE,
+  WEXPIRY_DATE      DATE,
+  upd_flag          INTEGER DEFAULT 0 NOT NULL,
+  PRIMARY KEY (SITE, OBJECT, OBJECTNR)
+);
+-- A site, an object or a serial number that is not known stands as NULL: no key, but an index.
+CREATE TABLE SITECONTRACT (
+  SITE           NVARCHAR2(10),
+  CONTRACT       NVARCHAR2(10),
+  OBJECT         NVARCHAR2(50),
+  OBJECTNR       NVARCHAR2(50),
+  TERM           INTEGER,
+  LINE           INTEGER,
+  EFFECTIVE_DATE DATE,
+  EXPIRY_DATE    DATE,
+  upd_flag       INTEGER DEFAULT 0 NOT NULL
+);
+CREATE INDEX SITECONTRACT_match ON SITECONTRACT (SITE, CONTRACT, OBJECT, OBJECTNR, TERM, LINE);
+-- Under generation 8 a contract that becomes active fills CONTRACTS in place of CONTRACT, so neither is a key.
+CREATE TABLE CONTRACTS (
+  CONTRACT     NVARCHAR2(10),
+  CONTRACTS    NVARCHAR2(10),
+  CDESCRIPTION NVARCHAR2(100),
+  upd_flag     INTEGER DEFAULT 0 NOT NULL
+);
+CREATE INDEX CONTRACTS_match ON CONTRACTS (CONTRACT);
+CREATE TABLE WARRANTIES (
+  WARRANTY          NVARCHAR2(16) NOT NULL PRIMARY KEY,
+  WDESCRIPTION      NVARCHAR2(100),
+  NUMBER_OF_PERIODS INTEGER,
+  PERIOD_UNIT       INTEGER,
+  WARRANTY_TYPE     INTEGER,
+  upd_flag          INTEGER DEFAULT 0 NOT NULL
+);
+CREATE TABLE SERIALIZEDITEM (
+  OBJECT            NVARCHAR2(50),
+  OBJECTNR          NVARCHAR2(50),
+  OBJECTDESC        NVARCHAR2(100),
+  SITE              NVARCHAR2(10),
+  SERIALNUMBER      NVARCHAR2(50),
+  WARRANTY          NVARCHAR2(16),
+  INSTALLATION_DATE DATE,
+  DELIVERY_DATE     DATE,
+  CUSTOMER          NVARCHAR2(20),
+  upd_flag          INTEGER DEFAULT 0 NOT NULL
+);
+CREATE INDEX SERIALIZEDITEM_match ON SERIALIZEDITEM (SITE, OBJECT, OBJECTNR);

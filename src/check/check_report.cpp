@@ -1,0 +1,32 @@
+#include "check/check_report.h"
+
+#include <iomanip>
+
+#include "runtime/secrets.h"
+
+namespace zenqay {
+
+void CheckReport::Mend(const Text& step, const Text& detail) {
+  mends_ = true;
+  Write("MEND", step, detail);
+}
+
+void CheckReport::LeaveOut(const Text& step, const Text& failedStep) {
+  Write("left out", step, "needs " + failedStep);
+}
+
+void CheckReport::Conclude() {
+  out_ << (CanRun() ? "A job can run.\n" : "No job can run before the lines with MEND are seen to.\n") << std::flush;
+}
+
+Text CheckReport::ErrorText(const RuntimeError& error) {
+  return std::to_string(error.number()) + ": " + error.description();
+}
+
+void CheckReport::Write(const char* state, const Text& step, const Text& detail) {
+  const Text text = detail.empty() ? step : step + ": " + detail;
+  const Text line = Replaced(Replaced(text, "\r\n", " "), "\n", " ");
+  out_ << std::left << std::setw(10) << state << WithoutSecrets(line) << '\n' << std::flush;
+}
+
+}  // namespace zenqay

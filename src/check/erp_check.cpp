@@ -1,0 +1,71 @@
+#include "check/erp_check.h"
+
+#include "check/entity_needs.h"
+#include "erp/QTMDeclarations.h"
+#include "erp/date_bridge.h"
+#include "erp/session.h"
+#include "runtime/numbers.h"
+
+namespace zenqay {
+namespace {
+
+void CheckAdapter(modDeclarations& process, CheckReport& report) {
+  constexpr const char* kStep = "ERP adapter";
+  double version = 0;
+  try {
+    version = AdapterVersion(process);
+    process.components.Create(kAdapterAccessClass);
+  } catch (const RuntimeError& error) {
+    return report.Mend(kStep, CheckReport::ErrorText(error));
+  }
+  const Text shown = "version " + NumberText(version);
+  if (version > kLastRefusedVersion) return report.Ok(kStep, shown);
+  report.Mend(kStep, shown + ", it must be newer than " + NumberText(kLastRefusedVersion));
+}
+
+void CheckStatusComponent(modDeclarations& process, CheckReport& report) {
+  constexpr const char* kStep = "status component";
+  if (process.NoStatusComponent) return report.Ok(kStep, "switched off by the twelfth item");
+  report.Step(kStep, [&] {
+    process.components.Create(kStatusClass);
+    return Text(kStatusClass);
+  });
+}
+
+void CheckCriteria(modDeclarations& process, CheckReport& report) {
+  report.Step("selection of changes", [&] {
+    for (const char* classId :
+         {kCriteriaClass, kCriteriaInputClass, kCriteriaOutputClass, kCriteriaPeriodClass, kCriteriaParameterClass}) {
+      process.components.Create(classId);
+    }
+    return Text();
+  });
+}
+
+}  // namespace
+
+void CheckErp(modDeclarations& process, const JobLine* line, CheckReport& report) {
+  report.Step("date objects", [&] {
+    InitErpDateLimits(process);
+    return Text();
+  });
+  CheckAdapter(process, report);
+  if (line == nullptr) return report.LeaveOut("status component", "the command line");
+  CheckStatusComponent(process, report);
+  if (line->syncMethod == kOnlyChanged) CheckCriteria(process, report);
+}
+
+void CheckManager(modDeclarations& process, const Text& tableName, CheckReport& report) {
+  const Text step = "ERP component of " + tableName;
+  const std::optional<EntityNeeds> needs = NeedsOf(tableName, process.ErpGeneration);
+  if (!needs) {
+    return report.Mend(step, "generation " + process.ErpGeneration + " has none, the copy would fail; take the table " +
+                                 "out of the group in tstreenodes");
+  }
+  report.Step(step, [&] {
+    process.components.Create(needs->managerClass);
+    return needs->managerClass;
+  });
+}
+
+}  // namespace zenqay

@@ -1,0 +1,51 @@
+#include "check/program_files.h"
+
+#include <filesystem>
+
+#include "check/label_keys.h"
+#include "runtime/xml_file.h"
+#include "text/labels.h"
+
+namespace zenqay {
+namespace {
+
+Text PathBesideProgram(modDeclarations& process, const Text& name) {
+  return NativePath(process.platform.ProgramDirectory() + "\\" + name);
+}
+
+}  // namespace
+
+void CheckLabels(modDeclarations& process, CheckReport& report) {
+  constexpr const char* kStep = "labels";
+  const Text path = PathBesideProgram(process, "I18nText.xml");
+  pugi::xml_document document;
+  if (const XmlRead read = ReadXmlFile(path, document); !read) {
+    return report.Warn(kStep, read.fault + "; keys stand in the place of all texts");
+  }
+  Text missing;
+  for (const Text key : kLabelKeys) {
+    if (GetLabel(process, key) == key) missing += (missing.empty() ? "" : ", ") + key;
+  }
+  if (missing.empty()) return report.Ok(kStep, path);
+  report.Warn(kStep, path + " lacks " + missing + "; the keys stand in their place");
+}
+
+bool CheckComponents(modDeclarations& process, CheckReport& report) {
+  constexpr const char* kStep = "components";
+  const Text path = PathBesideProgram(process, "Components.xml");
+  try {
+    process.components.RequireUsable();
+  } catch (const RuntimeError& error) {
+    report.Mend(kStep, CheckReport::ErrorText(error));
+    return false;
+  }
+  std::error_code ignored;
+  if (std::filesystem::exists(path, ignored)) {
+    report.Ok(kStep, path);
+  } else {
+    report.Warn(kStep, "there is no " + path + ": nothing but dates is served");
+  }
+  return true;
+}
+
+}  // namespace zenqay

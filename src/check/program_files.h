@@ -1,0 +1,15 @@
+// What stands beside the program: its texts, and who serves the components.
+#pragma once
+
+#include "check/check_report.h"
+#include "runtime/modDeclarations.h"
+
+namespace zenqay {
+
+/// Looks for the texts. A text that is missing stops no job: its key stands in its place.
+void CheckLabels(modDeclarations& process, CheckReport& report);
+
+/// Looks whether the component catalogue can be used. False when it cannot.
+bool CheckComponents(modDeclarations& process, CheckReport& report);
+
+}  // namespace zenqay

@@ -1,0 +1,34 @@
+// A program to see the connection with: it takes the command line of a job, changes nothing, and says what works.
+#include <exception>
+#include <iostream>
+
+#include "check/check.h"
+#include "erp/hosts/component_catalogue.h"
+#include "localdb/databases.h"
+#include "runtime/os_platform.h"
+
+namespace {
+
+using namespace zenqay;
+
+bool Run(OsPlatform& platform) {
+  const Text commandLine = platform.TakeCommandLine();
+  ComponentCatalogue catalogue(platform.ProgramDirectory(), TraceUse::Leave);
+  LocalDatabases databases;
+  modDeclarations process{.platform = platform, .components = catalogue, .database = databases};
+  return RunCheck(process, commandLine, std::cout);
+}
+
+}  // namespace
+
+/// 0 when a job could run, 1 when something is to be mended first or the check itself failed.
+int main(int argc, char** argv) {
+  try {
+    OsPlatform platform(argc, argv);
+    const bool canRun = Run(platform);
+    return canRun && std::cout.good() ? 0 : 1;
+  } catch (const std::exception& failure) {
+    std::cerr << "zenqay-dbsync-check: " << failure.what() << '\n';
+    return 1;
+  }
+}

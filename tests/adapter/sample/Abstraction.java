@@ -1,0 +1,5 @@
+package sample;
+
+public abstract class Abstraction {
+    public Abstraction() {}
+}

@@ -1,0 +1,5 @@
+package sample;
+
+public class Secretive {
+    private Secretive() {}
+}

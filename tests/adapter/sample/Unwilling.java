@@ -1,0 +1,7 @@
+package sample;
+
+public class Unwilling {
+    public Unwilling() {
+        throw new IllegalArgumentException("not today");
+    }
+}

@@ -1,0 +1,287 @@
+// The layers of the program, as its includes show them: a folder includes only from itself and from below.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "doubles/temp_directory.h"
+#include "runtime/text_functions.h"
+
+namespace zenqay {
+namespace {
+
+/// The names that each file includes, as they are written there. A file's own name is its path below the root.
+using SourceTree = std::map<Text, std::vector<Text>>;
+
+/// From the bottom to the top. `check` is the program that looks at a job's surroundings; what stands beside the
+/// folders are the programs' entries, above all of them.
+const std::map<Text, int> kRanks = {{"runtime", 0},  {"text", 1}, {"localdb", 2}, {"erp", 2},  {"entities", 3},
+                                    {"postcopy", 3}, {"job", 4},  {"startup", 5}, {"check", 6}};
+constexpr int kEntryRank = 7;
+
+/// The headers of a foreign library, which one folder may see.
+struct Driver {
+  Text name;
+  std::set<Text> headers;
+};
+const Driver kDrivers[] = {
+    {"SQLite", {"sqlite3.h", "sqlite3ext.h"}},
+    {"ODBC", {"sql.h", "sqlext.h", "sqltypes.h", "sqlucode.h", "odbcinst.h", "odbcinstext.h"}},
+    {"JNI", {"jni.h", "jni_md.h"}},
+};
+
+std::optional<Text> IncludedName(const Text& line) {
+  Text rest = TrimLeft(Replaced(line, "\t", " "));
+  if (!rest.starts_with('#')) return {};
+  rest = TrimLeft(rest.substr(1));
+  if (!rest.starts_with("include")) return {};
+  rest = TrimLeft(rest.substr(7));
+  if (!rest.starts_with('"') && !rest.starts_with('<')) return {};
+  const auto end = rest.find_first_of("\">", 1);
+  if (end == Text::npos) return {};
+  return rest.substr(1, end - 1);
+}
+
+SourceTree ReadTree(const std::filesystem::path& root) {
+  SourceTree tree;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+    const Text extension = entry.path().extension().string();
+    if (extension != ".h" && extension != ".cpp") continue;
+    std::vector<Text>& names = tree[entry.path().lexically_relative(root).generic_string()];
+    std::ifstream file(entry.path());
+    for (Text line; std::getline(file, line);) {
+      if (const auto name = IncludedName(line)) names.push_back(*name);
+    }
+  }
+  return tree;
+}
+
+/// The folder that is a layer: "localdb" of "localdb/odbc/odbc_calls.h", "" of a file beside the folders.
+Text LayerOf(const Text& file) {
+  const auto slash = file.find('/');
+  return slash == Text::npos ? Text() : file.substr(0, slash);
+}
+
+Text FolderOf(const Text& file) {
+  const auto slash = file.rfind('/');
+  return slash == Text::npos ? Text() : file.substr(0, slash);
+}
+
+int RankOf(const Text& layer) {
+  const auto rank = kRanks.find(layer);
+  return rank == kRanks.end() ? kEntryRank : rank->second;
+}
+
+bool MayInclude(const Text& file, const Text& included) {
+  const Text from = LayerOf(file);
+  const Text to = LayerOf(included);
+  if (from == to || RankOf(to) < RankOf(from)) return true;
+  if ((from == "localdb" && to == "erp") || (from == "erp" && to == "localdb")) return true;
+  // The units of the entities implement members of the job's class.
+  return (from == "entities" || from == "postcopy") && included == "job/clsDataCopy.h";
+}
+
+/// The files of the tree that a file includes, each by its path below the root.
+std::vector<Text> OwnIncludes(const SourceTree& tree, const Text& file) {
+  std::vector<Text> own;
+  for (const Text& name : tree.at(file)) {
+    const Text besideIt = FolderOf(file) + "/" + name;
+    if (tree.contains(name)) {
+      own.push_back(name);
+    } else if (tree.contains(besideIt)) {
+      own.push_back(besideIt);
+    }
+  }
+  return own;
+}
+
+Text LayerFaults(const SourceTree& tree) {
+  Text faults;
+  for (const auto& [file, names] : tree) {
+    const Text layer = LayerOf(file);
+    if (!layer.empty() && !kRanks.contains(layer)) faults += file + " stands in no layer\n";
+    for (const Text& included : OwnIncludes(tree, file)) {
+      if (!MayInclude(file, included)) faults += file + " must not include " + included + "\n";
+    }
+  }
+  return faults;
+}
+
+/// Follows the includes from the last file of `path`; a file that was left again (`done`) lies on no further cycle.
+void FindCycles(const SourceTree& tree, std::vector<Text>& path, std::set<Text>& done, Text& faults) {
+  const Text file = path.back();
+  for (const Text& included : OwnIncludes(tree, file)) {
+    const auto start = std::find(path.begin(), path.end(), included);
+    if (start != path.end()) {
+      for (auto step = start; step != path.end(); ++step) faults += *step + " -> ";
+      faults += included + "\n";
+    } else if (!done.contains(included)) {
+      path.push_back(included);
+      FindCycles(tree, path, done, faults);
+      path.pop_back();
+    }
+  }
+  done.insert(file);
+}
+
+Text CycleFaults(const SourceTree& tree) {
+  Text faults;
+  std::set<Text> done;
+  for (const auto& [file, names] : tree) {
+    std::vector<Text> path = {file};
+    if (!done.contains(file)) FindCycles(tree, path, done, faults);
+  }
+  return faults;
+}
+
+/// True when the file includes one of the headers, itself or through others.
+bool Sees(const SourceTree& tree, const Text& file, const std::set<Text>& headers, std::set<Text>& visited) {
+  if (!visited.insert(file).second) return false;
+  for (const Text& name : tree.at(file)) {
+    if (headers.contains(name)) return true;
+  }
+  for (const Text& included : OwnIncludes(tree, file)) {
+    if (Sees(tree, included, headers, visited)) return true;
+  }
+  return false;
+}
+
+Text DriverFaults(const SourceTree& tree) {
+  Text faults;
+  for (const Driver& driver : kDrivers) {
+    std::set<Text> folders;
+    for (const auto& [file, names] : tree) {
+      std::set<Text> visited;
+      if (Sees(tree, file, driver.headers, visited)) folders.insert(FolderOf(file));
+    }
+    if (folders.size() < 2) continue;
+    faults += driver.name + " is seen by";
+    for (const Text& folder : folders) faults += " " + (folder.empty() ? "the entry" : folder);
+    faults += "\n";
+  }
+  return faults;
+}
+
+Text Faults(const SourceTree& tree) {
+  return LayerFaults(tree) + CycleFaults(tree) + DriverFaults(tree);
+}
+
+TEST(Layering, HoldsInTheProgram) {
+  const SourceTree program = ReadTree(std::filesystem::path(ZENQAY_SHARE).parent_path() / "src");
+
+  EXPECT_TRUE(program.contains("main.cpp"));
+  EXPECT_TRUE(program.contains("job/clsDataCopy.h"));
+  EXPECT_EQ(Faults(program), "");
+}
+
+TEST(Layering, AllowsTheFolderItselfEverythingBelowAndTheTwoExceptions) {
+  const SourceTree tree = {
+      {"main.cpp", {"startup/a.h", "runtime/a.h", "vector"}},
+      {"startup/a.h", {"job/clsDataCopy.h"}},
+      {"startup/a.cpp", {"startup/a.h", "localdb/a.h"}},
+      {"job/clsDataCopy.h", {"entities/sql_text.h", "erp/a.h"}},
+      {"entities/sql_text.h", {"runtime/a.h"}},
+      {"entities/site.cpp", {"job/clsDataCopy.h"}},
+      {"postcopy/expiry.cpp", {"job/clsDataCopy.h"}},
+      {"localdb/a.h", {"erp/a.h", "text/a.h"}},
+      {"erp/a.h", {"runtime/a.h"}},
+      {"erp/a.cpp", {"localdb/a.h"}},
+      {"text/a.h", {"runtime/a.h"}},
+      {"runtime/a.h", {"not/ours.h"}},
+  };
+
+  EXPECT_EQ(Faults(tree), "");
+}
+
+TEST(Layering, RefusesIncludesFromAboveAndFromBeside) {
+  struct Case {
+    Text file;
+    Text included;
+    bool allowed;
+  };
+  const Case cases[] = {
+      {"runtime/a.cpp", "text/b.h", false},
+      {"text/a.cpp", "localdb/b.h", false},
+      {"text/a.cpp", "erp/b.h", false},
+      {"localdb/a.cpp", "entities/b.h", false},
+      {"erp/hosts/a.cpp", "job/b.h", false},
+      {"entities/a.cpp", "postcopy/b.h", false},
+      {"postcopy/a.cpp", "entities/b.h", false},
+      {"entities/a.cpp", "job/b.h", false},
+      {"localdb/a.cpp", "job/clsDataCopy.h", false},
+      {"job/a.cpp", "startup/b.h", false},
+      {"startup/a.cpp", "entry.h", false},
+      {"startup/a.cpp", "check/b.h", false},
+      {"check/a.cpp", "startup/b.h", true},
+      {"localdb/odbc/a.cpp", "erp/hosts/b.h", true},
+      {"erp/a.cpp", "localdb/sqlite/b.h", true},
+      {"job/a.cpp", "postcopy/b.h", true},
+  };
+  for (const Case& c : cases) {
+    const SourceTree tree = {{c.file, {c.included}}, {c.included, {}}};
+
+    EXPECT_EQ(Faults(tree), c.allowed ? "" : c.file + " must not include " + c.included + "\n");
+  }
+}
+
+TEST(Layering, FindsAnIncludeThatIsWrittenFromItsOwnFolder) {
+  const SourceTree tree = {{"erp/a.h", {"b.h"}}, {"erp/b.h", {"a.h"}}};
+
+  EXPECT_EQ(Faults(tree), "erp/a.h -> erp/b.h -> erp/a.h\n");
+}
+
+TEST(Layering, RefusesAFolderThatIsNoLayer) {
+  EXPECT_EQ(Faults({{"util/a.h", {}}}), "util/a.h stands in no layer\n");
+}
+
+TEST(Layering, RefusesCyclesOfFiles) {
+  EXPECT_EQ(Faults({{"runtime/a.h", {"runtime/a.h"}}}), "runtime/a.h -> runtime/a.h\n");
+  EXPECT_EQ(Faults({{"localdb/a.h", {"erp/b.h"}}, {"erp/b.h", {"erp/c.h"}}, {"erp/c.h", {"localdb/a.h"}}}),
+            "erp/b.h -> erp/c.h -> localdb/a.h -> erp/b.h\n");
+  EXPECT_EQ(Faults({{"entities/a.h", {"job/clsDataCopy.h"}}, {"job/clsDataCopy.h", {"entities/a.h"}}}),
+            "entities/a.h -> job/clsDataCopy.h -> entities/a.h\n");
+  EXPECT_EQ(
+      Faults(
+          {{"erp/a.h", {"erp/b.h", "erp/c.h"}}, {"erp/b.h", {"erp/d.h"}}, {"erp/c.h", {"erp/d.h"}}, {"erp/d.h", {}}}),
+      "");  // two ways to one file are no cycle
+}
+
+TEST(Layering, ShowsEachDriverToOneFolder) {
+  EXPECT_EQ(Faults({{"localdb/sqlite/a.cpp", {"sqlite3.h"}}, {"localdb/sqlite/b.cpp", {"sqlite3.h"}}}), "");
+  EXPECT_EQ(Faults({{"localdb/sqlite/a.cpp", {"sqlite3.h"}}, {"localdb/b.cpp", {"sqlite3.h"}}}),
+            "SQLite is seen by localdb localdb/sqlite\n");
+  EXPECT_EQ(Faults({{"localdb/odbc/a.cpp", {"sqlext.h"}}, {"localdb/odbc/b/c.cpp", {"sql.h"}}}),
+            "ODBC is seen by localdb/odbc localdb/odbc/b\n");
+  EXPECT_EQ(Faults({{"erp/hosts/jvm/a.h", {"jni.h"}},
+                    {"erp/hosts/jvm/b.h", {"erp/hosts/jvm/a.h"}},
+                    {"erp/hosts/c.cpp", {"erp/hosts/jvm/b.h"}}}),
+            "JNI is seen by erp/hosts erp/hosts/jvm\n");  // through a header
+  EXPECT_EQ(Faults({{"localdb/sqlite/a.cpp", {"sqlite3.h"}}, {"main.cpp", {"sqlite3.h"}}}),
+            "SQLite is seen by the entry localdb/sqlite\n");
+}
+
+TEST(Layering, ReadsTheIncludesOfHeadersAndSourcesInEveryFolder) {
+  const TempDirectory directory;
+  std::filesystem::create_directories(directory.path() / "erp" / "hosts");
+  directory.Write("main.cpp", "#include \"startup/a.h\"  // the entry\n#include <vector>\n");
+  directory.Write("erp/hosts/a.h",
+                  "#pragma once\n"
+                  "#if defined(X)\n"
+                  "  #  include\t<sql.h>\n"
+                  "#endif\n"
+                  "// #include \"comment.h\"\n"
+                  "#define include \"no\"\n"
+                  "#include\n");
+  directory.Write("erp/notes.txt", "#include \"notes.h\"\n");
+
+  const SourceTree expected = {{"main.cpp", {"startup/a.h", "vector"}}, {"erp/hosts/a.h", {"sql.h"}}};
+  EXPECT_EQ(ReadTree(directory.path()), expected);
+}
+
+}  // namespace
+}  // namespace zenqay
