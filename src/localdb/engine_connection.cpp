@@ -66,10 +66,11 @@ std::size_t ColumnOf(const RowStore& rows, std::string_view name) {
 std::unique_ptr<EngineSession> OpenSession(const Text& connectionString) {
   const ConnectionString read(connectionString);
   const bool readsOnly = EqualsIgnoringCase(read.Value("Mode"), "Read");
+  const Access access = readsOnly ? Access::ReadOnly : Access::ReadWrite;
   if (EqualsIgnoringCase(read.Value("Provider"), "SQLite")) {
-    return std::make_unique<SqliteSession>(read.Value("Data Source"), readsOnly ? Access::ReadOnly : Access::ReadWrite);
+    return std::make_unique<SqliteSession>(read.Value("Data Source"), access);
   }
-  return std::make_unique<OdbcSession>(readsOnly ? WithoutEntry(connectionString, "Mode") : connectionString);
+  return std::make_unique<OdbcSession>(readsOnly ? WithoutEntry(connectionString, "Mode") : connectionString, access);
 }
 
 }  // namespace

@@ -15,4 +15,13 @@ Text OutcomeOf(Deed deed) {
   }
 }
 
+/// What the deed raises, or "nothing".
+template <typename Deed>
+Text Raised(Deed deed) {
+  return OutcomeOf([&] {
+    deed();
+    return Text("nothing");
+  });
+}
+
 }  // namespace zenqay

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "doubles/copy_fixture.h"
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 
 namespace zenqay {
 namespace {

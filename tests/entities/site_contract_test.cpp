@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "doubles/copy_fixture.h"
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "entities/entity_pass.h"
 
 namespace zenqay {

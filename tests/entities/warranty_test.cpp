@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "doubles/copy_fixture.h"
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "entities/entity_pass.h"
 
 namespace zenqay {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "doubles/temp_directory.h"
 #include "erp/QTMDeclarations.h"
 

@@ -11,7 +11,7 @@
 #include <regex>
 
 #include "doubles/child_process.h"
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "doubles/temp_directory.h"
 #include "erp/QTMDeclarations.h"
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "doubles/scripted_components.h"
 #include "doubles/scripted_database.h"
 #include "doubles/temp_directory.h"

@@ -5,7 +5,7 @@
 
 #include "doubles/copy_fixture.h"
 #include "doubles/embedded_database.h"
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 
 namespace zenqay {
 namespace {

@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "doubles/copy_fixture.h"
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "erp/hosts/builtin_dates.h"
 #include "job/clsDataCopy.h"
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "doubles/embedded_database.h"
+#include "doubles/outcome.h"
 #include "doubles/process_fixture.h"
-#include "doubles/raised.h"
 #include "doubles/time_zone.h"
 #include "localdb/local_connection.h"
 

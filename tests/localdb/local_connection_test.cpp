@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "doubles/outcome.h"
 #include "doubles/process_fixture.h"
-#include "doubles/raised.h"
 
 namespace zenqay {
 namespace {

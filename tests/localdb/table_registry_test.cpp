@@ -5,8 +5,8 @@
 #include <limits>
 
 #include "doubles/embedded_database.h"
+#include "doubles/outcome.h"
 #include "doubles/process_fixture.h"
-#include "doubles/raised.h"
 
 namespace zenqay {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "doubles/scripted_database.h"
 #include "doubles/temp_directory.h"
 

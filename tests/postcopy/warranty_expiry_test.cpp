@@ -5,7 +5,6 @@
 
 #include "doubles/copy_fixture.h"
 #include "doubles/outcome.h"
-#include "doubles/raised.h"
 
 namespace zenqay {
 namespace {

@@ -8,7 +8,7 @@
 #include <csignal>
 
 #include "doubles/child_process.h"
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "doubles/temp_directory.h"
 
 namespace zenqay {

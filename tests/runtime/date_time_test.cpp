@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "doubles/outcome.h"
-#include "doubles/raised.h"
 
 namespace zenqay {
 namespace {

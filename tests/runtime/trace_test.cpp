@@ -7,7 +7,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "doubles/scripted_database.h"
 #include "doubles/temp_directory.h"
 

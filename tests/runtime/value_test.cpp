@@ -4,7 +4,6 @@
 
 #include "doubles/journal.h"
 #include "doubles/outcome.h"
-#include "doubles/raised.h"
 #include "runtime/numbers.h"
 
 namespace zenqay {

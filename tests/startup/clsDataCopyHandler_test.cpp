@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "startup/start_fixture.h"
 
 namespace zenqay {

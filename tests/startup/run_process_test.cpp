@@ -1,7 +1,7 @@
 // The process from its command line to its end.
 #include <gtest/gtest.h>
 
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "startup/start_fixture.h"
 
 namespace zenqay {

@@ -5,8 +5,8 @@
 #include <unistd.h>
 
 #include "doubles/child_process.h"
+#include "doubles/outcome.h"
 #include "doubles/process_fixture.h"
-#include "doubles/raised.h"
 
 namespace zenqay {
 namespace {

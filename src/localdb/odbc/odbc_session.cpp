@@ -19,7 +19,7 @@ class OdbcSession::OpenStatement {
   void* statement_;
 };
 
-OdbcSession::OdbcSession(const Text& connectionString) {
+OdbcSession::OdbcSession(const Text& connectionString, Access access) {
   OpenEnvironment();
   Text driverString = DriverConnectString(connectionString, InstalledDrivers(environment_.get()));
   const OdbcDriver driver = DriverOf(driverString);
@@ -27,7 +27,7 @@ OdbcSession::OdbcSession(const Text& connectionString) {
   calls_ = std::make_unique<OdbcCalls>(driver.width());
   const Text source = driver.name.empty() ? "ODBC" : driver.name;
   diagnostics_ = std::make_unique<Diagnostics>(*calls_, source, PasswordsOf(connectionString));
-  Connect(driverString);
+  Connect(driverString, access);
   Prepare();
 }
 
@@ -91,13 +91,17 @@ void OdbcSession::OpenEnvironment() {
   SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
 }
 
-void OdbcSession::Connect(const Text& driverString) {
+void OdbcSession::Connect(const Text& driverString, Access access) {
   SQLHANDLE connection = nullptr;
   const SQLRETURN made = SQLAllocHandle(SQL_HANDLE_DBC, environment_.get(), &connection);
   diagnostics_->Require(made, SQL_HANDLE_ENV, environment_.get());
   connection_.reset(connection);
-  // A driver that refuses the setting has no such limit.
+  // A driver that refuses a setting has no such limit, or no such mode.
   SQLSetConnectAttr(connection, SQL_ATTR_LOGIN_TIMEOUT, nullptr, 0);
+  if (access == Access::ReadOnly) {
+    const auto readOnly = reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(SQL_MODE_READ_ONLY));
+    SQLSetConnectAttr(connection, SQL_ATTR_ACCESS_MODE, readOnly, 0);
+  }
   RequireConnection(calls_->DriverConnect(connection, driverString));
 }
 

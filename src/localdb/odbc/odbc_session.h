@@ -17,8 +17,8 @@ class OdbcCalls;
 class OdbcSession : public EngineSession {
  public:
   /// Connects, however long it takes. Raises what DriverConnectString raises, and ProviderFailure for what the driver
-  /// or the driver manager says.
-  explicit OdbcSession(const Text& connectionString);
+  /// or the driver manager says. A driver that knows no reading connection is left as it is.
+  explicit OdbcSession(const Text& connectionString, Access access = Access::ReadWrite);
   ~OdbcSession() override;
 
   std::int64_t Run(const Text& statement, bool countRows) override;
@@ -42,7 +42,7 @@ class OdbcSession : public EngineSession {
   class OpenStatement;
 
   void OpenEnvironment();
-  void Connect(const Text& driverString);
+  void Connect(const Text& driverString, Access access);
   void Prepare();
   const Text& Translated(const Text& statement);
   Text Info(std::uint16_t what);

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "erp/jvm/jvm_fixture.h"
 
 namespace zenqay {

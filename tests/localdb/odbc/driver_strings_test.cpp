@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 
 namespace zenqay {
 namespace {

@@ -8,8 +8,8 @@
 #include <set>
 #include <thread>
 
+#include "doubles/outcome.h"
 #include "doubles/postgres_server.h"
-#include "doubles/raised.h"
 #include "doubles/temp_directory.h"
 #include "erp/hosts/component_catalogue.h"
 #include "localdb/databases.h"

@@ -163,7 +163,7 @@ std::shared_ptr<JavaMachine> JavaMachine::Start(const JvmSettings& settings) {
 
 void JavaMachine::Prepare(const JvmSettings& settings) {
   constexpr int kFirstWithoutFormerLocales = 23;
-  const Text version = SystemProperty(*env_, "java.specification.version");  // "1.8", "17"
+  const Text version = SystemProperty(*env_, "java.version");  // "1.8.0_392", "17.0.15"
   if (settings.AsksForFormerLocales() && std::atoi(version.c_str()) >= kFirstWithoutFormerLocales) {
     RaiseUnusable("Java " + version +
                   " writes dates in a form that no database reads: install Java 8 to 22, or set "

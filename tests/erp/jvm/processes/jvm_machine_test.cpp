@@ -5,7 +5,7 @@
 #include <csignal>
 
 #include "doubles/child_process.h"
-#include "doubles/raised.h"
+#include "doubles/outcome.h"
 #include "doubles/temp_directory.h"
 #include "erp/hosts/component_catalogue.h"
 #include "erp/jvm/jvm_fixture.h"
