@@ -227,6 +227,21 @@ TEST_F(Password, StandsInNoTextAboutAnItemThatIsNoNumber) {
   }
 }
 
+/// The same slip with an item that is a text: it goes on to the database, a path, a component or a query.
+TEST_F(Password, StandsInNothingThatComesOfATextInTheWrongPlace) {
+  home.RequestTrace();
+  home.WriteExport(kLocationsFile, std::string(kSiteHeader) + "A1,North,C7\n");
+  for (std::string CommandLine::*item : {&CommandLine::database, &CommandLine::logDirectory,
+                                         &CommandLine::businessComponent, &CommandLine::generation}) {
+    CommandLine line = home.Line();
+    line.*item = "Provider=SQLite;Password=" + std::string(kSecret) + ";Data Source=x.db";
+
+    const ProgramRun run = home.Run(line);
+
+    EXPECT_EQ(EverythingSaid(run).find(kSecret), std::string::npos);
+  }
+}
+
 TEST_F(Password, DoesNotStandInTheProcessList) {
   CommandLine line = home.Line();
   line.connectionString += std::string(";Password=") + kSecret;
