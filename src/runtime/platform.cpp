@@ -11,8 +11,7 @@ Text NativePath(std::string_view path) {
   const bool onDriveC = StartsWithIgnoringCase(path, "C:");
   if (onDriveC) path.remove_prefix(2);
   Text native = Replaced(path, "\\", "/");
-  if (onDriveC && !native.starts_with('/')) native.insert(0, "/");
-  return native;
+  return onDriveC && !native.starts_with('/') ? "/" + native : native;
 }
 
 }  // namespace zenqay
