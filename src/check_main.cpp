@@ -6,6 +6,7 @@
 #include "erp/hosts/component_catalogue.h"
 #include "localdb/databases.h"
 #include "runtime/os_platform.h"
+#include "runtime/secrets.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ int main(int argc, char** argv) {
     const bool canRun = Run(platform);
     return canRun && std::cout.good() ? 0 : 1;
   } catch (const std::exception& failure) {
-    std::cerr << "zenqay-dbsync-check: " << failure.what() << '\n';
+    std::cerr << "zenqay-dbsync-check: " << WithoutSecrets(failure.what()) << '\n';
     return 1;
   }
 }
