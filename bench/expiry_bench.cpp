@@ -5,8 +5,6 @@
 #include <sqlite3.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <fstream>
 #include <stdexcept>
 
@@ -62,12 +60,5 @@ void Run(const fs::path& directory, long rows, int pairs) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 3) return 2;
-  try {
-    Run(argv[1], std::atol(argv[2]), argc > 3 ? std::atoi(argv[3]) : 5);
-  } catch (const std::exception& fault) {
-    std::fprintf(stderr, "expiry_bench: %s\n", fault.what());
-    return 1;
-  }
-  return 0;
+  return RunBench("expiry_bench", argc, argv, Run);
 }

@@ -4,7 +4,6 @@
 //     postgres_bench DIRECTORY ROWS [PAIRS]
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 
 #include "doubles/postgres_server.h"
 #include "site_exports.h"
@@ -89,12 +88,6 @@ class Bench {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 3) return 2;
-  try {
-    Bench(argv[1], std::atol(argv[2]), argc > 3 ? std::atoi(argv[3]) : 5).Run();
-  } catch (const std::exception& fault) {
-    std::fprintf(stderr, "postgres_bench: %s\n", fault.what());
-    return 1;
-  }
-  return 0;
+  return RunBench("postgres_bench", argc, argv,
+                  [](const fs::path& directory, long rows, int pairs) { Bench(directory, rows, pairs).Run(); });
 }

@@ -2,9 +2,6 @@
 // tenth of the rows, each beside its floor.
 //
 //     site_bench DIRECTORY ROWS [PAIRS]
-#include <cstdio>
-#include <cstdlib>
-#include <exception>
 
 #include "site_exports.h"
 #include "workplace.h"
@@ -57,12 +54,5 @@ void Run(const fs::path& directory, long rows, int pairs) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 3) return 2;
-  try {
-    Run(argv[1], std::atol(argv[2]), argc > 3 ? std::atoi(argv[3]) : 5);
-  } catch (const std::exception& fault) {
-    std::fprintf(stderr, "site_bench: %s\n", fault.what());
-    return 1;
-  }
-  return 0;
+  return RunBench("site_bench", argc, argv, Run);
 }

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
@@ -99,6 +100,17 @@ fs::path Workplace::CopyOf(const fs::path& database) const {
   fs::copy_file(database, copy);
   std::system("sync");  // what the copy left unwritten is nobody's cost
   return copy;
+}
+
+int RunBench(const char* name, int argc, char** argv, void (*run)(const fs::path& directory, long rows, int pairs)) {
+  if (argc < 3) return 2;
+  try {
+    run(argv[1], std::atol(argv[2]), argc > 3 ? std::atoi(argv[3]) : 5);
+  } catch (const std::exception& fault) {
+    std::fprintf(stderr, "%s: %s\n", name, fault.what());
+    return 1;
+  }
+  return 0;
 }
 
 std::string UtcNow() {

@@ -47,6 +47,10 @@ class Workplace {
   std::filesystem::path directory_;
 };
 
+/// A benchmark's whole main: `NAME DIRECTORY ROWS [PAIRS]`, five pairs where none are named. Returns the exit status.
+int RunBench(const char* name, int argc, char** argv,
+             void (*run)(const std::filesystem::path& directory, long rows, int pairs));
+
 /// The moment as exports have it: 2026-01-31T10:11:12Z.
 std::string UtcNow();
 
