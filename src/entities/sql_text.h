@@ -15,7 +15,7 @@ class SqlText {
 
   template <typename... Fragments>
   void Add(const Fragments&... fragments) {
-    (text_.append(fragments), ...);
+    (text_.append(std::string_view(fragments)), ...);
   }
 
   const Text& text() const { return text_; }

@@ -9,11 +9,11 @@ Text EncodeSqlString(const modDeclarations& process, std::string_view text) {
   Text literal;
   literal.reserve(text.size() + 3);
   literal += "N'";
-  for (const char c : text) {
-    if (c == '\'') literal += '\'';
-    literal += c;
+  for (auto quote = text.find('\''); quote != std::string_view::npos; quote = text.find('\'')) {
+    literal.append(text, 0, quote + 1) += '\'';
+    text.remove_prefix(quote + 1);
   }
-  literal += '\'';
+  literal.append(text) += '\'';
   return literal;
 }
 

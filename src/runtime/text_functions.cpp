@@ -41,13 +41,15 @@ Text LowerCased(std::string_view text) {
   return result;
 }
 
-bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
-  return left.size() == right.size() && StartsWithIgnoringCase(left, right);
-}
-
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix) {
   return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin(),
                                                     [](char a, char b) { return LowerCased(a) == LowerCased(b); });
+}
+
+bool IsAscii(std::string_view text) {
+  unsigned char bits = 0;
+  for (const char c : text) bits |= static_cast<unsigned char>(c);  // without a way out it can be vectorized
+  return bits < 0x80;
 }
 
 }  // namespace zenqay

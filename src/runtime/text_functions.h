@@ -20,10 +20,15 @@ Text Replaced(std::string_view text, std::string_view mark, std::string_view rep
 /// Lower-cases A to Z. The keys that texts are compared with are ASCII, so no other letter can make them equal.
 Text LowerCased(std::string_view text);
 
-/// True when both texts are equal but for the case of A to Z.
-bool EqualsIgnoringCase(std::string_view left, std::string_view right);
-
 /// True when `text` starts with `prefix`, but for the case of A to Z.
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);
+
+/// True when both texts are equal but for the case of A to Z. Most that are compared differ in length, or in nothing.
+inline bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
+  return left.size() == right.size() && (left == right || StartsWithIgnoringCase(left, right));
+}
+
+/// True when no character lies beyond U+007F.
+bool IsAscii(std::string_view text);
 
 }  // namespace zenqay

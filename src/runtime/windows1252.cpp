@@ -55,8 +55,7 @@ class Converter {
 }  // namespace
 
 Text ToWindows1252(std::string_view utf8) {
-  const bool ascii = std::all_of(utf8.begin(), utf8.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-  if (ascii) return Text(utf8);
+  if (IsAscii(utf8)) return Text(utf8);
   Converter converter;
   return converter.Convert(utf8);
 }

@@ -5,9 +5,9 @@
 namespace zenqay {
 namespace {
 
-/// The tokens, each with the first letter of its kind: "w:SELECT n:1 o:, l:'x'".
+/// The tokens, each with a letter for its kind: "w:SELECT n:1 o:, l:'x' L:N'x'".
 Text Shown(std::string_view statement) {
-  constexpr std::string_view kKinds = "ewnlo";
+  constexpr std::string_view kKinds = "ewnlLo";
   Text shown;
   SqlTokens tokens(statement);
   for (SqlToken token = tokens.Next(); token.kind != SqlToken::Kind::End; token = tokens.Next()) {
@@ -30,7 +30,11 @@ TEST(SqlTokens, CutAStatementIntoItsTokens) {
       {"-7", "o:- n:7"},
       {"'it''s' ''", "l:'it''s' l:''"},
       {"'a''''' x", "l:'a''''' w:x"},
-      {"N'x'", "w:N l:'x'"},
+      {"N'x' n'it''s'N''", "L:N'x' L:n'it''s' L:N''"},
+      {"N 'x'", "w:N l:'x'"},
+      {"AN'x'", "w:AN l:'x'"},
+      {"1N'x'", "n:1 L:N'x'"},
+      {"N'not closed", "w:N o:'not closed"},
       {"x 'not closed", "w:x o:'not closed"},
       {"x 'not closed''", "w:x o:'not closed''"},
       {"'", "o:'"},

@@ -89,6 +89,8 @@ TEST(TranslateForSqlite, KeepsApartLiteralsThatWouldBecomeOne) {
       {"x{d '2004-01-31'}", "x '2004-01-31'"},
       {"1N'a'", "1 'a'"},
       {"1CONVERT(DATETIME,'2004-01-31',120)", "1 '2004-01-31 00:00:00'"},
+      {"1{d '2004-01-31'}", "1 '2004-01-31'"},
+      {"1'Jan 31, 2004 10:11:12 AM'", "1 '2004-01-31 10:11:12'"},
   };
   for (const auto& [statement, translated] : cases) {
     EXPECT_EQ(Translated(statement), translated) << statement;

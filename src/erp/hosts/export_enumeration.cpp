@@ -19,9 +19,11 @@ void ExportRows::RequireSound() const {
   const ExportColumns& columns = shape_->columns;
   if (record_.cells.size() < columns.size()) RaiseInColumn(record_.cells.size(), "the record ends before this column");
   if (record_.cells.size() > columns.size()) RaiseInColumn(columns.size(), "the header has no such column");
+  const bool isPlain = IsPlain(record_.bytes);
   for (std::size_t column = 0; column < columns.size(); ++column) {
     const std::string_view cell = record_.TextOf(column);
-    if (const std::string_view flaw = FlawOf(cell); !flaw.empty()) RaiseInColumn(column, flaw);
+    const std::string_view flaw = isPlain ? "" : FlawOf(cell);
+    if (!flaw.empty()) RaiseInColumn(column, flaw);
     if (Reads(columns[column].type, cell)) continue;
     RaiseInColumn(column, Quoted(cell).append("is no ").append(NameOf(columns[column].type)));
   }

@@ -40,6 +40,12 @@ std::size_t CharacterLength(std::string_view bytes) {
 
 }  // namespace
 
+bool IsPlain(std::string_view bytes) {
+  bool isPlain = true;
+  for (const char c : bytes) isPlain &= static_cast<signed char>(c) > 0;  // without a way out it can be vectorized
+  return isPlain;
+}
+
 std::string_view FlawOf(std::string_view bytes) {
   while (!bytes.empty()) {
     if (bytes.front() == '\0') return "holds a NUL byte";

@@ -9,4 +9,7 @@ namespace zenqay {
 /// Empty when nothing is.
 std::string_view FlawOf(std::string_view bytes);
 
+/// True for a text of U+0001 to U+007F alone: such a text has no flaw, and no part of it has one.
+bool IsPlain(std::string_view bytes);
+
 }  // namespace zenqay

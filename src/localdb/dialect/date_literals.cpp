@@ -157,11 +157,11 @@ using Form = std::optional<DateLiteral> (*)(SqlTokens&);
 
 /// The form of more than one token that starts with this one; null when none does.
 Form FormStartingWith(const SqlToken& first) {
-  if (first.text == "{") return TakeBraced;
-  if (first.kind != Kind::Word) return nullptr;
-  if (EqualsIgnoringCase(first.text, "CONVERT")) return TakeConvert;
-  if (EqualsIgnoringCase(first.text, "TO_DATE")) return TakeToDate;
-  return nullptr;
+  if (first.kind == Kind::Word) {
+    if (EqualsIgnoringCase(first.text, "CONVERT")) return TakeConvert;
+    return EqualsIgnoringCase(first.text, "TO_DATE") ? TakeToDate : nullptr;
+  }
+  return first.kind == Kind::Other && first.text.front() == '{' ? TakeBraced : nullptr;
 }
 
 }  // namespace

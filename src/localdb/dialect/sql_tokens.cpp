@@ -61,23 +61,25 @@ std::size_t WordLength(std::string_view text) {
   return end;
 }
 
+/// 0 when no quote opens or none closes the literal. A doubled quote is a quote in it.
+std::size_t LiteralLength(std::string_view text) {
+  if (!text.starts_with('\'')) return 0;
+  std::size_t quote = text.find('\'', 1);
+  while (quote != std::string_view::npos && quote + 1 < text.size() && text[quote + 1] == '\'') {
+    quote = text.find('\'', quote + 2);
+  }
+  return quote == std::string_view::npos ? 0 : quote + 1;
+}
+
 }  // namespace
 
 SqlToken SqlTokens::Next() {
-  std::size_t blanks = 0;
-  while (blanks < rest_.size() && ClassOf(rest_[blanks]) == Class::Blank) ++blanks;
-  rest_.remove_prefix(blanks);
+  while (!rest_.empty() && ClassOf(rest_.front()) == Class::Blank) rest_.remove_prefix(1);
   if (rest_.empty()) return {Kind::End, rest_};
-  const char first = rest_.front();
-  switch (ClassOf(first)) {
-    case Class::Letter:
-      return Cut(Kind::Word, WordLength(rest_));
-    case Class::Digit:
-      return Cut(Kind::Number, NumberLength(rest_));
-    default:
-      break;
-  }
-  switch (first) {
+  const Class first = ClassOf(rest_.front());
+  if (first == Class::Letter) return CutWord();
+  if (first == Class::Digit) return Cut(Kind::Number, NumberLength(rest_));
+  switch (rest_.front()) {
     case '\'':
       return CutLiteral();
     case '"':
@@ -107,11 +109,18 @@ SqlToken SqlTokens::CutBehind(Kind kind, std::string_view mark, std::size_t from
 }
 
 SqlToken SqlTokens::CutLiteral() {
-  std::size_t quote = rest_.find('\'', 1);
-  while (quote != std::string_view::npos && quote + 1 < rest_.size() && rest_[quote + 1] == '\'') {
-    quote = rest_.find('\'', quote + 2);
+  const std::size_t length = LiteralLength(rest_);
+  return length > 0 ? Cut(Kind::Literal, length) : Cut(Kind::Other, rest_.size());
+}
+
+/// The N of N'…' is the only word that a quote can belong to.
+SqlToken SqlTokens::CutWord() {
+  const std::size_t length = WordLength(rest_);
+  if (length == 1 && (rest_.front() | 0x20) == 'n') {
+    const std::size_t literal = LiteralLength(rest_.substr(1));
+    if (literal > 0) return Cut(Kind::NationalLiteral, 1 + literal);
   }
-  return quote == std::string_view::npos ? Cut(Kind::Other, rest_.size()) : Cut(Kind::Literal, quote + 1);
+  return Cut(Kind::Word, length);
 }
 
 }  // namespace zenqay

@@ -11,8 +11,9 @@ struct SqlToken {
     End,
     Word,
     Number,
-    Literal,  // '…', its quotes included; never one that lacks its closing quote
-    Other,    // a name in quotes or brackets, a comment, any other single character; what is not closed goes to the end
+    Literal,          // '…', its quotes included; never one that lacks its closing quote
+    NationalLiteral,  // N'…'
+    Other,            // a name in quotes or brackets, a comment, any other single character; to the end if not closed
   };
 
   Kind kind = Kind::End;
@@ -21,7 +22,7 @@ struct SqlToken {
   const char* begin() const { return text.data(); }
   const char* end() const { return text.data() + text.size(); }
 
-  /// What stands between the quotes of a literal, doubled quotes left as they are.
+  /// What stands between the quotes of a plain literal, doubled quotes left as they are.
   std::string_view Content() const { return text.substr(1, text.size() - 2); }
 };
 
@@ -42,6 +43,7 @@ class SqlTokens {
   SqlToken Cut(SqlToken::Kind kind, std::size_t length);
   SqlToken CutBehind(SqlToken::Kind kind, std::string_view mark, std::size_t from);
   SqlToken CutLiteral();
+  SqlToken CutWord();
 
   std::string_view rest_;
 };

@@ -1,11 +1,21 @@
 #include "localdb/odbc/odbc_session.h"
 
 #include "localdb/dialect/postgresql_dialect.h"
+#include "localdb/dialect/sql_tokens.h"
 #include "localdb/odbc/diagnostics.h"
 #include "localdb/odbc/driver_strings.h"
 #include "localdb/odbc/odbc_rows.h"
 
 namespace zenqay {
+namespace {
+
+/// True for a statement that has a count of rows and no columns of its own.
+bool ChangesRows(const Text& statement) {
+  const std::string_view verb = SqlTokens(statement).Next().text;
+  return EqualsIgnoringCase(verb, "UPDATE") || EqualsIgnoringCase(verb, "INSERT") || EqualsIgnoringCase(verb, "DELETE");
+}
+
+}  // namespace
 
 /// A statement that has been run. Whatever became of it, its end leaves the handle ready for the next one.
 class OdbcSession::OpenStatement {
@@ -40,7 +50,7 @@ std::int64_t OdbcSession::Run(const Text& statement, bool countRows) {
   const SQLRETURN result = calls_->ExecDirect(statement_.get(), text);
   RequireStatement(result);
   const bool asksCount = countRows && result != SQL_NO_DATA;
-  const std::int64_t rows = asksCount ? TouchedRows() : 0;
+  const std::int64_t rows = asksCount ? TouchedRows(text) : 0;
   while (NextResult()) {
   }
   return rows;
@@ -143,11 +153,13 @@ bool OdbcSession::HasColumns() {
   return columns > 0;
 }
 
-/// A query's count is that of its rows, and a statement of another kind has -1; neither touched any.
-std::int64_t OdbcSession::TouchedRows() {
+/// A query's count is that of its rows, and a statement of another kind has -1; neither touched any. A statement that
+/// tells by its verb saves the call: a job sends hardly another one.
+std::int64_t OdbcSession::TouchedRows(const Text& statement) {
   SQLLEN rows = 0;
   RequireStatement(SQLRowCount(statement_.get(), &rows));
-  return rows <= 0 || HasColumns() ? 0 : rows;
+  if (rows <= 0) return 0;
+  return ChangesRows(statement) || !HasColumns() ? rows : 0;
 }
 
 bool OdbcSession::NextResult() {

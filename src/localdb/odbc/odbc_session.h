@@ -49,7 +49,7 @@ class OdbcSession : public EngineSession {
   void RequireConnection(std::int16_t result);
   void RequireStatement(std::int16_t result);
   bool HasColumns();
-  std::int64_t TouchedRows();
+  std::int64_t TouchedRows(const Text& statement);
   bool NextResult();
 
   std::unique_ptr<OdbcCalls> calls_;

@@ -2,7 +2,6 @@
 
 #include <iconv.h>
 
-#include <algorithm>
 #include <bit>
 #include <cerrno>
 
@@ -18,10 +17,6 @@ void* OpenConverter(const char* to, const char* from) {
   const iconv_t converter = iconv_open(to, from);
   if (converter == reinterpret_cast<iconv_t>(-1)) throw RuntimeError(PlatformFault::InvalidCall, kUtf16);
   return converter;
-}
-
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 }  // namespace

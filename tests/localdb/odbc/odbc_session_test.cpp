@@ -68,6 +68,8 @@ TEST_F(OdbcSessionTest, CountsTheRowsTouched) {
   EXPECT_EQ(session.Run("UPDATE SITES", true), 3);
   EXPECT_EQ(session.Run("UPDATE NONE", true), 0);
   EXPECT_EQ(session.Run("UPDATE INFO", true), 3);
+  EXPECT_EQ(session.Run("insert INTO SITES", true), 3);
+  EXPECT_EQ(session.Run("MERGE INTO SITES", true), 3);
   EXPECT_EQ(session.Run("SELECT ROWS", true), 0);
 }
 
