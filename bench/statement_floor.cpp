@@ -2,7 +2,7 @@
 //
 //     statement_floor DATABASE STATEMENTS
 //
-// STATEMENTS holds the texts as the engine gets them, each ended by a NUL.
+// STATEMENTS holds the texts as the engine gets them, each ended by a NUL; an empty one does nothing.
 #include <sqlite3.h>
 #include <stdio.h>
 #include <stdlib.h>

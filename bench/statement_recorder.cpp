@@ -1,5 +1,5 @@
 // Runs a job and writes down every statement as the database gets it, each ended by a NUL: as SQLite reads it for
-// Provider=SQLite, else as PostgreSQL does.
+// Provider=SQLite, else as PostgreSQL does. An empty one stands where a connection opens.
 //
 //     statement_recorder FILE COMMANDLINE
 #include <cstdio>
@@ -22,6 +22,8 @@ class Recorder {
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
   ~Recorder() { std::fclose(file_); }
+
+  void RecordOpening() { std::fputc('\0', file_); }
 
   void Record(const Text& statement) {
     Text engineText;
@@ -47,7 +49,10 @@ class RecordedConnection : public Connection {
   void PutConnectionTimeout(std::int16_t seconds) override { inner_->PutConnectionTimeout(seconds); }
   void PutCommandTimeout(std::int16_t seconds) override { inner_->PutCommandTimeout(seconds); }
   void PutConnectionString(const Text& text) override { inner_->PutConnectionString(text); }
-  void Open() override { inner_->Open(); }
+  void Open() override {
+    recorder_.RecordOpening();
+    inner_->Open();
+  }
   void PutDefaultDatabase(const Text& name) override { inner_->PutDefaultDatabase(name); }
   Text DefaultDatabase() override { return inner_->DefaultDatabase(); }
   std::shared_ptr<Errors> ErrorCollection() override { return inner_->ErrorCollection(); }

@@ -91,6 +91,11 @@ Handle& HandleOf(SQLHANDLE handle) {
   return *static_cast<Handle*>(handle);
 }
 
+void Close(StatementHandle& statement) {
+  statement.columns.clear();
+  if (statement.connection->active == &statement) statement.connection->active = nullptr;
+}
+
 StatementHandle& StatementOf(SQLHANDLE handle) {
   return static_cast<StatementHandle&>(HandleOf(handle));
 }
@@ -249,7 +254,10 @@ SQLRETURN SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT* count) {
 
 SQLRETURN SQLMoreResults(SQLHSTMT handle) {
   StatementHandle& statement = StatementOf(handle);
-  if (statement.resultsLeft == 0) return SQL_NO_DATA;
+  if (statement.resultsLeft == 0) {
+    Close(statement);
+    return SQL_NO_DATA;
+  }
   --statement.resultsLeft;
   Record(*statement.connection, "next result");
   if (statement.laterFails && statement.resultsLeft == 0) return Fail(statement, {{"22003", "later"}});
@@ -300,9 +308,7 @@ SQLRETURN SQLGetData(SQLHSTMT handle, SQLUSMALLINT column, SQLSMALLINT, SQLPOINT
 }
 
 SQLRETURN SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT) {
-  StatementHandle& statement = StatementOf(handle);
-  statement.columns.clear();
-  if (statement.connection->active == &statement) statement.connection->active = nullptr;
+  Close(StatementOf(handle));
   return SQL_SUCCESS;
 }
 

@@ -41,8 +41,7 @@ class Translation {
         forms_(forms),
         out_(translated) {}
 
-  /// Runs once a row over some thirty short tokens, few of which need a change: the calls would be half of its cost.
-  [[gnu::flatten]] void Run() {
+  void Run() {
     for (SqlToken token = tokens_.Next(); token.kind != Kind::End; token = tokens_.Next()) {
       Translate(token);
       if (forms_.likeHasEscapeCharacter && IsLike(token)) TranslatePattern();

@@ -23,10 +23,16 @@ class OdbcSession::OpenStatement {
   explicit OpenStatement(void* statement) : statement_(statement) {}
   OpenStatement(const OpenStatement&) = delete;
   OpenStatement& operator=(const OpenStatement&) = delete;
-  ~OpenStatement() { SQLFreeStmt(statement_, SQL_CLOSE); }
+  ~OpenStatement() {
+    if (!isClosed_) SQLFreeStmt(statement_, SQL_CLOSE);
+  }
+
+  /// The driver closes a statement by itself when it says that there is no further result.
+  void SetClosed() { isClosed_ = true; }
 
  private:
   void* statement_;
+  bool isClosed_ = false;
 };
 
 OdbcSession::OdbcSession(const Text& connectionString, Access access) {
@@ -46,12 +52,12 @@ OdbcSession::~OdbcSession() = default;
 std::int64_t OdbcSession::Run(const Text& statement, bool countRows) {
   const Text& text = Translated(statement);
   if (text.empty()) return 0;
-  const OpenStatement open(statement_.get());
+  OpenStatement open(statement_.get());
   const SQLRETURN result = calls_->ExecDirect(statement_.get(), text);
   RequireStatement(result);
   const bool asksCount = countRows && result != SQL_NO_DATA;
   const std::int64_t rows = asksCount ? TouchedRows(text) : 0;
-  while (NextResult()) {
+  while (NextResult(open)) {
   }
   return rows;
 }
@@ -59,12 +65,12 @@ std::int64_t OdbcSession::Run(const Text& statement, bool countRows) {
 void OdbcSession::Query(const Text& statement, RowStore& rows) {
   const Text& text = Translated(statement);
   if (text.empty()) return;
-  const OpenStatement open(statement_.get());
+  OpenStatement open(statement_.get());
   RequireStatement(calls_->ExecDirect(statement_.get(), text));
   do {
     const bool isFirstResult = rows.columns().empty() && HasColumns();
     if (isFirstResult) ReadRows(*calls_, *diagnostics_, statement_.get(), rows);
-  } while (NextResult());
+  } while (NextResult(open));
 }
 
 void OdbcSession::PutDefaultDatabase(const Text& name) {
@@ -162,9 +168,10 @@ std::int64_t OdbcSession::TouchedRows(const Text& statement) {
   return ChangesRows(statement) || !HasColumns() ? rows : 0;
 }
 
-bool OdbcSession::NextResult() {
+bool OdbcSession::NextResult(OpenStatement& open) {
   const SQLRETURN result = SQLMoreResults(statement_.get());
   RequireStatement(result);
+  if (result == SQL_NO_DATA) open.SetClosed();
   return result != SQL_NO_DATA;
 }
 

@@ -50,7 +50,7 @@ class OdbcSession : public EngineSession {
   void RequireStatement(std::int16_t result);
   bool HasColumns();
   std::int64_t TouchedRows(const Text& statement);
-  bool NextResult();
+  bool NextResult(OpenStatement& open);
 
   std::unique_ptr<OdbcCalls> calls_;
   std::unique_ptr<Diagnostics> diagnostics_;
