@@ -40,5 +40,19 @@ TEST(FlawOf, NamesANulByte) {
   EXPECT_EQ(FlawOf("a\0b"sv), "holds a NUL byte");
 }
 
+TEST(IsPlain, HoldsForAsciiWithoutNulOfAnyLength) {
+  for (std::size_t length = 0; length < 70; ++length) {
+    std::string text(length, '\x7F');
+    EXPECT_TRUE(IsPlain(text)) << length;
+    for (const char other : {'\0', '\x80', '\xFF'}) {
+      for (char& c : text) {
+        c = other;
+        EXPECT_FALSE(IsPlain(text)) << length;
+        c = '\x01';
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace zenqay

@@ -86,5 +86,17 @@ TEST(StartsWithIgnoringCase, LeavesTheCaseOfAsciiLettersOut) {
   EXPECT_FALSE(StartsWithIgnoringCase("getDescription", "has"));
 }
 
+TEST(IsAscii, HoldsUpToU007FForTextsOfAnyLength) {
+  for (std::size_t length = 0; length < 70; ++length) {
+    Text text(length, '\x7F');
+    EXPECT_TRUE(IsAscii(text)) << length;
+    for (char& c : text) {
+      c = '\x80';
+      EXPECT_FALSE(IsAscii(text)) << length;
+      c = '\0';
+    }
+  }
+}
+
 }  // namespace
 }  // namespace zenqay
