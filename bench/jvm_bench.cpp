@@ -7,7 +7,7 @@
 #include <exception>
 #include <fstream>
 
-#include "erp/hosts/jvm/jvm_host.h"
+#include "components/jvm/jvm_host.h"
 #include "workplace.h"
 
 namespace {

@@ -5,12 +5,12 @@
 #include <cstdio>
 #include <exception>
 
-#include "erp/hosts/component_catalogue.h"
-#include "localdb/databases.h"
-#include "localdb/dialect/postgresql_dialect.h"
-#include "localdb/dialect/sqlite_dialect.h"
-#include "runtime/os_platform.h"
+#include "components/component_catalogue.h"
+#include "engines/databases.h"
+#include "engines/dialect/postgresql_dialect.h"
+#include "engines/dialect/sqlite_dialect.h"
 #include "startup/modStartUp.h"
+#include "system/os_platform.h"
 
 namespace {
 

@@ -2,11 +2,11 @@
 #include <exception>
 #include <iostream>
 
+#include "base/secrets.h"
 #include "check/check.h"
-#include "erp/hosts/component_catalogue.h"
-#include "localdb/databases.h"
-#include "runtime/os_platform.h"
-#include "runtime/secrets.h"
+#include "components/component_catalogue.h"
+#include "engines/databases.h"
+#include "system/os_platform.h"
 
 namespace {
 

@@ -3,13 +3,13 @@
 #include <exception>
 #include <optional>
 
-#include "erp/hosts/component_catalogue.h"
-#include "erp/hosts/traced_components.h"
-#include "localdb/databases.h"
-#include "localdb/traced_database.h"
-#include "runtime/os_platform.h"
-#include "runtime/secrets.h"
+#include "base/secrets.h"
+#include "components/component_catalogue.h"
+#include "engines/databases.h"
 #include "startup/modStartUp.h"
+#include "system/os_platform.h"
+#include "trace/traced_components.h"
+#include "trace/traced_database.h"
 
 namespace {
 

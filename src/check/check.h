@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

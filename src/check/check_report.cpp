@@ -2,7 +2,7 @@
 
 #include <iomanip>
 
-#include "runtime/secrets.h"
+#include "base/secrets.h"
 
 namespace zenqay {
 

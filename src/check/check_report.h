@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "runtime/runtime_error.h"
+#include "base/runtime_error.h"
 
 namespace zenqay {
 

@@ -5,9 +5,10 @@
 #include <array>
 #include <filesystem>
 
-#include "localdb/connection_string.h"
+#include "engines/connection_string.h"
 #include "localdb/local_connection.h"
 #include "localdb/table_registry.h"
+#include "system/paths.h"
 
 namespace zenqay {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "erp/QTMDeclarations.h"
+#include "process/QTMDeclarations.h"
 
 namespace zenqay {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "runtime/text_functions.h"
+#include "base/text_functions.h"
 
 namespace zenqay {
 

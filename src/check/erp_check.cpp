@@ -1,10 +1,10 @@
 #include "check/erp_check.h"
 
+#include "base/numbers.h"
 #include "check/entity_needs.h"
-#include "erp/QTMDeclarations.h"
 #include "erp/date_bridge.h"
 #include "erp/session.h"
-#include "runtime/numbers.h"
+#include "process/QTMDeclarations.h"
 
 namespace zenqay {
 namespace {

@@ -4,9 +4,10 @@
 
 #include <filesystem>
 
-#include "erp/QTMDeclarations.h"
-#include "runtime/numbers.h"
+#include "base/numbers.h"
+#include "process/QTMDeclarations.h"
 #include "startup/modStartUp.h"
+#include "system/paths.h"
 
 namespace zenqay {
 namespace {

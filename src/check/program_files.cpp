@@ -3,8 +3,9 @@
 #include <filesystem>
 
 #include "check/label_keys.h"
-#include "runtime/xml_file.h"
-#include "text/labels.h"
+#include "process/labels.h"
+#include "system/paths.h"
+#include "system/xml_file.h"
 
 namespace zenqay {
 namespace {

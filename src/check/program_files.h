@@ -2,7 +2,7 @@
 #pragma once
 
 #include "check/check_report.h"
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

@@ -4,8 +4,8 @@
 
 #include "check/database_check.h"
 #include "check/entity_needs.h"
-#include "erp/QTMDeclarations.h"
 #include "localdb/table_registry.h"
+#include "process/QTMDeclarations.h"
 
 namespace zenqay {
 namespace {

@@ -1,10 +1,10 @@
 // Contract. A full copy takes every contract; the only-changed pass follows a contract into and out of one status, so
 // that the local table keeps the contracts of that status up to date.
-#include "erp/QTMDeclarations.h"
+#include "base/numbers.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "runtime/numbers.h"
-#include "text/labels.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
 
 namespace zenqay {
 namespace {

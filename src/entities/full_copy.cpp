@@ -1,11 +1,11 @@
 // The full copy: mark every local row, apply every row that the ERP lists, sweep what was not met.
+#include "base/numbers.h"
 #include "erp/date_bridge.h"
 #include "erp/session.h"
 #include "job/clsDataCopy.h"
 #include "localdb/copy_state.h"
-#include "runtime/numbers.h"
-#include "text/labels.h"
-#include "text/logs.h"
+#include "process/labels.h"
+#include "process/logs.h"
 
 namespace zenqay {
 

@@ -1,9 +1,9 @@
 // Object: the numbered units of a configuration, with a key of three columns. Only generation 3 has the component; the
 // full copy asks for it under every generation, the only-changed pass under generation 3 alone.
-#include "erp/QTMDeclarations.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "text/labels.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
 
 namespace zenqay {
 namespace {

@@ -1,10 +1,10 @@
 // The only-changed pass: apply or delete the rows that changed in the ERP since the table's last update time.
-#include "erp/QTMDeclarations.h"
 #include "erp/date_bridge.h"
 #include "erp/session.h"
 #include "job/clsDataCopy.h"
 #include "localdb/copy_state.h"
-#include "text/logs.h"
+#include "process/QTMDeclarations.h"
+#include "process/logs.h"
 
 namespace zenqay {
 namespace {

@@ -1,8 +1,8 @@
 // Priority: a numeric key, written bare and matched quoted.
-#include "erp/QTMDeclarations.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "text/labels.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
 
 namespace zenqay {
 namespace {

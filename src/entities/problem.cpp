@@ -1,8 +1,8 @@
 // Problem: carried by all three generations; only generation 3 has a call type.
-#include "erp/QTMDeclarations.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "text/labels.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
 
 namespace zenqay {
 namespace {

@@ -1,9 +1,9 @@
 // Product: the installations of the ERP. Only generation 1 has the component, and its class is asked for under every
 // generation.
-#include "erp/QTMDeclarations.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "text/labels.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
 
 namespace zenqay {
 namespace {

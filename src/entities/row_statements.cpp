@@ -1,7 +1,7 @@
 // What all row operations share: a field's literal, and the statements that count.
+#include "base/numbers.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "runtime/numbers.h"
 
 namespace zenqay {
 

@@ -1,9 +1,9 @@
 // Serialized item: only generation 8 has the component, and its class is asked for under every generation. Site and
 // object may be unknown and then stand as NULL.
-#include "erp/QTMDeclarations.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "text/labels.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
 
 namespace zenqay {
 namespace {

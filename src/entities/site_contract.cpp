@@ -1,10 +1,10 @@
 // Site contract: the lines that tie a contract to what it covers. Generation 3 knows a site, a contract, a term and a
 // line; generation 8 a site, a contract, an object with its serial number and a term. Generation 1 has no component.
-#include "erp/QTMDeclarations.h"
+#include "base/numbers.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "runtime/numbers.h"
-#include "text/labels.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
 
 namespace zenqay {
 namespace {

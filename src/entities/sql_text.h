@@ -1,7 +1,7 @@
 // A statement while it is put together from its fragments, in their order.
 #pragma once
 
-#include "runtime/text_functions.h"
+#include "base/text_functions.h"
 
 namespace zenqay {
 

@@ -1,9 +1,9 @@
 // Symptom: only generation 1 has the component. The passes ask for it under every generation; the row operation alone
 // looks at the generation, and under another one its statements stay empty.
-#include "erp/QTMDeclarations.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "text/labels.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
 
 namespace zenqay {
 namespace {

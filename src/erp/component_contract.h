@@ -4,7 +4,7 @@
 // failure path of the pass. An empty reference raises 91 at its first use.
 #pragma once
 
-#include "runtime/value.h"
+#include "contracts/value.h"
 
 namespace zenqay {
 

@@ -1,8 +1,8 @@
 #include "erp/date_bridge.h"
 
-#include "erp/QTMDeclarations.h"
+#include "base/numbers.h"
 #include "localdb/sql_literals.h"
-#include "runtime/numbers.h"
+#include "process/QTMDeclarations.h"
 
 namespace zenqay {
 namespace {

@@ -4,7 +4,7 @@
 // stored in `tstables.lutm` is shifted by the time zone's offset on the way into SQL and shifted back on the way out.
 #pragma once
 
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

@@ -1,8 +1,8 @@
 #include "erp/session.h"
 
-#include "erp/QTMDeclarations.h"
-#include "text/labels.h"
-#include "text/logs.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
+#include "process/logs.h"
 
 namespace zenqay {
 namespace {

@@ -1,7 +1,7 @@
 // The user session of the ERP's adapter.
 #pragma once
 
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

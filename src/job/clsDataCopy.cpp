@@ -3,14 +3,14 @@
 #include <array>
 #include <utility>
 
-#include "erp/QTMDeclarations.h"
 #include "localdb/copy_state.h"
 #include "localdb/local_connection.h"
 #include "localdb/sql_literals.h"
 #include "localdb/table_registry.h"
-#include "text/labels.h"
-#include "text/logs.h"
-#include "text/message_box.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
+#include "process/logs.h"
+#include "process/message_box.h"
 
 namespace zenqay {
 

@@ -6,7 +6,7 @@
 
 #include "entities/sql_text.h"
 #include "erp/component_contract.h"
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

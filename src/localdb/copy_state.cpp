@@ -1,10 +1,10 @@
 #include "localdb/copy_state.h"
 
-#include "erp/QTMDeclarations.h"
+#include "base/numbers.h"
 #include "localdb/sql_literals.h"
-#include "runtime/numbers.h"
-#include "text/labels.h"
-#include "text/logs.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
+#include "process/logs.h"
 
 namespace zenqay {
 namespace {

@@ -4,7 +4,7 @@
 // both go on.
 #pragma once
 
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

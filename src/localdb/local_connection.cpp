@@ -1,6 +1,6 @@
 #include "localdb/local_connection.h"
 
-#include "text/logs.h"
+#include "process/logs.h"
 
 namespace zenqay {
 

@@ -1,7 +1,7 @@
 // The one connection on which every statement of a job runs.
 #pragma once
 
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

@@ -1,6 +1,6 @@
 #include "localdb/sql_literals.h"
 
-#include "text/logs.h"
+#include "process/logs.h"
 
 namespace zenqay {
 

@@ -2,7 +2,7 @@
 // for the plain numbers that a statement shows; they are the whole defence of the statements.
 #pragma once
 
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

@@ -1,9 +1,9 @@
 #include "localdb/table_registry.h"
 
 #include "localdb/local_connection.h"
-#include "text/labels.h"
-#include "text/logs.h"
-#include "text/message_box.h"
+#include "process/labels.h"
+#include "process/logs.h"
+#include "process/message_box.h"
 
 namespace zenqay {
 namespace {

@@ -1,7 +1,7 @@
 // Which tables can be copied: the table id's ERP table, local name and caption.
 #pragma once
 
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

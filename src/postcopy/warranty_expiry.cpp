@@ -1,7 +1,7 @@
 // The warranty expiry of objects, computed locally from their warranty's periods.
+#include "base/numbers.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
-#include "runtime/numbers.h"
 
 namespace zenqay {
 namespace {

@@ -1,9 +1,9 @@
 #include "startup/clsDataCopyHandler.h"
 
-#include "erp/QTMDeclarations.h"
 #include "localdb/table_registry.h"
-#include "text/labels.h"
-#include "text/logs.h"
+#include "process/QTMDeclarations.h"
+#include "process/labels.h"
+#include "process/logs.h"
 
 namespace zenqay {
 namespace {

@@ -1,13 +1,13 @@
 #include "startup/modStartUp.h"
 
+#include "base/numbers.h"
+#include "base/secrets.h"
 #include "erp/date_bridge.h"
 #include "erp/session.h"
 #include "localdb/table_registry.h"
-#include "runtime/numbers.h"
-#include "runtime/secrets.h"
+#include "process/labels.h"
+#include "process/logs.h"
 #include "startup/clsDataCopyHandler.h"
-#include "text/labels.h"
-#include "text/logs.h"
 
 namespace zenqay {
 namespace {

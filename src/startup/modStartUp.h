@@ -9,7 +9,7 @@
 
 #include <vector>
 
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

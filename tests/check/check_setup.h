@@ -12,10 +12,10 @@
 #include <sstream>
 
 #include "check/check.h"
+#include "components/component_catalogue.h"
 #include "doubles/fake_platform.h"
 #include "doubles/temp_directory.h"
-#include "erp/hosts/component_catalogue.h"
-#include "localdb/databases.h"
+#include "engines/databases.h"
 
 namespace zenqay {
 

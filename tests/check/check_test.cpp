@@ -5,8 +5,8 @@
 
 #include "check_setup.h"
 #include "doubles/child_process.h"
-#include "localdb/engine_connection.h"
-#include "localdb/provider_errors.h"
+#include "engines/engine_connection.h"
+#include "engines/provider_errors.h"
 
 namespace zenqay {
 namespace {

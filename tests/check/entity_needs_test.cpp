@@ -8,7 +8,7 @@
 #include <set>
 
 #include "doubles/copy_fixture.h"
-#include "erp/QTMDeclarations.h"
+#include "process/QTMDeclarations.h"
 
 namespace zenqay {
 namespace {

@@ -9,8 +9,8 @@
 #include <set>
 #include <vector>
 
+#include "base/text_functions.h"
 #include "doubles/temp_directory.h"
-#include "runtime/text_functions.h"
 
 namespace zenqay {
 namespace {
@@ -20,9 +20,10 @@ using SourceTree = std::map<Text, std::vector<Text>>;
 
 /// From the bottom to the top. `check` is the program that looks at a job's surroundings; what stands beside the
 /// folders are the programs' entries, above all of them.
-const std::map<Text, int> kRanks = {{"runtime", 0},  {"text", 1}, {"localdb", 2}, {"erp", 2},  {"entities", 3},
-                                    {"postcopy", 3}, {"job", 4},  {"startup", 5}, {"check", 6}};
-constexpr int kEntryRank = 7;
+const std::map<Text, int> kRanks = {
+    {"base", 0}, {"contracts", 1},  {"system", 2},   {"trace", 3},    {"process", 4}, {"localdb", 5},  {"engines", 6},
+    {"erp", 7},  {"components", 8}, {"entities", 9}, {"postcopy", 9}, {"job", 10},    {"startup", 11}, {"check", 12}};
+constexpr int kEntryRank = 13;
 
 /// The headers of a foreign library, which one folder may see.
 struct Driver {
@@ -81,7 +82,6 @@ bool MayInclude(const Text& file, const Text& included) {
   const Text from = LayerOf(file);
   const Text to = LayerOf(included);
   if (from == to || RankOf(to) < RankOf(from)) return true;
-  if ((from == "localdb" && to == "erp") || (from == "erp" && to == "localdb")) return true;
   // The units of the entities implement members of the job's class.
   return (from == "entities" || from == "postcopy") && included == "job/clsDataCopy.h";
 }
@@ -179,20 +179,21 @@ TEST(Layering, HoldsInTheProgram) {
   EXPECT_EQ(Faults(program), "");
 }
 
-TEST(Layering, AllowsTheFolderItselfEverythingBelowAndTheTwoExceptions) {
+TEST(Layering, AllowsTheFolderItselfEverythingBelowAndTheOneException) {
   const SourceTree tree = {
-      {"main.cpp", {"startup/a.h", "runtime/a.h", "vector"}},
+      {"main.cpp", {"startup/a.h", "base/a.h", "vector"}},
       {"startup/a.h", {"job/clsDataCopy.h"}},
       {"startup/a.cpp", {"startup/a.h", "localdb/a.h"}},
       {"job/clsDataCopy.h", {"entities/sql_text.h", "erp/a.h"}},
-      {"entities/sql_text.h", {"runtime/a.h"}},
+      {"entities/sql_text.h", {"base/a.h"}},
       {"entities/site.cpp", {"job/clsDataCopy.h"}},
       {"postcopy/expiry.cpp", {"job/clsDataCopy.h"}},
-      {"localdb/a.h", {"erp/a.h", "text/a.h"}},
-      {"erp/a.h", {"runtime/a.h"}},
+      {"localdb/a.h", {"process/a.h"}},
+      {"erp/a.h", {"base/a.h"}},
       {"erp/a.cpp", {"localdb/a.h"}},
-      {"text/a.h", {"runtime/a.h"}},
-      {"runtime/a.h", {"not/ours.h"}},
+      {"process/a.h", {"contracts/a.h"}},
+      {"contracts/a.h", {"base/a.h"}},
+      {"base/a.h", {"not/ours.h"}},
   };
 
   EXPECT_EQ(Faults(tree), "");
@@ -205,22 +206,15 @@ TEST(Layering, RefusesIncludesFromAboveAndFromBeside) {
     bool allowed;
   };
   const Case cases[] = {
-      {"runtime/a.cpp", "text/b.h", false},
-      {"text/a.cpp", "localdb/b.h", false},
-      {"text/a.cpp", "erp/b.h", false},
-      {"localdb/a.cpp", "entities/b.h", false},
-      {"erp/hosts/a.cpp", "job/b.h", false},
-      {"entities/a.cpp", "postcopy/b.h", false},
-      {"postcopy/a.cpp", "entities/b.h", false},
-      {"entities/a.cpp", "job/b.h", false},
-      {"localdb/a.cpp", "job/clsDataCopy.h", false},
-      {"job/a.cpp", "startup/b.h", false},
-      {"startup/a.cpp", "entry.h", false},
-      {"startup/a.cpp", "check/b.h", false},
-      {"check/a.cpp", "startup/b.h", true},
-      {"localdb/odbc/a.cpp", "erp/hosts/b.h", true},
-      {"erp/a.cpp", "localdb/sqlite/b.h", true},
-      {"job/a.cpp", "postcopy/b.h", true},
+      {"base/a.cpp", "contracts/b.h", false},        {"contracts/a.cpp", "system/b.h", false},
+      {"process/a.cpp", "localdb/b.h", false},       {"localdb/a.cpp", "erp/b.h", false},
+      {"localdb/a.cpp", "engines/b.h", false},       {"engines/sqlite/a.cpp", "components/b.h", false},
+      {"components/files/a.cpp", "job/b.h", false},  {"entities/a.cpp", "postcopy/b.h", false},
+      {"postcopy/a.cpp", "entities/b.h", false},     {"entities/a.cpp", "job/b.h", false},
+      {"localdb/a.cpp", "job/clsDataCopy.h", false}, {"job/a.cpp", "startup/b.h", false},
+      {"startup/a.cpp", "entry.h", false},           {"startup/a.cpp", "check/b.h", false},
+      {"check/a.cpp", "startup/b.h", true},          {"erp/a.cpp", "localdb/b.h", true},
+      {"components/files/a.cpp", "erp/b.h", true},   {"job/a.cpp", "postcopy/b.h", true},
   };
   for (const Case& c : cases) {
     const SourceTree tree = {{c.file, {c.included}}, {c.included, {}}};
@@ -240,9 +234,9 @@ TEST(Layering, RefusesAFolderThatIsNoLayer) {
 }
 
 TEST(Layering, RefusesCyclesOfFiles) {
-  EXPECT_EQ(Faults({{"runtime/a.h", {"runtime/a.h"}}}), "runtime/a.h -> runtime/a.h\n");
-  EXPECT_EQ(Faults({{"localdb/a.h", {"erp/b.h"}}, {"erp/b.h", {"erp/c.h"}}, {"erp/c.h", {"localdb/a.h"}}}),
-            "erp/b.h -> erp/c.h -> localdb/a.h -> erp/b.h\n");
+  EXPECT_EQ(Faults({{"base/a.h", {"base/a.h"}}}), "base/a.h -> base/a.h\n");
+  EXPECT_EQ(Faults({{"erp/a.h", {"erp/b.h"}}, {"erp/b.h", {"erp/c.h"}}, {"erp/c.h", {"erp/a.h"}}}),
+            "erp/a.h -> erp/b.h -> erp/c.h -> erp/a.h\n");
   EXPECT_EQ(Faults({{"entities/a.h", {"job/clsDataCopy.h"}}, {"job/clsDataCopy.h", {"entities/a.h"}}}),
             "entities/a.h -> job/clsDataCopy.h -> entities/a.h\n");
   EXPECT_EQ(
@@ -252,17 +246,17 @@ TEST(Layering, RefusesCyclesOfFiles) {
 }
 
 TEST(Layering, ShowsEachDriverToOneFolder) {
-  EXPECT_EQ(Faults({{"localdb/sqlite/a.cpp", {"sqlite3.h"}}, {"localdb/sqlite/b.cpp", {"sqlite3.h"}}}), "");
-  EXPECT_EQ(Faults({{"localdb/sqlite/a.cpp", {"sqlite3.h"}}, {"localdb/b.cpp", {"sqlite3.h"}}}),
-            "SQLite is seen by localdb localdb/sqlite\n");
-  EXPECT_EQ(Faults({{"localdb/odbc/a.cpp", {"sqlext.h"}}, {"localdb/odbc/b/c.cpp", {"sql.h"}}}),
-            "ODBC is seen by localdb/odbc localdb/odbc/b\n");
-  EXPECT_EQ(Faults({{"erp/hosts/jvm/a.h", {"jni.h"}},
-                    {"erp/hosts/jvm/b.h", {"erp/hosts/jvm/a.h"}},
-                    {"erp/hosts/c.cpp", {"erp/hosts/jvm/b.h"}}}),
-            "JNI is seen by erp/hosts erp/hosts/jvm\n");  // through a header
-  EXPECT_EQ(Faults({{"localdb/sqlite/a.cpp", {"sqlite3.h"}}, {"main.cpp", {"sqlite3.h"}}}),
-            "SQLite is seen by the entry localdb/sqlite\n");
+  EXPECT_EQ(Faults({{"engines/sqlite/a.cpp", {"sqlite3.h"}}, {"engines/sqlite/b.cpp", {"sqlite3.h"}}}), "");
+  EXPECT_EQ(Faults({{"engines/sqlite/a.cpp", {"sqlite3.h"}}, {"engines/b.cpp", {"sqlite3.h"}}}),
+            "SQLite is seen by engines engines/sqlite\n");
+  EXPECT_EQ(Faults({{"engines/odbc/a.cpp", {"sqlext.h"}}, {"engines/odbc/b/c.cpp", {"sql.h"}}}),
+            "ODBC is seen by engines/odbc engines/odbc/b\n");
+  EXPECT_EQ(Faults({{"components/jvm/a.h", {"jni.h"}},
+                    {"components/jvm/b.h", {"components/jvm/a.h"}},
+                    {"components/c.cpp", {"components/jvm/b.h"}}}),
+            "JNI is seen by components components/jvm\n");  // through a header
+  EXPECT_EQ(Faults({{"engines/sqlite/a.cpp", {"sqlite3.h"}}, {"main.cpp", {"sqlite3.h"}}}),
+            "SQLite is seen by the entry engines/sqlite\n");
 }
 
 TEST(Layering, ReadsTheIncludesOfHeadersAndSourcesInEveryFolder) {

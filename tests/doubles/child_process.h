@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "runtime/text_functions.h"
+#include "base/text_functions.h"
 
 namespace zenqay {
 

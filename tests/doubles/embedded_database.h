@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "doubles/temp_directory.h"
-#include "localdb/databases.h"
+#include "engines/databases.h"
 
 namespace zenqay {
 

@@ -4,8 +4,8 @@
 
 #include <vector>
 
+#include "contracts/platform.h"
 #include "doubles/journal.h"
-#include "runtime/platform.h"
 
 namespace zenqay {
 

@@ -1,8 +1,8 @@
 #include "doubles/journal.h"
 
+#include "base/numbers.h"
+#include "contracts/connection.h"
 #include "doubles/scripted_components.h"
-#include "runtime/connection.h"
-#include "runtime/numbers.h"
 
 namespace zenqay {
 namespace {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <utility>
 
-#include "runtime/runtime_error.h"
-#include "runtime/value.h"
+#include "base/runtime_error.h"
+#include "contracts/value.h"
 
 namespace zenqay {
 

@@ -1,7 +1,7 @@
 // What an operation comes to, as one text.
 #pragma once
 
-#include "runtime/runtime_error.h"
+#include "base/runtime_error.h"
 
 namespace zenqay {
 

@@ -13,7 +13,7 @@
 #include "doubles/scripted_components.h"
 #include "doubles/scripted_database.h"
 #include "doubles/temp_directory.h"
-#include "runtime/modDeclarations.h"
+#include "process/modDeclarations.h"
 
 namespace zenqay {
 

@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
+#include "base/runtime_error.h"
+#include "components/dates/builtin_dates.h"
 #include "doubles/journal.h"
-#include "erp/hosts/builtin_dates.h"
-#include "runtime/runtime_error.h"
 
 namespace zenqay {
 

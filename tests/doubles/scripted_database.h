@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
+#include "base/runtime_error.h"
+#include "contracts/connection.h"
 #include "doubles/journal.h"
-#include "runtime/connection.h"
-#include "runtime/runtime_error.h"
 
 namespace zenqay {
 

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "components/dates/builtin_dates.h"
 #include "doubles/outcome.h"
 #include "doubles/process_fixture.h"
 #include "doubles/time_zone.h"
-#include "erp/hosts/builtin_dates.h"
 
 namespace zenqay {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <limits>
 
+#include "components/dates/builtin_dates.h"
 #include "doubles/copy_fixture.h"
 #include "doubles/outcome.h"
-#include "erp/hosts/builtin_dates.h"
 #include "job/clsDataCopy.h"
 
 namespace zenqay {

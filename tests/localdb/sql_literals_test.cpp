@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "components/dates/builtin_dates.h"
 #include "doubles/outcome.h"
 #include "doubles/process_fixture.h"
-#include "erp/hosts/builtin_dates.h"
 
 namespace zenqay {
 namespace {

@@ -4,9 +4,9 @@
 
 #include <limits>
 
+#include "base/date_time.h"
+#include "base/numbers.h"
 #include "doubles/outcome.h"
-#include "runtime/date_time.h"
-#include "runtime/numbers.h"
 
 namespace zenqay {
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "doubles/process_fixture.h"
-#include "erp/QTMDeclarations.h"
+#include "process/QTMDeclarations.h"
 #include "startup/modStartUp.h"
 
 namespace zenqay {

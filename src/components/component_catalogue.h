@@ -1,0 +1,70 @@
+// Who serves which class id: Components.xml, beside the program.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <pugixml.hpp>
+#include <vector>
+
+#include "contracts/value.h"
+#include "trace/trace.h"
+
+namespace zenqay {
+
+class JvmHost;
+
+/// Whether the trace that a catalogue asks for is written, or only looked at, for who must not write anything.
+enum class TraceUse { Write, Leave };
+
+/// The hosts of one run, in the order of their entries; the first whose prefix a class id starts with serves it.
+/// Without a Components.xml only the builtin date objects exist.
+///
+///     <COMPONENTS>
+///       <HOST prefix="java:java.util." kind="builtin"/>
+///       <HOST prefix="Kv" kind="files" directory="erp"/>
+///       <HOST prefix="java:com.korvel." kind="jvm" classpath="adapter/*.jar" options="-Xmx256m"/>
+///       <HOST prefix="ZenqayInstHandler." kind="console"/>
+///       <TRACE file="trace.jsonl"/>
+///     </COMPONENTS>
+class ComponentCatalogue : public ComponentHost {
+ public:
+  /// Reads the catalogue. What is wrong with it is kept for RequireUsable, so that it is reported behind the check of
+  /// the command line, by the path that every failure at start takes.
+  explicit ComponentCatalogue(const Text& homeDirectory, TraceUse traceUse = TraceUse::Write);
+
+  void RequireUsable() override;
+  Object Create(const Text& classId) override;
+
+  /// The trace that the catalogue asks for; null when it asks for none or the trace is left.
+  Trace* trace() { return trace_.get(); }
+
+ private:
+  struct Entry {
+    Text prefix;
+    std::shared_ptr<ComponentHost> host;
+  };
+
+  void Read();
+  void ReadHost(pugi::xml_node element);
+  void ReadTrace(pugi::xml_node element);
+
+  /// All entries kind="jvm" share one host. Raises 5 in a program that was built without it.
+  std::shared_ptr<ComponentHost> JvmHostWith(pugi::xml_node element);
+
+  /// An attribute that an element must have. Raises 5, naming file and line.
+  Text Required(pugi::xml_node element, const char* attribute) const;
+
+  /// The path of an entry, relative to the catalogue's directory.
+  Text PathOf(const Text& path) const;
+  Text PlaceOf(pugi::xml_node element) const;
+
+  Text directory_;
+  Text path_;
+  std::vector<Entry> entries_;
+  std::shared_ptr<JvmHost> jvmHost_;
+  TraceUse traceUse_;
+  std::unique_ptr<Trace> trace_;
+  std::optional<RuntimeError> fault_;
+};
+
+}  // namespace zenqay

@@ -1,0 +1,126 @@
+#include "components/files/file_manager.h"
+
+#include "components/files/selection_criteria.h"
+
+namespace zenqay {
+namespace {
+
+constexpr std::string_view kManagerSuffix = "Manager";
+
+CsvRecord ReadHeaderRecord(CsvReader& reader) {
+  CsvRecord record;
+  if (!reader.Read(record)) RaiseMismatch(reader.source(), 1, "1", "the file has no header");
+  return record;
+}
+
+/// Missing for certain: a file that nobody lets us look at is not, and opening it says so.
+bool IsMissing(const std::filesystem::path& path) {
+  std::error_code fault;
+  return !std::filesystem::exists(path, fault) && !fault;
+}
+
+/// The rows of a file of changes that the criteria ask for. Key columns and columns without a code always answer.
+RowSelection SelectionOf(const ChangesHeader& header, const NetChangeCriteria& criteria, const Text& classId) {
+  RowSelection selection;
+  selection.period = {.from = criteria.from, .to = criteria.to, .column = header.changedAt};
+  for (std::size_t number = 0; number < header.columns.size(); ++number) {
+    const ExportColumn& column = header.columns[number];
+    if (column.code.empty()) continue;
+    const bool isAskedFor = column.isOld ? criteria.AsksForOld(column.code) : criteria.AsksFor(column.code);
+    if (!isAskedFor && !column.isKey) selection.silentColumns.push_back(number);
+    if (isAskedFor && column.isOld) selection.oldColumns.push_back(number);
+    if (!column.isKey) continue;
+    for (const FieldRange& range : criteria.ranges) {
+      if (range.field != column.code) continue;
+      selection.ranges.emplace_back(header.columns, number, range.low, range.high, classId);
+    }
+  }
+  return selection;
+}
+
+}  // namespace
+
+std::optional<ManagerClass> ManagerClass::Read(const Text& classId) {
+  const auto dot = classId.find('.');
+  if (dot == Text::npos || dot == 0 || !classId.ends_with(kManagerSuffix)) return {};
+  if (classId.find_first_of("./\\", dot + 1) != Text::npos || classId.find_first_of("/\\") < dot) return {};
+  const Text manager = classId.substr(dot + 1);
+  if (manager.size() <= kManagerSuffix.size()) return {};
+  return ManagerClass{.fileStem = classId.substr(0, dot),
+                      .plural = manager.substr(0, manager.size() - kManagerSuffix.size())};
+}
+
+FileManager::FileManager(Text classId, const std::filesystem::path& directory, const ManagerClass& names)
+    : FileComponent(std::move(classId)),
+      plural_(names.plural),
+      exportPath_(ExportPath(directory, names)),
+      changesPath_(directory / (names.fileStem + ".changes.csv")) {}
+
+std::filesystem::path FileManager::ExportPath(const std::filesystem::path& directory, const ManagerClass& names) {
+  return directory / (names.fileStem + ".csv");
+}
+
+Value FileManager::Call(std::string_view operation, Arguments arguments) {
+  if (EqualsIgnoringCase(operation, "List")) return List(arguments);
+  if (EqualsIgnoringCase(operation, "NetList" + plural_)) {
+    RequireArguments(operation, arguments, 2, classId());
+    return NetList(arguments);
+  }
+  if (EqualsIgnoringCase(operation, "Initialize")) {
+    RequireArguments(operation, arguments, 1, classId());
+    return {};
+  }
+  if (EqualsIgnoringCase(operation, "Close")) {
+    RequireArguments(operation, arguments, 0, classId());
+    return {};
+  }
+  RaiseNoSuchOperation(operation, classId());
+}
+
+Value FileManager::List(Arguments bounds) {
+  CsvReader reader(exportPath_, classId());
+  const CsvRecord header = ReadHeaderRecord(reader);
+  if (SaysNothing(header)) return Object();
+  ExportColumns columns = ReadListHeader(header, reader.source());
+  RowSelection selection{.ranges = RangesOf(columns, bounds)};
+  auto shape = MakeRowShape(reader.source(), std::move(columns), plural_);
+  return Enumeration(ExportRows(std::move(reader), std::move(shape), std::move(selection)));
+}
+
+Value FileManager::NetList(Arguments arguments) {
+  if (!arguments[0].value().Is<Text>()) {
+    throw RuntimeError(PlatformFault::TypeMismatch, "the ERP table code is no text", classId());
+  }
+  const NetChangeCriteria criteria = ReadCriteria(arguments[1].value(), classId());
+  if (IsMissing(changesPath_)) return Enumeration({});
+  CsvReader reader(changesPath_, classId());
+  const CsvRecord record = ReadHeaderRecord(reader);
+  if (SaysNothing(record)) return Object();
+  ChangesHeader header = ReadChangesHeader(record, reader.source());
+  RowSelection selection = SelectionOf(header, criteria, classId());
+  auto shape = MakeRowShape(reader.source(), std::move(header.columns), plural_);
+  return Enumeration(ExportRows(std::move(reader), std::move(shape), std::move(selection)));
+}
+
+std::vector<KeyRange> FileManager::RangesOf(const ExportColumns& columns, Arguments bounds) const {
+  const std::vector<std::size_t> keys = KeyColumnsOf(columns);
+  if (bounds.size() != keys.size() * 2) {
+    const Text about = "List takes " + std::to_string(keys.size() * 2) +
+                       " arguments, a lowest and a highest value for " + "each key column of " +
+                       exportPath_.filename().string();
+    throw RuntimeError(PlatformFault::InvalidCall, about, classId());
+  }
+  std::vector<KeyRange> ranges;
+  for (std::size_t key = 0; key < keys.size(); ++key) {
+    const Value& low = bounds[key * 2].value();
+    const Value& high = bounds[key * 2 + 1].value();
+    ranges.emplace_back(columns, keys[key], low, high, classId());
+  }
+  return ranges;
+}
+
+Value FileManager::Enumeration(std::optional<ExportRows> rows) const {
+  return Object(std::make_shared<ExportEnumeration>(classId(), std::move(rows)));
+}
+
+}  // namespace zenqay

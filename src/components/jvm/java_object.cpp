@@ -1,0 +1,48 @@
+#include "components/jvm/java_object.h"
+
+#include "base/runtime_error.h"
+
+namespace zenqay {
+
+JavaObject::JavaObject(std::shared_ptr<JavaMachine> machine, JavaClass& type, jobject object, const Text& source)
+    : machine_(std::move(machine)), type_(type), object_(machine_->env().NewGlobalRef(object)), source_(source) {
+  if (object_ == nullptr) throw RuntimeError(PlatformFault::Automation, "the Java machine is out of memory", source);
+}
+
+JavaObject::~JavaObject() {
+  machine_->env().DeleteGlobalRef(object_);
+}
+
+const JavaObject* JavaObject::From(const Value& value) {
+  const Object* object = value.If<Object>();
+  return object == nullptr ? nullptr : dynamic_cast<const JavaObject*>(object->component().get());
+}
+
+Value JavaObject::Call(std::string_view operation, Arguments arguments) {
+  return Invoke(type_.MethodsNamed(operation), operation, arguments);
+}
+
+Value JavaObject::Get(std::string_view property) {
+  const JavaClass::Property& reader = type_.ReaderOf(property);
+  if (reader.field != nullptr) return ReadField(target(), *reader.field);
+  return Invoke(reader.methods, property, {});
+}
+
+void JavaObject::Put(std::string_view property, const Value& value) {
+  const JavaClass::Property& writer = type_.WriterOf(property);
+  if (writer.field != nullptr) return WriteField(target(), *writer.field, value);
+  Argument argument(value);
+  Invoke(writer.methods, property, Arguments(&argument, 1));
+}
+
+Value JavaObject::Default() const {
+  RaiseNoSuchOperation("it has no default value", source_);
+}
+
+Value JavaObject::Invoke(const JavaClass::Overloads& methods, std::string_view operation, Arguments arguments) {
+  if (methods.empty()) RaiseNoSuchOperation(operation, source_);
+  const JavaMethod& method = ChooseMethod(machine_->env(), methods, arguments, operation, source_);
+  return CallMethod(target(), method, arguments);
+}
+
+}  // namespace zenqay

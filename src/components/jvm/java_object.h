@@ -1,0 +1,40 @@
+// A component that is a Java object.
+#pragma once
+
+#include <jni.h>
+
+#include "components/jvm/java_call.h"
+#include "contracts/value.h"
+
+namespace zenqay {
+
+/// Holds the one global reference to its object, and the machine as long as it lives.
+class JavaObject : public Component {
+ public:
+  /// `object` is a reference of the caller's own. `source`, the source of errors, is kept with the class. Raises 440
+  /// when the machine has no memory for another reference.
+  JavaObject(std::shared_ptr<JavaMachine> machine, JavaClass& type, jobject object, const Text& source);
+  ~JavaObject() override;
+
+  /// Null for everything that is no Java object.
+  static const JavaObject* From(const Value& value);
+
+  Value Call(std::string_view operation, Arguments arguments) override;
+  Value Get(std::string_view property) override;
+  void Put(std::string_view property, const Value& value) override;
+  Value Default() const override;
+
+  jobject reference() const { return object_; }
+  const JavaClass& type() const { return type_; }
+
+ private:
+  JavaTarget target() const { return {machine_, object_, type_, source_}; }
+  Value Invoke(const JavaClass::Overloads& methods, std::string_view operation, Arguments arguments);
+
+  std::shared_ptr<JavaMachine> machine_;
+  JavaClass& type_;
+  jobject object_;
+  const Text& source_;
+};
+
+}  // namespace zenqay

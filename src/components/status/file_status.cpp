@@ -1,0 +1,75 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <nlohmann/json.hpp>
+
+#include "components/status/status_components.h"
+#include "components/status/status_object.h"
+#include "system/posix/file_fault.h"
+
+namespace zenqay {
+namespace {
+
+using nlohmann::ordered_json;
+
+class FileStatus : public StatusObject {
+ public:
+  FileStatus(Text path, std::int16_t instance) : path_(std::move(path)), instance_(instance) {}
+  FileStatus(const FileStatus&) = delete;
+  FileStatus& operator=(const FileStatus&) = delete;
+  ~FileStatus() override {
+    if (descriptor_ >= 0) ::close(descriptor_);
+  }
+
+ private:
+  void Message(const Text& time, const Text& text) override {
+    Append({{"op", "writeToMessageBox"}, {"instance", instance_}, {"time", time}, {"text", text}});
+  }
+
+  void Alert(const Text& time, const Text& text) override {
+    Append({{"op", "WriteToAlertBox"}, {"instance", instance_}, {"time", time}, {"text", text}});
+  }
+
+  void SyncStatus(std::int32_t tableId, std::int32_t status) override {
+    Append({{"op", "UpdateSyncStatus"}, {"instance", instance_}, {"table", tableId}, {"status", status}});
+  }
+
+  void TableStatus(std::int32_t handle, std::int32_t tableId, std::int32_t status, const Text& detail) override {
+    Append({{"op", "UpdateStatusByTable"},
+            {"instance", instance_},
+            {"handle", handle},
+            {"table", tableId},
+            {"status", status},
+            {"detail", detail}});
+  }
+
+  /// One write for one line, so that a reader never sees half of one but on a full disk.
+  void Append(const ordered_json& call) {
+    if (descriptor_ < 0) {
+      descriptor_ = ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+      if (descriptor_ < 0) Fail();
+    }
+    const Text line = call.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    const ssize_t written = ::write(descriptor_, line.data(), line.size());
+    if (written < 0) Fail();
+    if (static_cast<std::size_t>(written) < line.size()) {
+      throw RuntimeError(PlatformFault::DiskFull, path_, kStatusClass);
+    }
+  }
+
+  [[noreturn]] void Fail() const { throw RuntimeError(FileFault(errno), path_, kStatusClass); }
+
+  Text path_;
+  std::int16_t instance_;
+  int descriptor_ = -1;
+};
+
+}  // namespace
+
+Object FileStatusHost::Create(const Text& classId) {
+  return CreateStatusHandle(
+      classId, [path = path_](std::int16_t instance) { return Object(std::make_shared<FileStatus>(path, instance)); });
+}
+
+}  // namespace zenqay

@@ -1,0 +1,35 @@
+// Status components: who listens to a job's progress.
+//
+// The class that the job creates answers `getInstance(number)` with the status object and takes
+// `CurrentInstanceNumber`. The status object answers `writeToMessageBox(time, text)`, `WriteToAlertBox(time, text)`,
+// `UpdateSyncStatus(table, state)` with 1 started, 2 complete, 3 failed, and
+// `UpdateStatusByTable(handle, table, state, detail)` with 2 started, 4 complete, 8 in use, 16 failed.
+#pragma once
+
+#include <memory>
+
+#include "contracts/value.h"
+
+namespace zenqay {
+
+/// A status component for a person: each message a line with its time on standard output, alerts on standard error, and
+/// when it is released one table of what each table's state ended as. On a terminal with colour and an updating line
+/// for the running table. A closed output holds nothing up.
+class ConsoleStatusHost : public ComponentHost {
+ public:
+  Object Create(const Text& classId) override;
+};
+
+/// A status component for a program: appends each call as one JSON line to a file, flushed at once. A file that cannot
+/// be written fails the call: 61 on a full disk, 70 without the permission, 76 for a missing directory, 75 otherwise.
+class FileStatusHost : public ComponentHost {
+ public:
+  explicit FileStatusHost(Text path) : path_(std::move(path)) {}
+
+  Object Create(const Text& classId) override;
+
+ private:
+  Text path_;
+};
+
+}  // namespace zenqay

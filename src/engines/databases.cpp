@@ -1,0 +1,15 @@
+#include "engines/databases.h"
+
+#include "engines/engine_connection.h"
+
+namespace zenqay {
+
+std::shared_ptr<Connection> LocalDatabases::CreateConnection() {
+  return std::make_shared<EngineConnection>();
+}
+
+std::shared_ptr<Recordset> LocalDatabases::CreateRecordset() {
+  return std::make_shared<EngineRecordset>();
+}
+
+}  // namespace zenqay

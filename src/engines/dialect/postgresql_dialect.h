@@ -1,0 +1,20 @@
+// The job's statements as PostgreSQL reads them.
+#pragma once
+
+#include "base/text_functions.h"
+
+namespace zenqay {
+
+/// Puts into `translated` what PostgreSQL is to run for a statement that was composed for SQL Server or Oracle; empty
+/// when there is nothing to run. What stands inside a literal, a quoted name or a comment never changes; the session
+/// reads a backslash there as itself.
+///
+/// N'…' loses its N; a blank goes between a number and the word glued to it; the dates of date_literals.h become
+/// timestamp 'YYYY-MM-DD hh:mm:ss' or, for a date alone, date 'YYYY-MM-DD'; a pattern behind LIKE gets ESCAPE '', for
+/// no other database has an escape character there unasked; UPDATE STATISTICS becomes ANALYZE; ALTER SESSION SET
+/// CURRENT_SCHEMA becomes SET search_path; SET DATEFORMAT YMD becomes nothing.
+///
+/// Raises ProviderFailure -2147217913 for a date that does not exist.
+void TranslateForPostgreSql(std::string_view statement, Text& translated);
+
+}  // namespace zenqay

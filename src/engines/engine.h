@@ -1,0 +1,32 @@
+// What each database engine below the connection offers.
+#pragma once
+
+#include <cstdint>
+
+#include "engines/row_store.h"
+
+namespace zenqay {
+
+/// What a session may do. The connection string asks for a reading one by Mode=Read.
+enum class Access { ReadWrite, ReadOnly };
+
+/// One open session of one engine; its end closes it. What the database reports is thrown as ProviderFailure.
+///
+/// Statements come as the job composed them and are never empty. Each commits by itself and waits without limit for
+/// what another process holds.
+class EngineSession {
+ public:
+  virtual ~EngineSession() = default;
+
+  /// Runs a statement and drops any result. Returns the number of rows that it inserted, updated or deleted, 0 for any
+  /// other statement; the number means nothing when it was not asked for.
+  virtual std::int64_t Run(const Text& statement, bool countRows) = 0;
+
+  /// Runs a query and puts its column names and rows into `rows`, which is empty before.
+  virtual void Query(const Text& statement, RowStore& rows) = 0;
+
+  virtual void PutDefaultDatabase(const Text& name) = 0;
+  virtual Text DefaultDatabase() = 0;
+};
+
+}  // namespace zenqay

@@ -1,0 +1,178 @@
+#include "engines/odbc/odbc_session.h"
+
+#include "engines/dialect/postgresql_dialect.h"
+#include "engines/dialect/sql_tokens.h"
+#include "engines/odbc/diagnostics.h"
+#include "engines/odbc/driver_strings.h"
+#include "engines/odbc/odbc_rows.h"
+
+namespace zenqay {
+namespace {
+
+/// True for a statement that has a count of rows and no columns of its own.
+bool ChangesRows(const Text& statement) {
+  const std::string_view verb = SqlTokens(statement).Next().text;
+  return EqualsIgnoringCase(verb, "UPDATE") || EqualsIgnoringCase(verb, "INSERT") || EqualsIgnoringCase(verb, "DELETE");
+}
+
+}  // namespace
+
+/// A statement that has been run. Whatever became of it, its end leaves the handle ready for the next one.
+class OdbcSession::OpenStatement {
+ public:
+  explicit OpenStatement(void* statement) : statement_(statement) {}
+  OpenStatement(const OpenStatement&) = delete;
+  OpenStatement& operator=(const OpenStatement&) = delete;
+  ~OpenStatement() {
+    if (!isClosed_) SQLFreeStmt(statement_, SQL_CLOSE);
+  }
+
+  /// The driver closes a statement by itself when it says that there is no further result.
+  void SetClosed() { isClosed_ = true; }
+
+ private:
+  void* statement_;
+  bool isClosed_ = false;
+};
+
+OdbcSession::OdbcSession(const Text& connectionString, Access access) {
+  OpenEnvironment();
+  Text driverString = DriverConnectString(connectionString, InstalledDrivers(environment_.get()));
+  const OdbcDriver driver = DriverOf(driverString);
+  if (driver.isPsqlodbc()) driverString = WithoutDeclareFetch(driverString);
+  calls_ = std::make_unique<OdbcCalls>(driver.width());
+  const Text source = driver.name.empty() ? "ODBC" : driver.name;
+  diagnostics_ = std::make_unique<Diagnostics>(*calls_, source, PasswordsOf(connectionString));
+  Connect(driverString, access);
+  Prepare();
+}
+
+OdbcSession::~OdbcSession() = default;
+
+std::int64_t OdbcSession::Run(const Text& statement, bool countRows) {
+  const Text& text = Translated(statement);
+  if (text.empty()) return 0;
+  OpenStatement open(statement_.get());
+  const SQLRETURN result = calls_->ExecDirect(statement_.get(), text);
+  RequireStatement(result);
+  const bool asksCount = countRows && result != SQL_NO_DATA;
+  const std::int64_t rows = asksCount ? TouchedRows(text) : 0;
+  while (NextResult(open)) {
+  }
+  return rows;
+}
+
+void OdbcSession::Query(const Text& statement, RowStore& rows) {
+  const Text& text = Translated(statement);
+  if (text.empty()) return;
+  OpenStatement open(statement_.get());
+  RequireStatement(calls_->ExecDirect(statement_.get(), text));
+  do {
+    const bool isFirstResult = rows.columns().empty() && HasColumns();
+    if (isFirstResult) ReadRows(*calls_, *diagnostics_, statement_.get(), rows);
+  } while (NextResult(open));
+}
+
+void OdbcSession::PutDefaultDatabase(const Text& name) {
+  if (switchesCatalogs_) RequireConnection(calls_->PutCatalog(connection_.get(), name));
+  defaultDatabase_ = name;
+}
+
+Text OdbcSession::DefaultDatabase() {
+  if (!switchesCatalogs_ && !defaultDatabase_.empty()) return defaultDatabase_;
+  Text name;
+  RequireConnection(calls_->GetCatalog(connection_.get(), name));
+  return name;
+}
+
+void OdbcSession::FreeEnvironment::operator()(void* environment) const {
+  SQLFreeHandle(SQL_HANDLE_ENV, environment);
+}
+
+void OdbcSession::FreeConnection::operator()(void* connection) const {
+  SQLDisconnect(connection);
+  SQLFreeHandle(SQL_HANDLE_DBC, connection);
+}
+
+void OdbcSession::FreeStatement::operator()(void* statement) const {
+  SQLFreeHandle(SQL_HANDLE_STMT, statement);
+}
+
+void OdbcSession::OpenEnvironment() {
+  SQLHANDLE environment = nullptr;
+  if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment))) {
+    throw RuntimeError(kGeneralProviderFailure, kPlatformSource, "The ODBC driver manager cannot be started.");
+  }
+  environment_.reset(environment);
+  SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+}
+
+void OdbcSession::Connect(const Text& driverString, Access access) {
+  SQLHANDLE connection = nullptr;
+  const SQLRETURN made = SQLAllocHandle(SQL_HANDLE_DBC, environment_.get(), &connection);
+  diagnostics_->Require(made, SQL_HANDLE_ENV, environment_.get());
+  connection_.reset(connection);
+  // A driver that refuses a setting has no such limit, or no such mode.
+  SQLSetConnectAttr(connection, SQL_ATTR_LOGIN_TIMEOUT, nullptr, 0);
+  if (access == Access::ReadOnly) {
+    const auto readOnly = reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(SQL_MODE_READ_ONLY));
+    SQLSetConnectAttr(connection, SQL_ATTR_ACCESS_MODE, readOnly, 0);
+  }
+  RequireConnection(calls_->DriverConnect(connection, driverString));
+}
+
+/// Makes the one statement handle, and finds out what the database is.
+void OdbcSession::Prepare() {
+  SQLHANDLE statement = nullptr;
+  RequireConnection(SQLAllocHandle(SQL_HANDLE_STMT, connection_.get(), &statement));
+  statement_.reset(statement);
+  SQLSetStmtAttr(statement, SQL_ATTR_QUERY_TIMEOUT, nullptr, 0);  // as with the limit above
+  isPostgreSql_ = EqualsIgnoringCase(Info(SQL_DBMS_NAME), "PostgreSQL");
+  switchesCatalogs_ = !isPostgreSql_ && Info(SQL_CATALOG_NAME) == "Y";
+  // A server or a user can be set to read a backslash in a literal as an escape.
+  if (isPostgreSql_) Run("SET standard_conforming_strings = on", false);
+}
+
+const Text& OdbcSession::Translated(const Text& statement) {
+  if (!isPostgreSql_) return statement;
+  TranslateForPostgreSql(statement, translated_);
+  return translated_;
+}
+
+Text OdbcSession::Info(std::uint16_t what) {
+  Text answer;
+  RequireConnection(calls_->GetInfo(connection_.get(), what, answer));
+  return answer;
+}
+
+void OdbcSession::RequireConnection(std::int16_t result) {
+  diagnostics_->Require(result, SQL_HANDLE_DBC, connection_.get());
+}
+
+void OdbcSession::RequireStatement(std::int16_t result) {
+  diagnostics_->Require(result, SQL_HANDLE_STMT, statement_.get());
+}
+
+bool OdbcSession::HasColumns() {
+  SQLSMALLINT columns = 0;
+  RequireStatement(SQLNumResultCols(statement_.get(), &columns));
+  return columns > 0;
+}
+
+/// A query's count is that of its rows, and a statement of another kind has -1; neither touched any. A statement that
+/// tells by its verb saves the call: a job sends hardly another one.
+std::int64_t OdbcSession::TouchedRows(const Text& statement) {
+  SQLLEN rows = 0;
+  RequireStatement(SQLRowCount(statement_.get(), &rows));
+  if (rows <= 0) return 0;
+  return ChangesRows(statement) || !HasColumns() ? rows : 0;
+}
+
+bool OdbcSession::NextResult(OpenStatement& open) {
+  const SQLRETURN result = SQLMoreResults(statement_.get());
+  RequireStatement(result);
+  if (result == SQL_NO_DATA) open.SetClosed();
+  return result != SQL_NO_DATA;
+}
+
+}  // namespace zenqay

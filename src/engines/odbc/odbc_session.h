@@ -1,0 +1,66 @@
+// A database behind an ODBC driver.
+#pragma once
+
+#include <memory>
+
+#include "engines/engine.h"
+
+namespace zenqay {
+
+class Diagnostics;
+class OdbcCalls;
+
+/// One connection of one driver, with one statement at a time on it, so a driver that allows no more is enough.
+/// SQL Server, Oracle and every other database get the statements as composed, PostgreSQL in its own words. The count
+/// of rows is that of a statement's first result. A failure carries every diagnostic record that the driver left, the
+/// driver's name as its source, and no password of the connection string.
+class OdbcSession : public EngineSession {
+ public:
+  /// Connects, however long it takes. Raises what DriverConnectString raises, and ProviderFailure for what the driver
+  /// or the driver manager says. A driver that knows no reading connection is left as it is.
+  explicit OdbcSession(const Text& connectionString, Access access = Access::ReadWrite);
+  ~OdbcSession() override;
+
+  std::int64_t Run(const Text& statement, bool countRows) override;
+  void Query(const Text& statement, RowStore& rows) override;
+
+  /// Switches the catalog of a database that has catalogs to switch. For any other, PostgreSQL too, where a connection
+  /// stays with its database, the name is kept and has no effect.
+  void PutDefaultDatabase(const Text& name) override;
+  Text DefaultDatabase() override;
+
+ private:
+  struct FreeEnvironment {
+    void operator()(void* environment) const;
+  };
+  struct FreeConnection {
+    void operator()(void* connection) const;
+  };
+  struct FreeStatement {
+    void operator()(void* statement) const;
+  };
+  class OpenStatement;
+
+  void OpenEnvironment();
+  void Connect(const Text& driverString, Access access);
+  void Prepare();
+  const Text& Translated(const Text& statement);
+  Text Info(std::uint16_t what);
+  void RequireConnection(std::int16_t result);
+  void RequireStatement(std::int16_t result);
+  bool HasColumns();
+  std::int64_t TouchedRows(const Text& statement);
+  bool NextResult(OpenStatement& open);
+
+  std::unique_ptr<OdbcCalls> calls_;
+  std::unique_ptr<Diagnostics> diagnostics_;
+  std::unique_ptr<void, FreeEnvironment> environment_;
+  std::unique_ptr<void, FreeConnection> connection_;
+  std::unique_ptr<void, FreeStatement> statement_;
+  bool isPostgreSql_ = false;
+  bool switchesCatalogs_ = false;
+  Text translated_;  // kept for its memory
+  Text defaultDatabase_;
+};
+
+}  // namespace zenqay

@@ -1,0 +1,54 @@
+// The embedded database.
+#pragma once
+
+#include <memory>
+
+#include "engines/engine.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace zenqay {
+
+struct ReadOnlyFile;
+
+/// A SQLite file in WAL mode; one that is only read stays in the mode that it has.
+class SqliteSession : public EngineSession {
+ public:
+  /// Opens the file that `dataSource` names, as composed, with "\". Raises ProviderFailure -2147467259, naming the
+  /// file, when it is missing, is no database or may not be read and written. With ReadOnly it need not be writable,
+  /// and neither it nor its directory is changed.
+  explicit SqliteSession(const Text& dataSource, Access access = Access::ReadWrite);
+
+  std::int64_t Run(const Text& statement, bool countRows) override;
+  void Query(const Text& statement, RowStore& rows) override;
+
+  /// A file has no catalogs: the name is kept and has no effect.
+  void PutDefaultDatabase(const Text& name) override { defaultDatabase_ = name; }
+  Text DefaultDatabase() override { return defaultDatabase_; }
+
+ private:
+  struct CloseDatabase {
+    void operator()(sqlite3* database) const;
+  };
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const;
+  };
+  using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
+
+  void OpenFile(const Text& dataSource, const char* name, int flags);
+  void PrepareFile();
+  void PrepareReading(const ReadOnlyFile& file);
+  template <typename Attempt>
+  int Untiring(Attempt attempt);
+  Statement Prepare(const char*& rest);
+  bool Step(const Statement& prepared);
+  void ReadRows(const Statement& prepared, RowStore& rows);
+  void AddField(const Statement& prepared, int column, bool isDate, RowStore& rows);
+
+  std::unique_ptr<sqlite3, CloseDatabase> database_;
+  Text translated_;  // kept for its memory
+  Text defaultDatabase_;
+};
+
+}  // namespace zenqay

@@ -1,0 +1,38 @@
+// The platform of a real process.
+#pragma once
+
+#include "contracts/platform.h"
+
+namespace zenqay {
+
+class OsPlatform : public Platform {
+ public:
+  /// Takes the process's arguments. Standard streams that are closed are opened on the null device, so that no file of
+  /// the job ever gets their numbers, and a closed pipe is an error of the write, not the end of the process.
+  OsPlatform(int argc, char** argv);
+
+  /// The arguments, joined with single blanks. They are then wiped out of the process's memory, since the connection
+  /// string, with its password, would stand in every process list.
+  Text TakeCommandLine();
+
+  DateTime Now() override;
+
+  /// The directory named by ZENQAY_HOME, or the one that the program stands in.
+  Text ProgramDirectory() override { return programDirectory_; }
+
+  void SetTitle(const Text& title) override;
+  void ShowMessageBox(const Text& text) override;
+  void StartLogging(const Text& target) override { logTarget_ = target; }
+  using Platform::NameCause;
+  void NameCause(const Text& cause) override;
+
+ private:
+  int argc_;
+  char** argv_;
+  char* argumentsEnd_;
+  Text programDirectory_;
+  Text logTarget_;
+  Text lastCause_;
+};
+
+}  // namespace zenqay

@@ -1,0 +1,101 @@
+#include "trace/trace.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "base/secrets.h"
+#include "contracts/connection.h"
+
+namespace zenqay {
+namespace {
+
+using nlohmann::ordered_json;
+
+/// YYYY-MM-DDThh:mm:ss, or the long time for a time of day without a date.
+Text ShownDateTime(DateTime value) {
+  if (value.DateOnly() == DateTime()) return LongTime(value);
+  const DateTimeParts parts = value.Parts();
+  char text[64];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", parts.year, parts.month, parts.day, parts.hour,
+                parts.minute, parts.second);
+  return text;
+}
+
+/// No password stands in a trace, also where an item of the command line came in the wrong place.
+void CleanOfSecrets(ordered_json& value) {
+  if (value.is_string()) {
+    value = WithoutSecrets(value.get_ref<const Text&>());
+  } else if (value.is_structured()) {
+    for (ordered_json& element : value) CleanOfSecrets(element);
+  }
+}
+
+}  // namespace
+
+Trace::Trace(const Text& path) {
+  const Text name = Replaced(path, "%p", std::to_string(::getpid()));
+  file_.open(name, std::ios::binary | std::ios::trunc);
+  if (!file_) throw RuntimeError(PlatformFault::PathAccess, name);
+}
+
+void Trace::Write(std::string_view kind, const ordered_json& rest) {
+  ordered_json line = {{"n", ++lines_}, {"kind", kind}};
+  line.update(rest);
+  CleanOfSecrets(line);
+  file_ << line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) << '\n' << std::flush;
+}
+
+void Trace::Event(std::string_view name, std::span<const Value> arguments) {
+  ordered_json shown = ordered_json::array();
+  for (const Value& argument : arguments) shown.push_back(Shown(argument));
+  Write("event", {{"name", name}, {"args", std::move(shown)}});
+}
+
+void Trace::LogRecord(const Text& file, const std::vector<Text>& lines, const RuntimeError* error) {
+  if (error == nullptr) {
+    Write("log", {{"file", file}, {"lines", lines}});
+  } else {
+    Write("log", {{"file", file}, {"error", Shown(*error)}});
+  }
+}
+
+void Trace::MessageBox(const Text& text) {
+  Write("box", {{"text", text}});
+}
+
+std::int64_t Trace::IdOf(const Object& object) {
+  if (object.IsNothing()) return 0;
+  if (known_.size() >= forgetAt_) ForgetReleased();
+  Known& known = known_[object.component().get()];
+  if (known.component.lock() != object.component()) known = {object.component(), ++lastId_};
+  return known.id;
+}
+
+void Trace::ForgetReleased() {
+  std::erase_if(known_, [](const auto& entry) { return entry.second.component.expired(); });
+  forgetAt_ = std::max<std::size_t>(1024, 2 * known_.size());
+}
+
+ordered_json Trace::Shown(const Value& value) {
+  if (value.Is<Empty>()) return {{"empty", true}};
+  if (value.IsNull()) return nullptr;
+  if (const bool* held = value.If<bool>()) return *held;
+  if (const auto* held = value.If<std::int16_t>()) return *held;
+  if (const auto* held = value.If<std::int32_t>()) return *held;
+  if (const auto* held = value.If<double>()) return *held;
+  if (const Text* held = value.If<Text>()) return *held;
+  if (const DateTime* held = value.If<DateTime>()) return ShownDateTime(*held);
+  const Object object = value.AsObject();
+  if (const auto* field = dynamic_cast<const Field*>(object.component().get())) {
+    return {{"field", field->name()}, {"value", Shown(field->Default())}};
+  }
+  return {{"object", IdOf(object)}};
+}
+
+ordered_json Trace::Shown(const RuntimeError& error) {
+  return {{"number", error.number()}, {"source", error.source()}, {"description", error.description()}};
+}
+
+}  // namespace zenqay

@@ -1,0 +1,53 @@
+// The trace: a record of everything that one run said to the outside, as JSON lines.
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "base/runtime_error.h"
+#include "contracts/value.h"
+
+namespace zenqay {
+
+class Trace {
+ public:
+  /// Replaces the file at `path` (a path of the operating system), in whose name "%p" stands for the process id.
+  /// Raises 75 when it cannot be written.
+  explicit Trace(const Text& path);
+
+  /// Writes one line and flushes it: `n`, `kind`, then the members of `rest` in their order.
+  void Write(std::string_view kind, const nlohmann::ordered_json& rest);
+
+  void Event(std::string_view name, std::span<const Value> arguments);
+  void LogRecord(const Text& file, const std::vector<Text>& lines, const RuntimeError* error = nullptr);
+  void MessageBox(const Text& text);
+
+  /// The number of an object, given at first sight and kept; 0 for an empty reference.
+  std::int64_t IdOf(const Object& object);
+
+  /// The value as it stands in the trace.
+  nlohmann::ordered_json Shown(const Value& value);
+  static nlohmann::ordered_json Shown(const RuntimeError& error);
+
+ private:
+  struct Known {
+    std::weak_ptr<Component> component;  // an address that was given away anew is another object
+    std::int64_t id;
+  };
+
+  /// Keeps the memory of released objects from growing with the rows of a run.
+  void ForgetReleased();
+
+  std::ofstream file_;
+  std::int64_t lines_ = 0;
+  std::int64_t lastId_ = 0;
+  std::unordered_map<const Component*, Known> known_;
+  std::size_t forgetAt_ = 1024;
+};
+
+}  // namespace zenqay

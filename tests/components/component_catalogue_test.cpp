@@ -1,0 +1,276 @@
+// Components.xml: who serves which class id.
+#include "components/component_catalogue.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "doubles/outcome.h"
+#include "doubles/temp_directory.h"
+#include "process/QTMDeclarations.h"
+
+namespace zenqay {
+namespace {
+
+constexpr const char* kLocations = "Kv40QTMtssmaLocations.LocationsManager";
+constexpr const char* kInvalid = "5 ZenqayDBSync: Invalid procedure call or argument: ";
+
+/// A program's directory with an export in `erp` and one in `other`.
+struct Home {
+  TempDirectory directory;
+
+  Home() {
+    for (const char* name : {"erp", "other"}) std::filesystem::create_directory(directory.path() / name);
+    directory.Write("erp/Kv40QTMtssmaLocations.csv", "Location:text:cloc:key\nA1\n");
+  }
+
+  Text Path(const Text& name = "Components.xml") const { return (directory.path() / name).string(); }
+  void Write(std::string_view content) const { directory.Write("Components.xml", content); }
+  ComponentCatalogue Catalogue() const { return ComponentCatalogue(directory.path().string()); }
+
+  /// What a catalogue of this content says of itself.
+  Text Usable(std::string_view content) const {
+    Write(content);
+    ComponentCatalogue catalogue = Catalogue();
+    return Raised([&] { catalogue.RequireUsable(); });
+  }
+};
+
+/// "nothing", or that the class id is served by no one.
+Text Created(ComponentHost& host, const Text& classId) {
+  return Raised([&] { host.Create(classId); });
+}
+
+Text CannotCreate(const Text& classId) {
+  return "429 " + classId + ": Component can't create object: " + classId;
+}
+
+TEST(ComponentCatalogue, HasOnlyTheBuiltinDatesWithoutAFile) {
+  const Home home;
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), "nothing");
+  EXPECT_EQ(catalogue.trace(), nullptr);
+  EXPECT_EQ(Created(catalogue, kDateClass), "nothing");
+  EXPECT_EQ(Created(catalogue, kCalendarClass), "nothing");
+  EXPECT_EQ(Created(catalogue, "java:java.util.HashMap"), CannotCreate("java:java.util.HashMap"));
+  for (const char* classId : {kLocations, kStatusClass, kAdapterInfoClass, kCriteriaClass}) {
+    EXPECT_EQ(Created(catalogue, classId), CannotCreate(classId));
+  }
+  EXPECT_EQ(Created(catalogue, ""), "429 : Component can't create object");
+}
+
+TEST(ComponentCatalogue, ServesEachKindByThePrefixOfTheClassId) {
+  const Home home;
+  home.Write(
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<!-- who serves which class id -->\n"
+      "<COMPONENTS>\n"
+      "  <HOST prefix=\"java:com.korvel.\" kind=\"files\" directory=\"erp\"/>\n"
+      "  <HOST prefix=\"java:java.util.\" kind=\"builtin\"/>\n"
+      "  <HOST prefix=\"Kv\" kind=\"files\" directory=\"erp\"/>\n"
+      "  <!-- the status component -->\n"
+      "  <HOST prefix=\"ZenqayInstHandler.\" kind=\"file\" file=\"status.jsonl\"/>\n"
+      "</COMPONENTS>\n");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), "nothing");
+  for (const char* classId : {kLocations, kAdapterInfoClass, kAdapterAccessClass, kDateClass, kStatusClass}) {
+    EXPECT_EQ(Created(catalogue, classId), "nothing");
+  }
+  for (const char* classId : {kCriteriaClass, "kv40QTMtssmaLocations.LocationsManager"}) {
+    EXPECT_EQ(Created(catalogue, classId), CannotCreate(classId));
+  }
+}
+
+TEST(ComponentCatalogue, LetsTheFirstMatchWinAlsoWhereItCannotCreateTheObject) {
+  const Home home;
+  home.Write(
+      "<COMPONENTS>\n"
+      "  <HOST prefix='Kv40QTMtssma' kind='files' directory='other'/>\n"
+      "  <HOST prefix='Kv' kind='files' directory='erp'/>\n"
+      "  <HOST prefix='' kind='builtin'/>\n"
+      "  <HOST prefix='ZenqayInstHandler.' kind='console'/>\n"
+      "</COMPONENTS>\n");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Created(catalogue, kLocations),
+            CannotCreate(kLocations) + " (no file " + home.Path("other/Kv40QTMtssmaLocations.csv") + ")");
+  EXPECT_EQ(Created(catalogue, kDateClass), "nothing");
+  EXPECT_EQ(Created(catalogue, kStatusClass), CannotCreate(kStatusClass));
+}
+
+TEST(ComponentCatalogue, ServesNothingWithoutAnEntry) {
+  const Home home;
+  home.Write("<COMPONENTS/>");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), "nothing");
+  EXPECT_EQ(Created(catalogue, kDateClass), CannotCreate(kDateClass));
+}
+
+TEST(ComponentCatalogue, TakesPathsRelativeToItsOwnDirectory) {
+  const Home home;
+  home.Write(
+      "<COMPONENTS>\n"
+      "  <HOST prefix='Kv' kind='files' directory='other/../erp'/>\n"
+      "  <HOST prefix='ZenqayInstHandler.' kind='file' file='other/status.jsonl'/>\n"
+      "  <TRACE file='other/trace.jsonl'/>\n"
+      "</COMPONENTS>\n");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Created(catalogue, kLocations), "nothing");
+  const Object status = catalogue.Create(kStatusClass).Call("getInstance", 7).AsObject();
+  status.Call("UpdateSyncStatus", 1, 2);
+  catalogue.trace()->MessageBox("one");
+
+  EXPECT_EQ(home.directory.Read("other/status.jsonl"),
+            "{\"op\":\"UpdateSyncStatus\",\"instance\":7,\"table\":1,\"status\":2}\n");
+  EXPECT_EQ(home.directory.Read("other/trace.jsonl"), "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n");
+}
+
+TEST(ComponentCatalogue, TakesAnAbsolutePathAsItIs) {
+  const Home home;
+  const Home elsewhere;
+  home.Write("<COMPONENTS><HOST prefix='Kv' kind='files' directory='" + elsewhere.Path("erp") + "'/><TRACE file='" +
+             elsewhere.Path("trace.jsonl") + "'/></COMPONENTS>");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Created(catalogue, kLocations), "nothing");
+  EXPECT_EQ(elsewhere.directory.Read("trace.jsonl"), "");
+}
+
+TEST(ComponentCatalogue, PutsTheProcessIdIntoTheNameOfTheTrace) {
+  const Home home;
+  home.Write("<COMPONENTS><TRACE file='trace-%p.jsonl'/></COMPONENTS>");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  ASSERT_NE(catalogue.trace(), nullptr);
+  EXPECT_EQ(home.directory.Read("trace-" + std::to_string(::getpid()) + ".jsonl"), "");
+}
+
+TEST(ComponentCatalogue, RefusesAnUnknownKindNamingFileAndLine) {
+  const Home home;
+
+  EXPECT_EQ(home.Usable("<COMPONENTS>\n  <HOST prefix='Kv' kind='files' directory='erp'/>\n"
+                        "  <HOST prefix='Z'\n        kind='printer'/>\n</COMPONENTS>"),
+            kInvalid + home.Path() + ", line 3: unknown kind \"printer\"");
+  EXPECT_EQ(home.Usable("<COMPONENTS><HOST prefix='Kv' kind='Files' directory='erp'/></COMPONENTS>"),
+            kInvalid + home.Path() + ", line 1: unknown kind \"Files\"");
+  EXPECT_EQ(home.Usable("<COMPONENTS><HOST prefix='Kv' kind=''/></COMPONENTS>"),
+            kInvalid + home.Path() + ", line 1: unknown kind \"\"");
+}
+
+TEST(ComponentCatalogue, RefusesAnEntryWithoutAnAttributeThatItNeeds) {
+  const Home home;
+  const struct {
+    const char* entry;
+    const char* fault;
+  } cases[] = {
+      {"<HOST kind='builtin'/>", "HOST has no attribute \"prefix\""},
+      {"<HOST prefix='Kv'/>", "HOST has no attribute \"kind\""},
+      {"<HOST prefix='Kv' kind='files'/>", "HOST has no attribute \"directory\""},
+      {"<HOST prefix='Z' kind='file'/>", "HOST has no attribute \"file\""},
+      {"<HOST PREFIX='Kv' kind='builtin'/>", "HOST has no attribute \"prefix\""},
+      {"<TRACE/>", "TRACE has no attribute \"file\""},
+  };
+  for (const auto& [entry, fault] : cases) {
+    EXPECT_EQ(home.Usable(Text("<COMPONENTS>\n") + entry + "\n</COMPONENTS>"),
+              kInvalid + home.Path() + ", line 2: " + fault);
+  }
+}
+
+TEST(ComponentCatalogue, RefusesADirectoryThatIsMissing) {
+  const Home home;
+  home.directory.Write("file", "");
+  const Text notFound = "76 ZenqayDBSync: Path not found: " + home.Path() + ", line 2: there is no directory ";
+
+  EXPECT_EQ(home.Usable("<COMPONENTS>\n<HOST prefix='Kv' kind='files' directory='none'/></COMPONENTS>"),
+            notFound + home.Path("none"));
+  EXPECT_EQ(home.Usable("<COMPONENTS>\n<HOST prefix='Kv' kind='files' directory='file'/></COMPONENTS>"),
+            notFound + home.Path("file"));
+}
+
+TEST(ComponentCatalogue, RefusesMalformedTextNamingFileAndLine) {
+  const Home home;
+
+  EXPECT_EQ(home.Usable("<COMPONENTS>\n<HOST prefix='Kv' kind='builtin'>\n</COMPONENTS>"),
+            kInvalid + home.Path() + ", line 3: Start-end tags mismatch");
+  EXPECT_EQ(home.Usable("<COMPONENTS>\n<HOST prefix=Kv kind='builtin'/>\n</COMPONENTS>"),
+            kInvalid + home.Path() + ", line 2: Error parsing element attribute");
+  EXPECT_EQ(home.Usable(""), kInvalid + home.Path() + ", line 1: No document element found");
+  EXPECT_EQ(home.Usable("<COMPONENTS/>\n<COMPONENTS/>"),
+            kInvalid + home.Path() + ": there must be exactly one top-level element");
+}
+
+TEST(ComponentCatalogue, RefusesElementsThatItDoesNotKnow) {
+  const Home home;
+
+  EXPECT_EQ(home.Usable("<!-- who -->\n<HOSTS/>"),
+            kInvalid + home.Path() + ", line 2: the top-level element is not COMPONENTS");
+  EXPECT_EQ(home.Usable("<COMPONENTS>\n\n<host prefix='Kv' kind='builtin'/></COMPONENTS>"),
+            kInvalid + home.Path() + ", line 3: unknown element \"host\"");
+}
+
+TEST(ComponentCatalogue, RefusesAFileThatIsADirectory) {
+  const Home home;
+  std::filesystem::create_directory(home.directory.path() / "Components.xml");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }),
+            kInvalid + home.Path() + ": the file is missing or cannot be read");
+}
+
+TEST(ComponentCatalogue, RefusesATraceThatCannotBeWritten) {
+  const Home home;
+
+  EXPECT_EQ(home.Usable("<COMPONENTS><TRACE file='none/trace.jsonl'/></COMPONENTS>"),
+            "75 ZenqayDBSync: Path/File access error: " + home.Path("none/trace.jsonl"));
+}
+
+TEST(ComponentCatalogue, LeavesTheTraceAloneForWhoMustNotWrite) {
+  const Home home;
+  home.directory.Write("trace.jsonl", "of the run before\n");
+  for (const auto& [file, outcome] : {std::pair<Text, Text>("trace.jsonl", "nothing"),
+                                      {"new.jsonl", "nothing"},
+                                      {"none/new.jsonl", "75 ZenqayDBSync: Path/File access error: "},
+                                      {"erp", "75 ZenqayDBSync: Path/File access error: "}}) {
+    home.Write("<COMPONENTS><TRACE file='" + file + "'/></COMPONENTS>");
+    ComponentCatalogue catalogue(home.directory.path().string(), TraceUse::Leave);
+
+    EXPECT_EQ(catalogue.trace(), nullptr);
+    EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), outcome == "nothing" ? outcome : outcome + home.Path(file));
+    EXPECT_FALSE(std::filesystem::exists(home.Path("new.jsonl")));
+  }
+  EXPECT_EQ(home.directory.Read("trace.jsonl"), "of the run before\n");
+}
+
+TEST(ComponentCatalogue, KeepsItsFaultForTheQuestionWhetherItIsUsable) {
+  const Home home;
+  home.Write("<COMPONENTS>\n<TRACE file='trace.jsonl'/>\n<HOST prefix='Kv' kind='x'/>\n</COMPONENTS>");
+
+  ComponentCatalogue catalogue = home.Catalogue();  // says nothing yet, so that the command line is checked first
+
+  const Text fault = kInvalid + home.Path() + ", line 3: unknown kind \"x\"";
+  EXPECT_NE(catalogue.trace(), nullptr);
+  EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), fault);
+  EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), fault);
+  EXPECT_EQ(Created(catalogue, kLocations), CannotCreate(kLocations));
+}
+
+TEST(ShippedCatalogue, NamesAHostForEveryClassThatIsOnce) {
+  TempDirectory home;
+  std::filesystem::copy_file(ZENQAY_SHARE "/Components.xml", home.path() / "Components.xml");
+  std::filesystem::create_directory(home.path() / "erp");
+  home.Write("erp/Kv40QTMtssmaLocations.csv", "Location:text:cloc:key\nA1\n");
+  ComponentCatalogue catalogue(home.path().string());
+
+  EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), "nothing");
+  for (const char* classId :
+       {kLocations, kAdapterInfoClass, kAdapterAccessClass, kDateClass, kCalendarClass, kCriteriaClass,
+        kCriteriaInputClass, kCriteriaOutputClass, kCriteriaPeriodClass, kCriteriaParameterClass, kStatusClass}) {
+    EXPECT_EQ(Created(catalogue, classId), "nothing") << classId;
+  }
+}
+
+}  // namespace
+}  // namespace zenqay

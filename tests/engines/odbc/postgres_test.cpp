@@ -1,0 +1,469 @@
+// Jobs and connections on a PostgreSQL server of the tests' own.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <fstream>
+#include <set>
+#include <thread>
+
+#include "components/component_catalogue.h"
+#include "doubles/outcome.h"
+#include "doubles/postgres_server.h"
+#include "doubles/temp_directory.h"
+#include "engines/databases.h"
+#include "engines/odbc/odbc_session.h"
+#include "engines/provider_errors.h"
+#include "startup/modStartUp.h"
+#include "system/os_platform.h"
+
+namespace zenqay {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* kCatalogue = R"(<COMPONENTS>
+  <HOST prefix="java:com.korvel." kind="files" directory="erp"/>
+  <HOST prefix="Kv" kind="files" directory="erp"/>
+  <HOST prefix="NetListSelectionCriteria." kind="files" directory="erp"/>
+  <HOST prefix="java:java.util." kind="builtin"/>
+</COMPONENTS>
+)";
+
+constexpr const char* kLocations =
+    "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n"
+    "A1,Plant,C1\n";
+
+/// The server that the tests share; each test has a database of its own on it.
+PostgresServer& SharedServer() {
+  static PostgresServer server;
+  return server;
+}
+
+Text NowInUtc() {
+  const std::time_t now = std::time(nullptr);
+  std::tm utc{};
+  ::gmtime_r(&now, &utc);
+  char text[32];
+  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
+  return text;
+}
+
+/// A database with the reference schema and the control rows, and a home directory for jobs on it.
+class PostgresTest : public testing::Test {
+ protected:
+  explicit PostgresTest(PostgresServer& server = SharedServer()) : server_(server) {
+    static int count = 0;
+    database_ = "service" + std::to_string(++count);
+    server_.Psql("postgres", "CREATE DATABASE " + database_);
+    const Text schema = ZENQAY_SHARE "/schema/";
+    server_.PsqlFiles(database_, {schema + "postgresql.sql", schema + "control-rows.sql"});
+    std::filesystem::create_directories(home_.path() / "erp");
+    std::filesystem::create_directories(home_.path() / "log");
+    std::filesystem::copy_file(ZENQAY_SHARE "/I18nText.xml", home_.path() / "I18nText.xml");
+    home_.Write("Components.xml", kCatalogue);
+  }
+
+  Text ConnectionString() const { return server_.ConnectionString(database_); }
+
+  std::shared_ptr<Connection> Connect() {
+    const std::shared_ptr<Connection> connection = databases_.CreateConnection();
+    connection->PutConnectionString(ConnectionString());
+    connection->Open();
+    return connection;
+  }
+
+  /// Runs a job on the table Site in this process, by the way that the program takes.
+  void RunJob(int syncMethod, int platform) { RunJob(ConnectionString(), 1, syncMethod, platform, /*generation=*/1); }
+
+  void RunJob(const Text& connectionString, int tableId, int syncMethod, int platform, int generation) {
+    ::setenv("ZENQAY_HOME", home_.path().c_str(), 1);
+    ::setenv("TZ", "UTC", 1);
+    const Text commandLine = connectionString + "{}" + (platform == 2 ? "public" : database_) + "{}" +
+                             std::to_string(tableId) + "{}" + std::to_string(syncMethod) + "{}" +
+                             (home_.path() / "log").string() + "{}100{}-1{}{}" + std::to_string(platform) + "{}0{}" +
+                             std::to_string(generation) + "{}no status component";
+    Text program = "zenqay-dbsync";
+    char* argv[] = {program.data(), nullptr};
+    OsPlatform osPlatform(1, argv);
+    ComponentCatalogue catalogue(osPlatform.ProgramDirectory());
+    modDeclarations process{.platform = osPlatform, .components = catalogue, .database = databases_};
+    RunProcess(process, commandLine);
+  }
+
+  /// The same in a process of its own, which the caller waits for.
+  pid_t StartJob(int syncMethod) {
+    const pid_t child = ::fork();
+    if (child != 0) return child;
+    try {
+      RunJob(syncMethod, 1);
+    } catch (...) {
+      ::_exit(1);
+    }
+    ::_exit(0);
+  }
+
+  static int ExitOf(pid_t process) {
+    int status = 0;
+    ::waitpid(process, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  /// Waits until this many sessions of the database wait for a lock.
+  void AwaitWaiting(const Text& sessions) {
+    const Text query =
+        "SELECT count(*) FROM pg_stat_activity WHERE wait_event_type = 'Lock' AND datname = '" + database_ + "'";
+    for (int attempt = 0; attempt < 400; ++attempt) {
+      if (server_.Psql("postgres", query) == sessions + "\n") return;
+      std::this_thread::sleep_for(25ms);
+    }
+    ADD_FAILURE() << "nobody waits";
+  }
+
+  Text Log(const Text& file) const {
+    const std::filesystem::path log = home_.path() / "log" / file;
+    return std::filesystem::exists(log) ? home_.Read("log/" + file) : "";
+  }
+
+  Text RunLog() const {
+    for (const auto& file : std::filesystem::directory_iterator(home_.path() / "log")) {
+      const Text name = file.path().filename().string();
+      if (name.starts_with("SITE_")) return Log(name);
+    }
+    return "";
+  }
+
+  /// Puts an export of the demo, or its changes as of now, where jobs find it.
+  void CopyDemo(const Text& directory) {
+    for (const auto& file : std::filesystem::directory_iterator(ZENQAY_SHARE "/demo/" + directory)) {
+      std::ifstream stream(file.path(), std::ios::binary);
+      const Text content{std::istreambuf_iterator<char>(stream), {}};
+      home_.Write("erp/" + file.path().filename().string(), Replaced(content, "@NOW@", NowInUtc()));
+    }
+  }
+
+  Text Rows(const Text& query) const { return server_.Psql(database_, query); }
+
+  PostgresServer& server_;
+  Text database_;
+  TempDirectory home_;
+  LocalDatabases databases_;
+};
+
+constexpr const char* kSites = "SELECT site, description, customer, upd_flag FROM site ORDER BY site";
+
+TEST_F(PostgresTest, TakesAFullCopyAndItsChangesOnEitherPlatform) {
+  for (const int platform : {1, 2}) {
+    server_.Psql(database_, "DELETE FROM site; UPDATE tstables SET lutm = NULL, in_use = 0");
+    home_.Write("erp/Kv40QTMtssmaLocations.csv",
+                "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n"
+                "A1,Plant 😀 d'été \\n,C1\n"
+                "A2,東京,\"\"\n"
+                "A3,\"\",C3\n");
+
+    RunJob(1, platform);
+
+    const Text blank = platform == 2 ? " " : "";  // an empty text becomes a blank for Oracle
+    EXPECT_EQ(Rows(kSites), "A1|Plant 😀 d'été \\n|C1|0\nA2|東京|" + blank + "|0\nA3|" + blank + "|C3|0\n");
+    EXPECT_EQ(Rows("SELECT in_use, lutm > now() - interval '1 day' FROM tstables WHERE tablename = 'SITE'"), "0|t\n");
+
+    home_.Write("erp/Kv40QTMtssmaLocations.changes.csv",
+                "ChangedAt,ActionType,Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n" + NowInUtc() +
+                    ",U,A1,Changed,C1\n" + NowInUtc() + ",I,A4,New,C4\n" + NowInUtc() + ",D,A3,,\n");
+    RunJob(2, platform);
+
+    EXPECT_EQ(Rows(kSites), "A1|Changed|C1|0\nA2|東京|" + blank + "|0\nA4|New|C4|0\n");
+  }
+}
+
+/// The rows of every data table: fields joined by "|", rows in the order of their texts.
+Text AllRows(LocalDatabases& databases, const Text& connectionString) {
+  const std::pair<Text, std::vector<Text>> tables[] = {
+      {"SITE", {"SITE", "DESCRIPTION", "CUSTOMER"}},
+      {"PRODUCT", {"PRODUCT", "DESCRIPTION", "SITE", "CONTRACT", "EFFECTIVE_DATE", "EXPIRY_DATE", "WARRANTY"}},
+      {"PROBLEM", {"PROBLEM", "DESCRIPTION", "CALLTYPE"}},
+      {"PRIORITY", {"PRIORITY", "DESCRIPTION"}},
+      {"SYMPTOM", {"SYMPTOM", "DESCRIPTION"}},
+      {"OBJECT", {"SITE", "OBJECT", "OBJECTNR", "ITEM", "WARRANTY", "INSTALLATION_DATE", "WEXPIRY_DATE"}},
+      {"SITECONTRACT", {"SITE", "CONTRACT", "OBJECT", "OBJECTNR", "TERM", "LINE", "EFFECTIVE_DATE", "EXPIRY_DATE"}},
+      {"CONTRACTS", {"CONTRACT", "CONTRACTS", "CDESCRIPTION"}},
+      {"WARRANTIES", {"WARRANTY", "WDESCRIPTION", "NUMBER_OF_PERIODS", "PERIOD_UNIT", "WARRANTY_TYPE"}},
+      {"SERIALIZEDITEM", {"OBJECT", "OBJECTNR", "SITE", "SERIALNUMBER", "INSTALLATION_DATE", "CUSTOMER"}},
+      {"tstables", {"tablename", "in_use", "reqd"}},
+  };
+  const std::shared_ptr<Connection> connection = databases.CreateConnection();
+  connection->PutConnectionString(connectionString);
+  connection->Open();
+  Text all;
+  for (const auto& [table, columns] : tables) {
+    const std::shared_ptr<Recordset> rows = databases.CreateRecordset();
+    rows->Open("SELECT * FROM " + table, connection, CursorType::Static, LockType::ReadOnly, CommandType::SqlText);
+    std::set<Text> lines;
+    for (; !rows->AtEnd(); rows->MoveNext()) {
+      Text line = table;
+      for (const Text& column : columns) {
+        const Value value = rows->FieldValue(column);
+        line += "|" + (value.IsNull() ? "NULL" : value.AsText());
+      }
+      lines.insert(line + "\n");
+    }
+    for (const Text& line : lines) all += line;
+  }
+  return all;
+}
+
+TEST_F(PostgresTest, TakesEveryTableAsTheEmbeddedDatabaseDoes) {
+  const Text file = (home_.path() / "service.db").string();
+  const Text embedded = "Provider=SQLite;Data Source=" + file;
+  for (const int generation : {1, 3, 8}) {
+    for (const int platform : {1, 2}) {
+      SCOPED_TRACE("generation " + std::to_string(generation) + ", platform " + std::to_string(platform));
+      server_.Psql(database_, "DROP SCHEMA public CASCADE; CREATE SCHEMA public");
+      home_.Write("service.db", "");
+      const std::shared_ptr<Connection> sqlite = databases_.CreateConnection();
+      sqlite->PutConnectionString(embedded);
+      sqlite->Open();
+      const Text schema = ZENQAY_SHARE "/schema/";
+      for (const char* script : {"sqlite.sql", "control-rows.sql"}) {
+        std::ifstream stream(schema + script);
+        sqlite->Execute(Text{std::istreambuf_iterator<char>(stream), {}});
+      }
+      server_.PsqlFiles(database_, {schema + "postgresql.sql", schema + "control-rows.sql"});
+
+      CopyDemo("erp");
+      for (const Text& database : {embedded, ConnectionString()}) RunJob(database, 128, 1, platform, generation);
+      const Text full = AllRows(databases_, embedded);
+      EXPECT_EQ(AllRows(databases_, ConnectionString()), full);
+      EXPECT_GT(full.size(), 900u);
+
+      CopyDemo("end");
+      CopyDemo("changes");
+      for (const Text& database : {embedded, ConnectionString()}) RunJob(database, 128, 2, platform, generation);
+      const Text changed = AllRows(databases_, embedded);
+      EXPECT_EQ(AllRows(databases_, ConnectionString()), changed);
+      EXPECT_NE(changed, full);
+
+      sqlite->Close();
+      for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(file + suffix);
+    }
+  }
+}
+
+TEST_F(PostgresTest, WritesARecordOfTheCopy) {
+  home_.Write("erp/Kv40QTMtssmaLocations.csv", kLocations);
+
+  RunJob(1, 1);
+
+  const Text log = RunLog();
+  EXPECT_EQ(log.substr(log.find('\n') + 1), "\"Rows copied: SITE -  1\"\r\n") << log;
+  EXPECT_EQ(Log("ZenqayDBSync.log"), "");
+}
+
+TEST_F(PostgresTest, KeepsUnicodeBackslashesAndLongTexts) {
+  const auto connection = Connect();
+  Text longText;
+  for (int i = 0; i < 20000; ++i) longText += "😀x\\''?";
+  connection->Execute("CREATE TABLE texts (id integer, content text)");
+  connection->Execute("INSERT INTO texts VALUES (1, N'" + longText + "'), (2, N''), (3, NULL)");
+  const auto rows = databases_.CreateRecordset();
+
+  rows->Open("SELECT * FROM texts ORDER BY id", connection, CursorType::Keyset, LockType::Optimistic,
+             CommandType::SqlText);
+
+  EXPECT_EQ(rows->RecordCount(), 3);
+  EXPECT_EQ(rows->FieldValue("CONTENT"), Value(Replaced(longText, "''", "'")));
+  rows->MoveNext();
+  EXPECT_EQ(rows->FieldValue("CONTENT"), Value(""));
+  rows->MoveNext();
+  EXPECT_TRUE(rows->FieldValue("CONTENT").IsNull());
+}
+
+TEST_F(PostgresTest, ReadsABackslashAsItselfWhateverTheUserIsSetTo) {
+  server_.Psql(database_, "ALTER DATABASE " + database_ + " SET standard_conforming_strings = off");
+  const auto connection = Connect();
+
+  connection->Execute("INSERT INTO site (site, description, upd_flag) VALUES (N'A1', N'a\\n''b\\', 0)");
+
+  EXPECT_EQ(Rows("SELECT description FROM site"), "a\\n'b\\\n");
+}
+
+TEST_F(PostgresTest, GivesEachTypeItsValue) {
+  const auto connection = Connect();
+  const auto rows = databases_.CreateRecordset();
+
+  rows->Open(
+      "SELECT 7 AS i, 3000000000 AS big, 1.5::numeric AS d, 7::numeric AS whole, 0.25::float8 AS f, date '2004-01-31' "
+      "AS "
+      "day, timestamp '2004-01-31 10:11:12.5' AS moment, 'x'::char(3) AS padded, NULL AS nothing",
+      connection, CursorType::Static, LockType::ReadOnly, CommandType::SqlText);
+
+  EXPECT_EQ(rows->FieldValue("i"), Value(7));
+  EXPECT_EQ(rows->FieldValue("big"), Value(3000000000.0));
+  EXPECT_EQ(rows->FieldValue("d"), Value(1.5));
+  EXPECT_EQ(rows->FieldValue("whole"), Value(7));
+  EXPECT_EQ(rows->FieldValue("f"), Value(0.25));
+  EXPECT_EQ(rows->FieldValue("day").AsText(), "1/31/2004");
+  EXPECT_EQ(rows->FieldValue("moment").AsText(), "1/31/2004 10:11:12 AM");
+  EXPECT_EQ(rows->FieldValue("padded"), Value("x  "));
+  EXPECT_TRUE(rows->FieldValue("nothing").IsNull());
+}
+
+TEST_F(PostgresTest, JoinsByPatternsThatHoldBackslashes) {
+  const auto connection = Connect();
+  connection->Execute("INSERT INTO object (site, object, objectnr, warranty) VALUES (N'A1', N'O1', N'1', N'W\\')");
+  connection->Execute("INSERT INTO warranties (warranty, number_of_periods) VALUES (N'W\\', 3), (N'W%', 5)");
+  const auto rows = databases_.CreateRecordset();
+
+  rows->Open("SELECT * FROM  OBJECT INNER JOIN WARRANTIES ON OBJECT.WARRANTY LIKE WARRANTIES.WARRANTY", connection,
+             CursorType::Keyset, LockType::Optimistic, CommandType::SqlText);
+
+  EXPECT_EQ(rows->RecordCount(), 2);
+  EXPECT_EQ(rows->FieldValue("WARRANTY"), Value("W\\"));
+}
+
+TEST_F(PostgresTest, LetsStatementsRunWhileARecordsetIsOpen) {
+  const auto connection = Connect();
+  connection->Execute("INSERT INTO site (site) VALUES (N'A1'), (N'A2'), (N'A3')");
+  const auto rows = databases_.CreateRecordset();
+  rows->Open("SELECT * FROM site ORDER BY site", connection, CursorType::Keyset, LockType::Optimistic,
+             CommandType::SqlText);
+
+  Text seen;
+  for (; !rows->AtEnd(); rows->MoveNext()) {
+    const Text site = rows->FieldValue("site").AsText();
+    std::int16_t touched = 0;
+    connection->Execute("UPDATE site SET site = N'" + site + "x' WHERE site = N'" + site + "'", touched);
+    seen += site + " " + std::to_string(touched) + "\n";
+  }
+
+  EXPECT_EQ(seen, "A1 1\nA2 1\nA3 1\n");
+  EXPECT_EQ(Rows("SELECT site FROM site ORDER BY site"), "A1x\nA2x\nA3x\n");
+}
+
+TEST_F(PostgresTest, CommitsEachStatementAlsoWhenDeclareFetchIsAskedFor) {
+  OdbcSession session(ConnectionString() + ";UseDeclareFetch=1;Fetch=1");
+  RowStore rows;
+
+  session.Run("INSERT INTO site (site) VALUES (N'A1')", false);
+  session.Query("SELECT name FROM pg_cursors", rows);
+
+  EXPECT_EQ(rows.count(), 0);
+  EXPECT_EQ(Rows("SELECT site FROM site"), "A1\n");
+}
+
+TEST_F(PostgresTest, NumbersWhatTheServerRefuses) {
+  const auto connection = Connect();
+  connection->Execute("INSERT INTO site (site) VALUES (N'A1')");
+  const std::pair<const char*, std::int32_t> cases[] = {
+      {"INSERT INTO site (site) VALUES (N'A1')", -2147217873},
+      {"UPDATE site SET site = NULL", -2147217873},
+      {"UPDATE nowhere SET a = 1", -2147217865},
+      {"UPDATE site SET nothing = 1", -2147217900},
+      {"UPDATE site SET", -2147217900},
+      {"UPDATE site SET site = N'longer than ten'", -2147217833},
+      {"UPDATE site SET upd_flag = N'x'", -2147217913},
+      {"UPDATE site SET upd_flag = 3000000000", -2147217833},
+      {"UPDATE site SET upd_flag = 1 / 0", -2147217913},
+  };
+  for (const auto& [statement, number] : cases) {
+    try {
+      connection->Execute(statement);
+      ADD_FAILURE() << statement;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.number(), number) << statement;
+      EXPECT_EQ(error.source(), "PostgreSQL Unicode");
+    }
+    EXPECT_EQ(connection->ErrorCollection()->count(), 1) << statement;
+  }
+  EXPECT_EQ(Rows("SELECT site FROM site"), "A1\n");
+}
+
+TEST_F(PostgresTest, KeepsTheDefaultDatabaseAsANameAndTheSchemaAsThePath) {
+  const auto connection = Connect();
+  EXPECT_EQ(connection->DefaultDatabase(), database_);
+
+  connection->PutDefaultDatabase("SERVICE");
+  connection->Execute("CREATE SCHEMA other");
+  connection->Execute("Alter session set current_schema= OTHER");
+  connection->Execute("CREATE TABLE here (a integer)");
+
+  EXPECT_EQ(connection->DefaultDatabase(), "SERVICE");
+  EXPECT_EQ(Rows("SELECT schemaname FROM pg_tables WHERE tablename = 'here'"), "other\n");
+}
+
+TEST_F(PostgresTest, DoesNotRepeatAPasswordThatIsRefused) {
+  const Text failure = Raised([&] { OdbcSession session(server_.ConnectionString(database_, "wrong;secret")); });
+
+  EXPECT_TRUE(failure.starts_with("-2147467259 PostgreSQL Unicode: ")) << failure;
+  EXPECT_NE(failure.find("password authentication failed for user \"zenqay\""), Text::npos) << failure;
+  EXPECT_EQ(failure.find("secret"), Text::npos) << failure;
+}
+
+TEST_F(PostgresTest, WaitsForARowThatAnotherSessionHolds) {
+  server_.Psql(database_, "INSERT INTO site VALUES ('A1', 'Old', 'C1', 1)");
+  home_.Write("erp/Kv40QTMtssmaLocations.csv", kLocations);
+  OdbcSession other(ConnectionString());
+  other.Run("BEGIN", false);
+  other.Run("UPDATE site SET customer = 'C9' WHERE site = 'A1'", false);
+
+  const pid_t job = StartJob(1);
+  AwaitWaiting("1");
+  other.Run("COMMIT", false);
+
+  EXPECT_EQ(ExitOf(job), 0);
+  EXPECT_EQ(Rows("SELECT site, customer, upd_flag FROM site"), "A1|C1|0\n");
+}
+
+TEST_F(PostgresTest, LetsTwoProcessesWorkAtOnce) {
+  Text locations = "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n";
+  for (int row = 0; row < 300; ++row) locations += "L" + std::to_string(row) + ",Site,C1\n";
+  home_.Write("erp/Kv40QTMtssmaLocations.csv", locations);
+  server_.Psql(database_, "INSERT INTO site SELECT 'L' || n, 'Old', 'C1', 1 FROM generate_series(0, 299) n");
+  OdbcSession other(ConnectionString());
+  other.Run("BEGIN", false);
+  other.Run("UPDATE tstables SET reqd = 0 WHERE tablename = 'SITE'", false);
+
+  const pid_t first = StartJob(1);
+  const pid_t second = StartJob(1);
+  AwaitWaiting("2");  // both have read that the table is free
+  other.Run("COMMIT", false);
+
+  EXPECT_EQ(ExitOf(first), 0);
+  EXPECT_EQ(ExitOf(second), 0);
+  EXPECT_EQ(Rows("SELECT description, upd_flag, count(*) FROM site GROUP BY 1, 2"), "Site|0|300\n");
+  EXPECT_EQ(Rows("SELECT in_use FROM tstables WHERE tablename = 'SITE'"), "0\n");
+}
+
+/// A test that loses its server has one of its own.
+class PostgresLossTest : public PostgresTest {
+ protected:
+  PostgresLossTest() : PostgresTest(OwnServer()) {}
+
+ private:
+  static PostgresServer& OwnServer() {
+    static PostgresServer server;
+    return server;
+  }
+};
+
+TEST_F(PostgresLossTest, FailsTheCopyWhoseServerGoesAway) {
+  server_.Psql(database_, "INSERT INTO site VALUES ('A1', 'Old', 'C1', 1)");
+  home_.Write("erp/Kv40QTMtssmaLocations.csv", kLocations);
+  OdbcSession other(ConnectionString());
+  other.Run("BEGIN", false);
+  other.Run("UPDATE site SET customer = 'C9' WHERE site = 'A1'", false);
+  const pid_t job = StartJob(1);
+  AwaitWaiting("1");
+
+  server_.Kill();
+
+  EXPECT_EQ(ExitOf(job), 0);
+  const Text runLog = RunLog();
+  EXPECT_NE(runLog.find("\"PostgreSQL Unicode\",-2147467259,"), Text::npos) << runLog;
+  EXPECT_EQ(runLog.find(PostgresServer::kPassword), Text::npos);
+  EXPECT_NE(Log("ZenqayDBSync.log"), "");  // giving the table back failed as well
+}
+
+}  // namespace
+}  // namespace zenqay

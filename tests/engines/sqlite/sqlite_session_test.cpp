@@ -1,0 +1,451 @@
+#include "engines/sqlite/sqlite_session.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <functional>
+#include <limits>
+#include <random>
+#include <thread>
+
+#include "doubles/temp_directory.h"
+#include "engines/provider_errors.h"
+
+namespace zenqay {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A database file with a small table of two rows.
+class SqliteFile {
+ public:
+  SqliteFile() {
+    directory.Write("service.db", "");
+    SqliteSession session(path);
+    session.Run("CREATE TABLE SITES (SITE TEXT PRIMARY KEY, CUSTOMER TEXT NOT NULL, upd_flag INTEGER)", false);
+    session.Run("INSERT INTO SITES VALUES ('A1', 'C1', 0), ('A2', 'C2', 0)", false);
+  }
+
+  /// What everybody may do with the file.
+  void Allow(unsigned mode) const {
+    std::filesystem::permissions(directory.path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(path, std::filesystem::perms(mode));
+  }
+
+  TempDirectory directory;
+  Text path = (directory.path() / "service.db").string();
+};
+
+/// The rows of a query: fields separated by "|", rows by ";".
+Text Rows(EngineSession& session, const Text& query) {
+  RowStore rows;
+  session.Query(query, rows);
+  Text shown;
+  while (rows.Next()) {
+    for (std::size_t column = 0; column < rows.columns().size(); ++column) {
+      if (column > 0) shown += "|";
+      shown += rows.Field(column).Joined();
+    }
+    shown += ";";
+  }
+  return shown;
+}
+
+ProviderError FailureOf(const std::function<void()>& operation) {
+  try {
+    operation();
+  } catch (const ProviderFailure& failure) {
+    EXPECT_EQ(failure.items().size(), 1u);
+    EXPECT_EQ(failure.source(), "SQLite");
+    return failure.items().front();
+  }
+  ADD_FAILURE() << "no failure";
+  return {};
+}
+
+/// Another process, so to speak: holds what `statements` lock for a while on a connection of its own.
+class LockHolder {
+ public:
+  LockHolder(const Text& path, const char* statements, const char* atTheEnd) {
+    sqlite3_open(path.c_str(), &database_);
+    EXPECT_EQ(sqlite3_exec(database_, statements, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database_);
+    thread_ = std::thread([this, atTheEnd] {
+      std::this_thread::sleep_for(200ms);
+      sqlite3_exec(database_, atTheEnd, nullptr, nullptr, nullptr);
+      sqlite3_close(database_);
+    });
+  }
+  ~LockHolder() { thread_.join(); }
+
+ private:
+  sqlite3* database_ = nullptr;
+  std::thread thread_;
+};
+
+TEST(SqliteSessionOpen, RefusesAFileThatIsMissing) {
+  TempDirectory directory;
+  const Text path = directory.path().string() + "\\missing.db";
+
+  const ProviderError failure = FailureOf([&] { SqliteSession session(path); });
+
+  EXPECT_EQ(failure.Number, -2147467259);
+  EXPECT_EQ(failure.Description, "unable to open database file: " + path + " (No such file or directory)");
+  EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
+}
+
+TEST(SqliteSessionOpen, RefusesADirectory) {
+  TempDirectory directory;
+  const Text path = directory.path().string();
+
+  const ProviderError failure = FailureOf([&] { SqliteSession session(path); });
+
+  EXPECT_EQ(failure.Number, -2147467259);
+  EXPECT_EQ(failure.Description, "unable to open database file: " + path + " (Is a directory)");
+}
+
+TEST(SqliteSessionOpen, RefusesAFileThatIsNoDatabase) {
+  TempDirectory directory;
+  const Text path = (directory.path() / "notes.txt").string();
+  for (const Text& content : {Text("short"), Text(5000, 'x')}) {
+    directory.Write("notes.txt", content);
+
+    const ProviderError failure = FailureOf([&] { SqliteSession session(path); });
+
+    EXPECT_EQ(failure.Number, -2147467259);
+    EXPECT_EQ(failure.Description, "file is not a database: " + path);
+    EXPECT_EQ(directory.Read("notes.txt"), content);
+  }
+}
+
+/// Nothing is forbidden to root, so a test that runs as root gives that up for a while.
+class WithoutRoot {
+ public:
+  WithoutRoot() { EXPECT_EQ(seteuid(isRoot_ ? kNobody : geteuid()), 0); }
+  ~WithoutRoot() { EXPECT_EQ(seteuid(isRoot_ ? 0 : geteuid()), 0); }
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  bool isRoot_ = geteuid() == 0;
+};
+
+TEST(SqliteSessionOpen, RefusesAFileThatMayNotBeWritten) {
+  SqliteFile file;
+  file.Allow(0444);
+  WithoutRoot user;
+
+  const ProviderError failure = FailureOf([&] { SqliteSession session(file.path); });
+
+  EXPECT_EQ(failure.Number, -2147467259);
+  EXPECT_EQ(failure.Description, "attempt to write a readonly database: " + file.path);
+}
+
+TEST(SqliteSessionOpen, RefusesAFileThatMayNotBeRead) {
+  SqliteFile file;
+  file.Allow(0222);
+  WithoutRoot user;
+
+  const ProviderError failure = FailureOf([&] { SqliteSession session(file.path); });
+
+  EXPECT_EQ(failure.Number, -2147467259);
+  EXPECT_EQ(failure.Description, "unable to open database file: " + file.path + " (Permission denied)");
+}
+
+TEST(SqliteSessionOpen, TakesEveryNameAsAFile) {
+  EXPECT_EQ(FailureOf([] { SqliteSession session(":memory:"); }).Description,
+            "unable to open database file: :memory: (No such file or directory)");
+  EXPECT_EQ(FailureOf([] { SqliteSession session("file:none?mode=memory"); }).Description,
+            "unable to open database file: file:none?mode (No such file or directory)");
+  EXPECT_EQ(FailureOf([] { SqliteSession session(""); }).Description,
+            "no file to open: the connection string has no Data Source");
+}
+
+TEST(SqliteSessionOpen, KeepsAPasswordBehindAForgottenSeparatorToItself) {
+  EXPECT_EQ(FailureOf([] { SqliteSession session("C:\\none.db Password=secret"); }).Description,
+            "unable to open database file: C:\\none.db Password (No such file or directory)");
+}
+
+TEST(SqliteSessionOpen, MapsTheSeparatorsOfThePath) {
+  SqliteFile file;
+  const Text path = "C:" + Replaced(file.path, "/", "\\");
+
+  SqliteSession session(path);
+
+  EXPECT_EQ(Rows(session, "SELECT SITE FROM SITES"), "A1;A2;");
+}
+
+TEST(SqliteSessionOpen, SetsTheJournalAndTheSynchronisation) {
+  SqliteFile file;
+
+  SqliteSession session(file.path);
+
+  EXPECT_EQ(Rows(session, "PRAGMA journal_mode"), "wal;");
+  EXPECT_EQ(Rows(session, "PRAGMA synchronous"), "1;");
+}
+
+TEST(SqliteSessionOpen, WaitsUntilTheJournalCanBeSwitched) {
+  TempDirectory directory;
+  directory.Write("service.db", "");
+  const Text path = (directory.path() / "service.db").string();
+  LockHolder reader(path, "CREATE TABLE T (a); BEGIN; SELECT * FROM T", "COMMIT");
+
+  SqliteSession session(path);
+
+  EXPECT_EQ(Rows(session, "PRAGMA journal_mode"), "wal;");
+}
+
+TEST(SqliteSessionOpen, SwitchesTheJournalWhileOthersDoTheSame) {
+  constexpr int kRounds = 20;
+  constexpr int kOthers = 4;
+  for (int round = 0; round < kRounds; ++round) {
+    TempDirectory directory;
+    directory.Write("service.db", "");
+    const Text path = (directory.path() / "service.db").string();
+    const auto open = [&path] { SqliteSession session(path); };
+
+    std::vector<std::thread> others;
+    for (int other = 0; other < kOthers; ++other) others.emplace_back(open);
+    open();
+    for (std::thread& other : others) other.join();
+
+    SqliteSession session(path);
+    EXPECT_EQ(Rows(session, "PRAGMA journal_mode"), "wal;");
+  }
+}
+
+TEST(SqliteSessionOpen, WaitsForAFileThatAnotherProcessHoldsWhole) {
+  SqliteFile file;
+  LockHolder owner(file.path, "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; UPDATE SITES SET upd_flag = 5",
+                   "COMMIT");
+
+  SqliteSession session(file.path);
+
+  EXPECT_EQ(Rows(session, "SELECT * FROM SITES"), "A1|C1|5;A2|C2|5;");
+}
+
+TEST(SqliteSessionRun, CountsTheRowsThatAStatementTouches) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  const std::pair<const char*, std::int64_t> cases[] = {
+      {"UPDATE SITES SET upd_flag = 1 ", 2},
+      {"UPDATE SITES SET upd_flag = 0WHERE SITE =N'A1'", 1},
+      {"SELECT * FROM SITES", 0},
+      {"UPDATE SITES SET upd_flag = 0 WHERE SITE =N'none'", 0},
+      {"INSERT INTO SITES VALUES (N'A3',N'C3',1), (N'A4',N'C4',1)", 2},
+      {"CREATE INDEX FLAGS ON SITES (upd_flag)", 0},
+      {"UPDATE STATISTICS SITES", 0},
+      {"SET DATEFORMAT YMD", 0},
+      {"Alter session set current_schema= SERVICE", 0},
+      {"-- nothing", 0},
+      {";", 0},
+      {"DELETE FROM SITES WHERE upd_flag = 1", 3},
+      {"INSERT INTO SITES VALUES ('B1','C1',0); UPDATE SITES SET upd_flag = 2; SELECT 1;", 3},
+      {"DELETE FROM SITES", 2},
+  };
+  for (const auto& [statement, rows] : cases) {
+    EXPECT_EQ(session.Run(statement, true), rows) << statement;
+  }
+}
+
+TEST(SqliteSessionRun, CountsNoRowsThatATriggerTouches) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  session.Run("CREATE TABLE LOG (SITE TEXT)", false);
+  session.Run("CREATE TRIGGER LOGGING AFTER UPDATE ON SITES BEGIN INSERT INTO LOG VALUES (new.SITE), ('x'); END",
+              false);
+
+  EXPECT_EQ(session.Run("UPDATE SITES SET upd_flag = 1 WHERE SITE = 'A1'", true), 1);
+  EXPECT_EQ(Rows(session, "SELECT * FROM LOG"), "A1;x;");
+}
+
+TEST(SqliteSessionRun, DropsTheRowsOfAQuery) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+
+  session.Run("SELECT * FROM SITES; UPDATE SITES SET upd_flag = 7", false);
+
+  EXPECT_EQ(Rows(session, "SELECT upd_flag FROM SITES"), "7;7;");
+}
+
+TEST(SqliteSessionRun, ReportsWhatSqliteReports) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  session.Run("CREATE TABLE NUMBERS (NUMBER INTEGER PRIMARY KEY)", false);
+  struct Case {
+    const char* statement;
+    std::int32_t number;
+    const char* description;
+  };
+  const Case cases[] = {
+      {"UPDATE NOWHERE SET a = 1", -2147217865, "no such table: NOWHERE"},
+      {"UPDATE STATISTICS NOWHERE", -2147217865, "no such table: NOWHERE"},
+      {"UPDATE SITES SET NOTE = 1", -2147217900, "no such column: NOTE"},
+      {"INSERT INTO SITES (NOTE) VALUES (1)", -2147217900, "table SITES has no column named NOTE"},
+      {"UPDATE SITES SET", -2147217900, "incomplete input"},
+      {"UPDATE SITES SET upd_flag = 1 WHERE SITE = ", -2147217900, "incomplete input"},
+      {"UPDATE UPDATE", -2147217900, "near \"UPDATE\": syntax error"},
+      {"UPDATE STATISTICS ", -2147217900, "incomplete input"},
+      {"SELECT * FROM SITES WHERE SITE = N'it's'", -2147217900, "near \"s\": syntax error"},
+      {"SELECT * FROM SITES WHERE SITE = N'it", -2147217900, "unrecognized token: \"'it\""},
+      {"INSERT INTO SITES VALUES ('A1','C1',0)", -2147217873, "UNIQUE constraint failed: SITES.SITE"},
+      {"INSERT INTO SITES VALUES ('A9',NULL,0)", -2147217873, "NOT NULL constraint failed: SITES.CUSTOMER"},
+      {"INSERT INTO NUMBERS VALUES ('x')", -2147217913, "datatype mismatch"},
+      {"UPDATE SITES SET CUSTOMER = zeroblob(1000000001)", -2147217833, "string or blob too big"},
+      {"UPDATE SITES SET CUSTOMER = CONVERT(DATETIME,'x',120)", -2147217913, "invalid date: x"},
+      {"ATTACH '/' AS OTHER", -2147467259, "unable to open database: /"},
+  };
+  for (const auto& [statement, number, description] : cases) {
+    const ProviderError failure = FailureOf([&] { session.Run(statement, true); });
+
+    EXPECT_EQ(failure.Number, number) << statement;
+    EXPECT_EQ(failure.Description, description) << statement;
+  }
+  EXPECT_EQ(Rows(session, "SELECT * FROM SITES"), "A1|C1|0;A2|C2|0;");
+}
+
+TEST(SqliteSessionRun, WaitsForTheWritersLock) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  LockHolder writer(file.path, "BEGIN IMMEDIATE; UPDATE SITES SET CUSTOMER = 'C9'", "COMMIT");
+
+  const auto start = std::chrono::steady_clock::now();
+  const std::int64_t rows = session.Run("UPDATE SITES SET upd_flag = 1", true);
+  const auto waited = std::chrono::steady_clock::now() - start;
+
+  EXPECT_EQ(rows, 2);
+  EXPECT_GE(waited, 100ms);
+  EXPECT_EQ(Rows(session, "SELECT * FROM SITES"), "A1|C9|1;A2|C9|1;");
+}
+
+TEST(SqliteSessionRun, LetsTwoSessionsWriteByTurns) {
+  SqliteFile file;
+  SqliteSession first(file.path);
+  SqliteSession second(file.path);
+  for (int turn = 0; turn < 200; ++turn) {
+    SqliteSession& session = turn % 2 == 0 ? first : second;
+    ASSERT_EQ(session.Run("UPDATE SITES SET upd_flag = upd_flag + 1 WHERE SITE = 'A1'", true), 1);
+  }
+
+  EXPECT_EQ(Rows(first, "SELECT upd_flag FROM SITES"), "200;0;");
+  EXPECT_EQ(Rows(second, "SELECT upd_flag FROM SITES"), "200;0;");
+}
+
+TEST(SqliteSessionRun, LetsTwoSessionsWriteAtOnce) {
+  constexpr int kUpdates = 500;
+  SqliteFile file;
+  const auto write = [&file] {
+    SqliteSession session(file.path);
+    for (int update = 0; update < kUpdates; ++update) {
+      session.Run("UPDATE SITES SET upd_flag = upd_flag + 1 WHERE SITE = 'A1'", true);
+    }
+  };
+
+  std::thread other(write);
+  write();
+  other.join();
+
+  SqliteSession session(file.path);
+  EXPECT_EQ(Rows(session, "SELECT upd_flag FROM SITES"), "1000;0;");
+}
+
+TEST(SqliteSessionQuery, GivesEachFieldItsType) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  session.Run(
+      "CREATE TABLE T (a INTEGER, b INTEGER, c INTEGER, d REAL, e TEXT, f BLOB, g DATETIME, h Date, i timestamp, "
+      "j DATETIME, k DATETIME, l DATETIME, m TEXT)",
+      false);
+  session.Run(
+      "INSERT INTO T VALUES (7, -2147483648, 2147483648, 0.5, N'Größe', x'4142', '2004-01-31 10:11:12', '2004-01-31', "
+      "'0098-01-31 00:00:00', 'soon', NULL, 5, '2004-01-31')",
+      false);
+  RowStore rows;
+
+  session.Query("SELECT * FROM T", rows);
+
+  const DateTime day = DateTime::FromParts({.year = 2004, .month = 1, .day = 31});
+  const DateTime time =
+      DateTime::FromParts({.year = 2004, .month = 1, .day = 31, .hour = 10, .minute = 11, .second = 12});
+  const DateTime ancient = DateTime::FromParts({.year = 98, .month = 1, .day = 31});
+  const Value expected[] = {7,
+                            std::numeric_limits<std::int32_t>::min(),
+                            2147483648.0,
+                            0.5,
+                            "Größe",
+                            "AB",
+                            time,
+                            day,
+                            ancient,
+                            "soon",
+                            Null(),
+                            5,
+                            "2004-01-31"};
+  ASSERT_TRUE(rows.Next());
+  ASSERT_EQ(rows.columns().size(), std::size(expected));
+  for (std::size_t column = 0; column < std::size(expected); ++column) {
+    EXPECT_EQ(rows.Field(column), expected[column]) << rows.columns()[column];
+  }
+}
+
+TEST(SqliteSessionQuery, NamesTheColumnsAsTheTableDeclaresThem) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  RowStore rows;
+
+  session.Query("SELECT a.site, b.*, count(*) AS Total FROM SITES a, SITES b", rows);
+
+  EXPECT_EQ(rows.columns(), (std::vector<Text>{"SITE", "SITE", "CUSTOMER", "upd_flag", "Total"}));
+}
+
+TEST(SqliteSessionQuery, ReportsWhatSqliteReports) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  RowStore rows;
+
+  const ProviderError failure = FailureOf([&] { session.Query("SELECT * FROM NOWHERE", rows); });
+
+  EXPECT_EQ(failure.Number, -2147217865);
+  EXPECT_EQ(failure.Description, "no such table: NOWHERE");
+}
+
+TEST(SqliteSessionQuery, ReadsBackEveryLiteralAsItWasWritten) {
+  static const char* const kContents[] = {
+      "'",    "''",   "N'", "1WHERE", "{d '2004-01-31'}", "CONVERT(DATETIME,'x',120)", "a", " ", "\"", "[", "--", "/*",
+      "東京", "\x7f", ";",  "\r\n"};
+  SqliteFile file;
+  SqliteSession session(file.path);
+  std::mt19937 generator(4010);
+  const auto random = [&generator](std::size_t below) { return static_cast<std::size_t>(generator()) % below; };
+  for (int round = 0; round < 2000; ++round) {
+    Text query = "SELECT 1";
+    std::vector<Text> values;
+    for (std::size_t columns = random(4); columns > 0; --columns) {
+      Text value;
+      for (std::size_t pieces = random(6); pieces > 0; --pieces) value += kContents[random(std::size(kContents))];
+      query += (random(2) == 0 ? ",N'" : ", '") + Replaced(value, "'", "''") + "'";
+      values.push_back(value);
+    }
+    RowStore rows;
+
+    session.Query(query + "WHERE 1=1AND 2=2", rows);
+
+    ASSERT_TRUE(rows.Next());
+    for (std::size_t column = 0; column < values.size(); ++column) {
+      ASSERT_EQ(rows.Field(column + 1), Value(values[column])) << query;
+    }
+  }
+}
+
+TEST(SqliteSessionDefaultDatabase, IsANameThatIsKept) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  EXPECT_EQ(session.DefaultDatabase(), "");
+
+  session.PutDefaultDatabase(" SERVICE ");
+
+  EXPECT_EQ(session.DefaultDatabase(), " SERVICE ");
+}
+
+}  // namespace
+}  // namespace zenqay
