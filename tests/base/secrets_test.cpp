@@ -32,5 +32,50 @@ TEST(WithoutSecrets, HidesThePasswordOfAConnectionString) {
   for (const auto& [text, clean] : cases) EXPECT_EQ(WithoutSecrets(text), clean);
 }
 
+TEST(WithoutSecrets, KnowsWhatElseDriversCallAPassword) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"UID=sa;Passwd=secret;Database=x", "UID=sa;Passwd=***;Database=x"},
+      {"UID=sa;Pass=secret;Database=x", "UID=sa;Pass=***;Database=x"},
+      {"Pass = secret", "Pass = ***"},
+      {"ClientSecret=secret;x=1", "ClientSecret=***;x=1"},
+      {"Secret=secret;x=1", "Secret=***;x=1"},
+      {"AccessToken=secret;x=1", "AccessToken=***;x=1"},
+      {"Access Token=secret;x=1", "Access Token=***;x=1"},
+      {"access_token=secret", "access_token=***"},
+      {"Password\t=\tsecret;UID=sa", "Password\t=\t***;UID=sa"},
+      {"compass=north;bypass=1", "compass=north;bypass=1"},
+      {"the pass was closed", "the pass was closed"},
+  };
+  for (const auto& [text, clean] : cases) EXPECT_EQ(WithoutSecrets(text), clean);
+}
+
+TEST(WithoutSecrets, HidesThePasswordBehindAUser) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"User ID=scott/tiger;Data Source=x", "User ID=scott/***;Data Source=x"},
+      {"UID=scott/tiger", "UID=scott/***"},
+      {"User=scott/ti/ger;x=1", "User=scott/***;x=1"},
+      {"uid = scott/tiger{}SERVICE", "uid = scott/***{}SERVICE"},
+      {"User ID=scott;Data Source=/srv/a.db", "User ID=scott;Data Source=/srv/a.db"},
+      {"User ID=/;Data Source=x", "User ID=/***;Data Source=x"},
+      {"fluid=a/b", "fluid=a/b"},
+  };
+  for (const auto& [text, clean] : cases) EXPECT_EQ(WithoutSecrets(text), clean);
+}
+
+TEST(WithoutSecrets, TakesASemicolonForThePasswordsOwnUnlessAnotherEntryFollowsIt) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Password=se;cret;User ID=sa", "Password=***;User ID=sa"},
+      {"Password=se;cret", "Password=***"},
+      {"Password=secret;", "Password=***;"},
+      {"Password=se;;cret; UID = sa", "Password=***; UID = sa"},
+      {"Password=se;cret{}SERVICE{}1", "Password=***{}SERVICE{}1"},
+      {"Password={}SERVICE", "Password=***{}SERVICE"},
+      {"Password=se;cret\r\nnext line", "Password=***\r\nnext line"},
+      {"Password=\"se\"cret;UID=sa", "Password=***;UID=sa"},
+      {"Password='secret'; UID=sa", "Password=***; UID=sa"},
+  };
+  for (const auto& [text, clean] : cases) EXPECT_EQ(WithoutSecrets(text), clean);
+}
+
 }  // namespace
 }  // namespace zenqay
