@@ -4,8 +4,10 @@
 
 #include "base/secrets.h"
 #include "check/check.h"
+#include "check/check_help.h"
 #include "components/component_catalogue.h"
 #include "engines/databases.h"
+#include "startup/program_help.h"
 #include "system/os_platform.h"
 
 namespace {
@@ -14,6 +16,10 @@ using namespace zenqay;
 
 bool Run(OsPlatform& platform) {
   const Text commandLine = platform.TakeCommandLine();
+  if (const auto answer = AnswerToQuestion(commandLine, "zenqay-dbsync-check", CheckHelp())) {
+    std::cout << *answer << std::flush;
+    return true;
+  }
   ComponentCatalogue catalogue(platform.ProgramDirectory(), TraceUse::Leave);
   LocalDatabases databases;
   modDeclarations process{.platform = platform, .components = catalogue, .database = databases};

@@ -1,15 +1,14 @@
 // The process: makes what stands behind the three seams and hands its command line over.
 #include <cstdio>
 #include <exception>
-#include <optional>
 
 #include "base/secrets.h"
 #include "components/component_catalogue.h"
 #include "engines/databases.h"
 #include "startup/modStartUp.h"
+#include "startup/program_help.h"
 #include "system/os_platform.h"
-#include "trace/traced_components.h"
-#include "trace/traced_database.h"
+#include "trace/traced_process.h"
 
 namespace {
 
@@ -17,22 +16,19 @@ using namespace zenqay;
 
 void Run(OsPlatform& platform) {
   const Text commandLine = platform.TakeCommandLine();
+  if (const auto answer = AnswerToQuestion(commandLine, "zenqay-dbsync", JobHelp())) {
+    std::fputs(answer->c_str(), stdout);
+    return;
+  }
   ComponentCatalogue catalogue(platform.ProgramDirectory());
   LocalDatabases databases;
-  Trace* trace = catalogue.trace();
-  std::optional<TracedComponents> tracedComponents;
-  std::optional<TracedDatabase> tracedDatabase;
-  if (trace != nullptr) {
-    tracedComponents.emplace(catalogue, *trace);
-    tracedDatabase.emplace(databases, *trace);
+  if (Trace* trace = catalogue.trace()) {
+    TracedProcess traced(platform, catalogue, databases, *trace);
+    RunProcess(traced.process, commandLine);
+  } else {
+    modDeclarations process{.platform = platform, .components = catalogue, .database = databases};
+    RunProcess(process, commandLine);
   }
-  modDeclarations process{
-      .platform = platform,
-      .components = trace != nullptr ? static_cast<ComponentHost&>(*tracedComponents) : catalogue,
-      .database = trace != nullptr ? static_cast<Database&>(*tracedDatabase) : databases,
-      .trace = trace,
-  };
-  RunProcess(process, commandLine);
 }
 
 }  // namespace

@@ -1,13 +1,12 @@
 #include "check/database_check.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <filesystem>
 
 #include "engines/connection_string.h"
 #include "localdb/local_connection.h"
 #include "localdb/table_registry.h"
+#include "system/output_file.h"
 #include "system/paths.h"
 
 namespace zenqay {
@@ -57,9 +56,9 @@ bool Connect(const JobLine& line, const std::shared_ptr<Connection>& connection,
 /// A job also writes: the file itself, and its log beside it.
 void CheckFileIsWritable(const Text& dataSource, CheckReport& report) {
   const std::filesystem::path path = std::filesystem::absolute(NativePath(dataSource));
-  if (::access(path.c_str(), W_OK) != 0) {
+  if (!MayWriteFile(path.string())) {
     report.Mend("login", "the file " + path.string() + " may not be written");
-  } else if (::access(path.parent_path().c_str(), W_OK | X_OK) != 0) {
+  } else if (!MayWriteIn(path.parent_path().string())) {
     report.Mend("login", "the directory of " + path.string() + " may not be written, where its log stands");
   } else {
     report.Ok("login", path.string());

@@ -1,12 +1,11 @@
 #include "check/job_line.h"
 
-#include <unistd.h>
-
 #include <filesystem>
 
 #include "base/numbers.h"
 #include "process/QTMDeclarations.h"
 #include "startup/modStartUp.h"
+#include "system/output_file.h"
 #include "system/paths.h"
 
 namespace zenqay {
@@ -103,7 +102,7 @@ void CheckLogDirectory(const JobLine& line, CheckReport& report) {
   std::error_code ignored;
   if (!std::filesystem::is_directory(path, ignored)) {
     report.Mend(kLogStep, "there is no directory " + shown);
-  } else if (::access(path.c_str(), W_OK | X_OK) != 0) {
+  } else if (!MayWriteIn(path)) {
     report.Mend(kLogStep, shown + " may not be written");
   } else if (line.logDirectory.empty()) {
     report.Warn(kLogStep, "item 5 is blank: the logs go to the root directory");

@@ -1,12 +1,11 @@
 #include "components/component_catalogue.h"
 
-#include <unistd.h>
-
 #include <filesystem>
 
 #include "components/dates/builtin_dates.h"
 #include "components/files/file_host.h"
 #include "components/status/status_components.h"
+#include "system/output_file.h"
 #include "system/xml_file.h"
 
 #ifdef ZENQAY_HAS_JVM
@@ -19,9 +18,9 @@ namespace {
 bool CouldWrite(const std::filesystem::path& path) {
   std::error_code ignored;
   if (std::filesystem::exists(path, ignored)) {
-    return !std::filesystem::is_directory(path, ignored) && ::access(path.c_str(), W_OK) == 0;
+    return !std::filesystem::is_directory(path, ignored) && MayWriteFile(path.string());
   }
-  return ::access(path.parent_path().c_str(), W_OK | X_OK) == 0;
+  return MayWriteIn(path.parent_path().string());
 }
 
 }  // namespace

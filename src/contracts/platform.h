@@ -3,6 +3,7 @@
 
 #include "base/date_time.h"
 #include "base/runtime_error.h"
+#include "contracts/log_file.h"
 
 namespace zenqay {
 
@@ -22,10 +23,13 @@ class Platform {
   /// Shows a text and returns; there is nobody to press a button.
   virtual void ShowMessageBox(const Text& text) = 0;
 
-  /// Where the platform would put its own log entries. The job itself writes none.
+  /// The one handle on which every log record is written.
+  virtual LogFile& Log() = 0;
+
+  /// Where the platform puts its own log entries from now on: the causes that are named. The job itself writes none.
   virtual void StartLogging(const Text& target) = 0;
 
-  /// Names, for whoever reads standard error, the cause of a failure that the logs cannot show.
+  /// Names, for whoever reads standard error and the platform's log, the cause of a failure that the logs cannot show.
   virtual void NameCause(const Text& cause) = 0;
 
   /// Names an error that no log will show: its number, source and description, in one line.

@@ -10,7 +10,6 @@
 #include "process/QTMDeclarations.h"
 #include "process/labels.h"
 #include "process/logs.h"
-#include "process/message_box.h"
 
 namespace zenqay {
 
@@ -86,7 +85,7 @@ void clsDataCopy::Dispatch(const Text& TableName, const Text& KXWBusComponent, s
   for (const auto& [entityKey, copy] : kOperations) {
     if (key == entityKey) return (this->*copy)(TableName, KXWBusComponent, SyncMethod);
   }
-  ShowMessageBox(process_, GetLabel(process_, "SLBL0302"));
+  process_.platform.ShowMessageBox(GetLabel(process_, "SLBL0302"));
 }
 
 void clsDataCopy::RunPostCopy(const Text& TableName) {
@@ -118,32 +117,23 @@ Value clsDataCopy::TimeOfDay() {
 }
 
 void clsDataCopy::RaiseStarted(const Value& tableId) {
-  const Value arguments[] = {TimeOfDay(), tableId};
-  if (process_.trace != nullptr) process_.trace->Event("DataCopyStarted", arguments);
-  events_.DataCopyJob_DataCopyStarted(arguments[0], arguments[1]);
+  events_.DataCopyJob_DataCopyStarted(TimeOfDay(), tableId);
 }
 
 void clsDataCopy::RaiseAlreadyInProgress(const Value& tableId) {
-  const Value arguments[] = {TimeOfDay(), tableId};
-  if (process_.trace != nullptr) process_.trace->Event("DataCopyAlreadyInProgress", arguments);
-  events_.DataCopyJob_DataCopyAlreadyInProgress(arguments[0], arguments[1]);
+  events_.DataCopyJob_DataCopyAlreadyInProgress(TimeOfDay(), tableId);
 }
 
 void clsDataCopy::RaiseError(const Value& tableId) {
   const Text message = FilledLabel(process_, "SLBL0455", process_.LogFilePath);
-  const Value arguments[] = {TimeOfDay(), tableId, std::int16_t{-1}, message};
-  if (process_.trace != nullptr) process_.trace->Event("DataCopyError", arguments);
-  events_.DataCopyJob_DataCopyError(arguments[0], arguments[1], arguments[2], arguments[3]);
+  events_.DataCopyJob_DataCopyError(TimeOfDay(), tableId, std::int16_t{-1}, message);
 }
 
 void clsDataCopy::RaiseComplete(const Value& tableId) {
-  const Value arguments[] = {TimeOfDay(), tableId, icount, ucount, dcount};
-  if (process_.trace != nullptr) process_.trace->Event("DataCopyComplete", arguments);
-  events_.DataCopyJob_DataCopyComplete(arguments[0], arguments[1], arguments[2], arguments[3], arguments[4]);
+  events_.DataCopyJob_DataCopyComplete(TimeOfDay(), tableId, icount, ucount, dcount);
 }
 
 void clsDataCopy::RaiseDone() {
-  if (process_.trace != nullptr) process_.trace->Event("DataCopydone", {});
   events_.DataCopyJob_DataCopydone();
 }
 

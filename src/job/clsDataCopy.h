@@ -4,6 +4,7 @@
 #include <functional>
 #include <vector>
 
+#include "contracts/data_copy_events.h"
 #include "entities/sql_text.h"
 #include "erp/component_contract.h"
 #include "process/modDeclarations.h"
@@ -15,22 +16,6 @@ enum class CopyResult : std::int16_t {
   Done = 0,    // it ran to its end, also when the table's name was unknown
   InUse = 1,   // another copy holds the table; nothing was done
   Failed = -1  // the failure is in the run log and the table has been released
-};
-
-/// Who listens to a job. The job waits for each sink, and what a sink fails with leaves the step that raised the event.
-///
-/// `iTime` is the time of day. `iTableName` carries the table id: a 16-bit integer in a single-table job, the field
-/// object of the group's query in an all-tables run.
-class DataCopyEvents {
- public:
-  virtual ~DataCopyEvents() = default;
-
-  virtual void DataCopyJob_DataCopyAlreadyInProgress(Value iTime, Value iTableName) = 0;
-  virtual void DataCopyJob_DataCopyComplete(Value iTime, Value iTableName, Value icount, Value ucount,
-                                            Value dcount) = 0;
-  virtual void DataCopyJob_DataCopydone() = 0;
-  virtual void DataCopyJob_DataCopyError(Value iTime, Value iTableName, Value ieNumber, Value ieMessage) = 0;
-  virtual void DataCopyJob_DataCopyStarted(Value iTime, Value iTableName) = 0;
 };
 
 class clsDataCopy {

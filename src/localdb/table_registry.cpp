@@ -3,7 +3,6 @@
 #include "localdb/local_connection.h"
 #include "process/labels.h"
 #include "process/logs.h"
-#include "process/message_box.h"
 
 namespace zenqay {
 namespace {
@@ -31,7 +30,7 @@ void StoreRow(modDeclarations& process, Recordset& row) {
 }
 
 [[noreturn]] void RefuseEmptyRegistry(modDeclarations& process) {
-  ShowMessageBox(process, "tstables or tstreenodes table is empty .. Cannot Proceed");
+  process.platform.ShowMessageBox("tstables or tstreenodes table is empty .. Cannot Proceed");
   const Text firstLine = GetLabel(process, "SLBL0321");
   const Text secondLine = GetLabel(process, "SLBL0026");
   throw RuntimeError(100, "zenqa Data Copy - Start", firstLine + "\r\n" + secondLine);

@@ -1,5 +1,7 @@
 #include "process/labels.h"
 
+#include <pugixml.hpp>
+
 #include "system/paths.h"
 #include "system/xml_file.h"
 
@@ -19,15 +21,16 @@ Text ContentOf(pugi::xml_node node) {
 }
 
 Text LookupLabelText(modDeclarations& process, const Text& key) {
+  if (process.LabelDocument == nullptr) process.LabelDocument = std::make_shared<pugi::xml_document>();
   if (!process.LabelDocumentLoaded) {
     const Text path = NativePath(process.platform.ProgramDirectory() + "\\I18nText.xml");
-    const XmlRead read = ReadXmlFile(path, process.LabelDocument);
+    const XmlRead read = ReadXmlFile(path, *process.LabelDocument);
     if (!read) process.platform.NameCause(read.fault);
     process.LabelDocumentLoaded = read.ok;
   }
   if (!process.LabelDocumentLoaded) return key;
   try {
-    const pugi::xpath_node found = process.LabelDocument.select_node(("I18NTEXT/" + key).c_str());
+    const pugi::xpath_node found = process.LabelDocument->select_node(("I18NTEXT/" + key).c_str());
     return found ? ContentOf(found.node()) : key;
   } catch (const pugi::xpath_exception& fault) {
     process.platform.NameCause("label \"" + key + "\": " + fault.what());

@@ -1,6 +1,7 @@
 #include "process/logs.h"
 
 #include "base/numbers.h"
+#include "base/secrets.h"
 #include "process/labels.h"
 
 namespace zenqay {
@@ -10,21 +11,21 @@ namespace {
 /// record.
 template <typename WriteLines>
 void WriteRecord(modDeclarations& process, const Text& path, const RuntimeError* recorded, WriteLines write) {
-  AppendFile& file = process.LogFile;
+  LogFile& file = process.platform.Log();
   try {
     file.Open(path);
     write(file);
     file.Close();
-  } catch (const RuntimeError& fault) {
-    if (process.trace != nullptr) process.trace->LogRecord(path, {}, &fault);
+  } catch (const RuntimeError&) {
     if (recorded != nullptr) process.platform.NameCause(*recorded);
     throw;
   }
-  if (process.trace != nullptr) process.trace->LogRecord(path, file.lines());
 }
 
+/// Each item is freed of passwords by itself: in a whole line, the end of a secret would be looked for behind the
+/// quote.
 Text Quoted(const Text& item) {
-  return "\"" + item + "\"";
+  return "\"" + WithoutSecrets(item) + "\"";
 }
 
 Text RecordTitle(modDeclarations& process) {
@@ -40,7 +41,7 @@ Text CountText(const Text& tableName, std::int32_t count) {
 
 void WriteTableRunLog(modDeclarations& process, const Text& tableName, std::int32_t icount, std::int32_t ucount,
                       std::int32_t dcount) {
-  WriteRecord(process, process.LogFilePath, nullptr, [&](AppendFile& file) {
+  WriteRecord(process, process.LogFilePath, nullptr, [&](LogFile& file) {
     file.WriteLine(RecordTitle(process));
     file.WriteLine(Quoted(FilledLabel(process, "SLBL0375", CountText(tableName, icount))));
     if (ucount > 0) file.WriteLine(Quoted(FilledLabel(process, "SLBL0376", CountText(tableName, ucount))));
@@ -49,7 +50,7 @@ void WriteTableRunLog(modDeclarations& process, const Text& tableName, std::int3
 }
 
 void WriteErrorLog(modDeclarations& process, const RuntimeError& error) {
-  WriteRecord(process, process.LogFilePath, &error, [&](AppendFile& file) {
+  WriteRecord(process, process.LogFilePath, &error, [&](LogFile& file) {
     if (!process.RunLogDateWritten) {
       const DateTime now = process.platform.Now();
       file.WriteLine(Quoted("Date-Time :" + ShortDate(now) + " : " + LongTime(now)));
@@ -68,10 +69,10 @@ void WriteErrorLog(modDeclarations& process, const RuntimeError& error) {
 
 void WriteStartupErrorLog(modDeclarations& process, const Text& directory, const RuntimeError& error) {
   const Text path = (Trim(directory).empty() ? "C:" : directory) + "\\ZenqayDBSync.log";
-  WriteRecord(process, path, &error, [&](AppendFile& file) {
+  WriteRecord(process, path, &error, [&](LogFile& file) {
     file.WriteLine(RecordTitle(process));
     file.WriteLine(GetLabel(process, "SLBL0374"));
-    file.WriteLine("Error is - " + std::to_string(error.number()) + ": " + error.description());
+    file.WriteLine("Error is - " + std::to_string(error.number()) + ": " + WithoutSecrets(error.description()));
   });
 }
 

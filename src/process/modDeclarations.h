@@ -2,13 +2,16 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
-#include <pugixml.hpp>
 
 #include "contracts/connection.h"
+#include "contracts/data_copy_events.h"
 #include "contracts/platform.h"
-#include "system/append_file.h"
-#include "trace/trace.h"
+
+namespace pugi {
+class xml_document;
+}
 
 namespace zenqay {
 
@@ -25,7 +28,9 @@ struct modDeclarations {
   Platform& platform;
   ComponentHost& components;
   Database& database;
-  Trace* trace = nullptr;  // null when no trace is written
+
+  /// Who hears the job's events, given the handler's sinks: the sinks themselves, or what stands in front of them.
+  std::function<DataCopyEvents&(DataCopyEvents& sinks)> eventsThrough = std::identity();
 
   /// The `productid` of this system's rows in `tstables`. Related products are 4009 and 1028; where behaviour depends
   /// on the product, the code compares this value. Nothing but a test ever changes it.
@@ -57,11 +62,10 @@ struct modDeclarations {
   Text DateLiteral;  // the result of the latest ConvertErpDateToSql, empty when there was none
 
   // Texts and logs.
-  pugi::xml_document LabelDocument;
+  std::shared_ptr<pugi::xml_document> LabelDocument;  // absent until the first label was looked up
   bool LabelDocumentLoaded = false;
   Text LogFilePath;  // the run log of the current table, empty until a job has set it
   bool RunLogDateWritten = false;
-  AppendFile LogFile;  // the one handle on which every log record is written
 };
 
 }  // namespace zenqay

@@ -26,7 +26,7 @@ void clsDataCopyHandler::HandleDataCopy(const Text& ConnString, const Text& DBNa
                                         std::int32_t DatabasePlatform) {
   try {
     if (!process_.NoStatusComponent) ObtainStatusComponent();
-    DataCopyJob = std::make_unique<clsDataCopy>(process_, *this);
+    DataCopyJob = std::make_unique<clsDataCopy>(process_, process_.eventsThrough(*this));
     process_.AllTablesRun = false;
     if (iTableID != kAllTables) {
       DataCopyJob->StartDataCopy(ConnString, DBName, iTableID, SyncMethod, LogDirectory, BusComponent,

@@ -2,13 +2,15 @@
 #pragma once
 
 #include "contracts/platform.h"
+#include "system/append_file.h"
 
 namespace zenqay {
 
 class OsPlatform : public Platform {
  public:
   /// Takes the process's arguments. Standard streams that are closed are opened on the null device, so that no file of
-  /// the job ever gets their numbers, and a closed pipe is an error of the write, not the end of the process.
+  /// the job ever gets their numbers, and a closed pipe or a file that may not grow is an error of the write, not the
+  /// end of the process.
   OsPlatform(int argc, char** argv);
 
   /// The arguments, joined with single blanks. They are then wiped out of the process's memory, since the connection
@@ -22,16 +24,22 @@ class OsPlatform : public Platform {
 
   void SetTitle(const Text& title) override;
   void ShowMessageBox(const Text& text) override;
+  LogFile& Log() override { return log_; }
+
+  /// The file is created when the first cause is named.
   void StartLogging(const Text& target) override { logTarget_ = target; }
   using Platform::NameCause;
   void NameCause(const Text& cause) override;
 
  private:
+  void AppendToPlatformLog(const Text& cause);
+
   int argc_;
   char** argv_;
   char* argumentsEnd_;
   Text programDirectory_;
-  Text logTarget_;
+  AppendFile log_;
+  Text logTarget_;  // empty until StartLogging
   Text lastCause_;
 };
 

@@ -1,12 +1,11 @@
 #include "trace/trace.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "base/secrets.h"
 #include "contracts/connection.h"
+#include "system/process_id.h"
 
 namespace zenqay {
 namespace {
@@ -35,30 +34,35 @@ void CleanOfSecrets(ordered_json& value) {
 }  // namespace
 
 Trace::Trace(const Text& path) {
-  const Text name = Replaced(path, "%p", std::to_string(::getpid()));
+  const Text name = Replaced(path, "%p", std::to_string(ProcessId()));
   file_.open(name, std::ios::binary | std::ios::trunc);
   if (!file_) throw RuntimeError(PlatformFault::PathAccess, name);
 }
 
-void Trace::Write(std::string_view kind, const ordered_json& rest) {
+void Trace::Write(std::string_view kind, ordered_json rest) {
+  CleanOfSecrets(rest);
+  Put(kind, rest);
+}
+
+void Trace::Put(std::string_view kind, const ordered_json& rest) {
   ordered_json line = {{"n", ++lines_}, {"kind", kind}};
   line.update(rest);
-  CleanOfSecrets(line);
   file_ << line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) << '\n' << std::flush;
 }
 
-void Trace::Event(std::string_view name, std::span<const Value> arguments) {
+void Trace::Event(std::string_view name, std::initializer_list<Value> arguments) {
   ordered_json shown = ordered_json::array();
   for (const Value& argument : arguments) shown.push_back(Shown(argument));
   Write("event", {{"name", name}, {"args", std::move(shown)}});
 }
 
-void Trace::LogRecord(const Text& file, const std::vector<Text>& lines, const RuntimeError* error) {
-  if (error == nullptr) {
-    Write("log", {{"file", file}, {"lines", lines}});
-  } else {
-    Write("log", {{"file", file}, {"error", Shown(*error)}});
-  }
+void Trace::LogRecord(const Text& file, const std::vector<Text>& lines) {
+  // A line holds several items: taken as one text, a secret in it would swallow what stands behind it.
+  Put("log", {{"file", WithoutSecrets(file)}, {"lines", lines}});
+}
+
+void Trace::LogRecord(const Text& file, const RuntimeError& error) {
+  Write("log", {{"file", file}, {"error", Shown(error)}});
 }
 
 void Trace::MessageBox(const Text& text) {

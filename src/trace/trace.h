@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <fstream>
+#include <initializer_list>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
-#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -20,11 +20,15 @@ class Trace {
   /// Raises 75 when it cannot be written.
   explicit Trace(const Text& path);
 
-  /// Writes one line and flushes it: `n`, `kind`, then the members of `rest` in their order.
-  void Write(std::string_view kind, const nlohmann::ordered_json& rest);
+  /// Writes one line and flushes it: `n`, `kind`, then the members of `rest` in their order, without passwords.
+  void Write(std::string_view kind, nlohmann::ordered_json rest);
 
-  void Event(std::string_view name, std::span<const Value> arguments);
-  void LogRecord(const Text& file, const std::vector<Text>& lines, const RuntimeError* error = nullptr);
+  void Event(std::string_view name, std::initializer_list<Value> arguments);
+
+  /// A log record that was written, whose lines are free of passwords already, or one that could not be.
+  void LogRecord(const Text& file, const std::vector<Text>& lines);
+  void LogRecord(const Text& file, const RuntimeError& error);
+
   void MessageBox(const Text& text);
 
   /// The number of an object, given at first sight and kept; 0 for an empty reference.
@@ -35,6 +39,9 @@ class Trace {
   static nlohmann::ordered_json Shown(const RuntimeError& error);
 
  private:
+  /// As Write, with the texts as they are.
+  void Put(std::string_view kind, const nlohmann::ordered_json& rest);
+
   struct Known {
     std::weak_ptr<Component> component;  // an address that was given away anew is another object
     std::int64_t id;

@@ -5,6 +5,7 @@
 
 #include <array>
 
+#include "check/check_help.h"
 #include "check_setup.h"
 
 namespace zenqay {
@@ -15,9 +16,8 @@ struct ProgramRun {
   Text said;  // on both of its outputs
 };
 
-ProgramRun RunProgram(const CheckSetup& setup) {
-  const Text command =
-      "ZENQAY_HOME='" + setup.home.path().string() + "' '" ZENQAY_CHECK "' '" + setup.CommandLine() + "' 2>&1";
+ProgramRun RunProgram(const CheckSetup& setup, const Text& commandLine) {
+  const Text command = "ZENQAY_HOME='" + setup.home.path().string() + "' '" ZENQAY_CHECK "' '" + commandLine + "' 2>&1";
   FILE* output = ::popen(command.c_str(), "r");
   ProgramRun run;
   std::array<char, 4096> block{};
@@ -29,6 +29,10 @@ ProgramRun RunProgram(const CheckSetup& setup) {
   run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   run.said = Replaced(run.said, setup.home.path().string(), "HOME");
   return run;
+}
+
+ProgramRun RunProgram(const CheckSetup& setup) {
+  return RunProgram(setup, setup.CommandLine());
 }
 
 const Text kWellUpToTheDatabase =
@@ -63,6 +67,16 @@ TEST_F(CheckProgram, EndsWith0WhenAJobCanRun) {
 
   EXPECT_EQ(run.said, kWell);
   EXPECT_EQ(run.status, 0);
+}
+
+TEST_F(CheckProgram, AnswersWithItsVersionAndItsHelpWhenThatIsAllItIsAskedFor) {
+  const ProgramRun version = RunProgram(setup, "--version");
+  const ProgramRun help = RunProgram(setup, "--help");
+
+  EXPECT_EQ(version.said, "zenqay-dbsync-check " ZENQAY_VERSION "\n");
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(help.said, CheckHelp());
+  EXPECT_EQ(help.status, 0);
 }
 
 TEST_F(CheckProgram, EndsWith1WhenSomethingIsToBeMended) {

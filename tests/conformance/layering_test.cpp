@@ -21,8 +21,8 @@ using SourceTree = std::map<Text, std::vector<Text>>;
 /// From the bottom to the top. `check` is the program that looks at a job's surroundings; what stands beside the
 /// folders are the programs' entries, above all of them.
 const std::map<Text, int> kRanks = {
-    {"base", 0}, {"contracts", 1},  {"system", 2},   {"trace", 3},    {"process", 4}, {"localdb", 5},  {"engines", 6},
-    {"erp", 7},  {"components", 8}, {"entities", 9}, {"postcopy", 9}, {"job", 10},    {"startup", 11}, {"check", 12}};
+    {"base", 0}, {"contracts", 1},  {"system", 2},   {"process", 3},  {"trace", 4}, {"localdb", 5},  {"engines", 6},
+    {"erp", 7},  {"components", 8}, {"entities", 9}, {"postcopy", 9}, {"job", 10},  {"startup", 11}, {"check", 12}};
 constexpr int kEntryRank = 13;
 
 /// The headers of a foreign library, which one folder may see.
@@ -35,6 +35,19 @@ const Driver kDrivers[] = {
     {"ODBC", {"sql.h", "sqlext.h", "sqltypes.h", "sqlucode.h", "odbcinst.h", "odbcinstext.h"}},
     {"JNI", {"jni.h", "jni_md.h"}},
 };
+
+/// The folder that talks to the operating system, and the headers that it alone may see. (The code pages of base come
+/// from the C library, through iconv.)
+constexpr const char* kSystemLayer = "system";
+const std::set<Text> kSystemHeaders = {"dirent.h",   "dlfcn.h",  "fcntl.h", "grp.h",    "netdb.h", "poll.h",
+                                       "pthread.h",  "pwd.h",    "sched.h", "signal.h", "spawn.h", "termios.h",
+                                       "ucontext.h", "unistd.h", "utime.h", "windows.h"};
+constexpr const char* kSystemFolders[] = {"arpa/", "linux/", "net/", "netinet/", "sys/"};
+
+bool IsSystemHeader(const Text& name) {
+  return kSystemHeaders.contains(name) || std::any_of(std::begin(kSystemFolders), std::end(kSystemFolders),
+                                                      [&](const char* folder) { return name.starts_with(folder); });
+}
 
 std::optional<Text> IncludedName(const Text& line) {
   Text rest = TrimLeft(Replaced(line, "\t", " "));
@@ -140,13 +153,14 @@ Text CycleFaults(const SourceTree& tree) {
 }
 
 /// True when the file includes one of the headers, itself or through others.
-bool Sees(const SourceTree& tree, const Text& file, const std::set<Text>& headers, std::set<Text>& visited) {
+template <typename IsHeader>
+bool Sees(const SourceTree& tree, const Text& file, IsHeader isHeader, std::set<Text>& visited) {
   if (!visited.insert(file).second) return false;
   for (const Text& name : tree.at(file)) {
-    if (headers.contains(name)) return true;
+    if (isHeader(name)) return true;
   }
   for (const Text& included : OwnIncludes(tree, file)) {
-    if (Sees(tree, included, headers, visited)) return true;
+    if (Sees(tree, included, isHeader, visited)) return true;
   }
   return false;
 }
@@ -157,7 +171,8 @@ Text DriverFaults(const SourceTree& tree) {
     std::set<Text> folders;
     for (const auto& [file, names] : tree) {
       std::set<Text> visited;
-      if (Sees(tree, file, driver.headers, visited)) folders.insert(FolderOf(file));
+      const auto isHeader = [&](const Text& name) { return driver.headers.contains(name); };
+      if (Sees(tree, file, isHeader, visited)) folders.insert(FolderOf(file));
     }
     if (folders.size() < 2) continue;
     faults += driver.name + " is seen by";
@@ -167,8 +182,18 @@ Text DriverFaults(const SourceTree& tree) {
   return faults;
 }
 
+Text SystemFaults(const SourceTree& tree) {
+  Text faults;
+  for (const auto& [file, names] : tree) {
+    std::set<Text> visited;
+    if (LayerOf(file) == kSystemLayer || !Sees(tree, file, IsSystemHeader, visited)) continue;
+    faults += file + " sees a header of the operating system\n";
+  }
+  return faults;
+}
+
 Text Faults(const SourceTree& tree) {
-  return LayerFaults(tree) + CycleFaults(tree) + DriverFaults(tree);
+  return LayerFaults(tree) + CycleFaults(tree) + DriverFaults(tree) + SystemFaults(tree);
 }
 
 TEST(Layering, HoldsInTheProgram) {
@@ -207,6 +232,7 @@ TEST(Layering, RefusesIncludesFromAboveAndFromBeside) {
   };
   const Case cases[] = {
       {"base/a.cpp", "contracts/b.h", false},        {"contracts/a.cpp", "system/b.h", false},
+      {"process/a.cpp", "trace/b.h", false},         {"trace/a.cpp", "process/b.h", true},
       {"process/a.cpp", "localdb/b.h", false},       {"localdb/a.cpp", "erp/b.h", false},
       {"localdb/a.cpp", "engines/b.h", false},       {"engines/sqlite/a.cpp", "components/b.h", false},
       {"components/files/a.cpp", "job/b.h", false},  {"entities/a.cpp", "postcopy/b.h", false},
@@ -257,6 +283,14 @@ TEST(Layering, ShowsEachDriverToOneFolder) {
             "JNI is seen by components components/jvm\n");  // through a header
   EXPECT_EQ(Faults({{"engines/sqlite/a.cpp", {"sqlite3.h"}}, {"main.cpp", {"sqlite3.h"}}}),
             "SQLite is seen by the entry engines/sqlite\n");
+}
+
+TEST(Layering, ShowsHeadersOfTheOperatingSystemToTheSystemFolderAlone) {
+  EXPECT_EQ(Faults({{"system/posix/a.cpp", {"unistd.h", "sys/prctl.h"}}, {"base/a.cpp", {"iconv.h", "system.h"}}}), "");
+  EXPECT_EQ(Faults({{"trace/a.cpp", {"unistd.h"}}, {"main.cpp", {"sys/stat.h"}}}),
+            "main.cpp sees a header of the operating system\ntrace/a.cpp sees a header of the operating system\n");
+  EXPECT_EQ(Faults({{"system/a.h", {"fcntl.h"}}, {"system/b.h", {"system/a.h"}}, {"check/a.cpp", {"system/b.h"}}}),
+            "check/a.cpp sees a header of the operating system\n");  // through a header
 }
 
 TEST(Layering, ReadsTheIncludesOfHeadersAndSourcesInEveryFolder) {

@@ -88,6 +88,9 @@ class CopyFixture : public DataCopyEvents {
     return job.WarrantyDay;
   }
 
+  /// The day that the latest calculation worked with.
+  std::int32_t WarrantyDay() const { return job.WarrantyDay; }
+
   /// Puts a table into the registry and copies it by CopySingleTable, on the business component "100".
   CopyResult CopyTable(std::int16_t tableId, const Text& tableName, std::int16_t SyncMethod);
 

@@ -6,6 +6,7 @@
 
 #include "contracts/platform.h"
 #include "doubles/journal.h"
+#include "system/append_file.h"
 
 namespace zenqay {
 
@@ -22,6 +23,9 @@ class FakePlatform : public Platform {
   Text logTarget;
   std::vector<Text> causes;  // what standard error would show
 
+  AppendFile logFile;
+  LogFile* log = &logFile;  // a test may put another one in its place
+
   DateTime Now() override {
     if (!nextTimes.empty()) {
       now = nextTimes.front();
@@ -35,6 +39,7 @@ class FakePlatform : public Platform {
     journal_.Line("title " + text);
   }
   void ShowMessageBox(const Text& text) override { journal_.Line("box " + text); }
+  LogFile& Log() override { return *log; }
   void StartLogging(const Text& target) override {
     logTarget = target;
     journal_.Line("logging " + target);

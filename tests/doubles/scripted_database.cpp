@@ -4,7 +4,7 @@ namespace zenqay {
 
 class ScriptedConnection : public Connection {
  public:
-  explicit ScriptedConnection(ScriptedDatabase& database) : database_(database) {}
+  ScriptedConnection(ScriptedDatabase& database, int number) : database_(database), number_(number) {}
 
   void PutConnectionTimeout(std::int16_t seconds) override { Setting("ConnectionTimeout " + std::to_string(seconds)); }
   void PutCommandTimeout(std::int16_t seconds) override { Setting("CommandTimeout " + std::to_string(seconds)); }
@@ -35,6 +35,7 @@ class ScriptedConnection : public Connection {
   }
 
   Errors& errors() { return *errors_; }
+  int number() const { return number_; }
 
  protected:
   std::int64_t Run(const Text& statement, Count count) override {
@@ -51,6 +52,7 @@ class ScriptedConnection : public Connection {
   }
 
   ScriptedDatabase& database_;
+  int number_;
   std::shared_ptr<Errors> errors_ = std::make_shared<Errors>();
   Text name_ = "DEFAULTDB";
 };
@@ -59,7 +61,11 @@ class ScriptedRecordset : public Recordset {
  public:
   explicit ScriptedRecordset(ScriptedDatabase& database) : database_(database) {}
 
-  void PutActiveConnection(std::shared_ptr<Connection>) override {}
+  void PutActiveConnection(std::shared_ptr<Connection> connection) override {
+    if (!database_.showSettings) return;
+    database_.journal_.Line("put ActiveConnection " +
+                            std::to_string(static_cast<ScriptedConnection&>(*connection).number()));
+  }
 
   void Open(const Text& source, std::shared_ptr<Connection> connection, CursorType cursor, LockType lock,
             CommandType options) override {
@@ -108,7 +114,7 @@ void ScriptedDatabase::FailOn(const Text& part, RuntimeError error, std::vector<
 }
 
 std::shared_ptr<Connection> ScriptedDatabase::CreateConnection() {
-  return std::make_shared<ScriptedConnection>(*this);
+  return std::make_shared<ScriptedConnection>(*this, ++connections_);
 }
 
 std::shared_ptr<Recordset> ScriptedDatabase::CreateRecordset() {

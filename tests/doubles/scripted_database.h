@@ -40,7 +40,7 @@ class ScriptedDatabase : public Database {
   /// The journal shows the options of each query behind it: ` [keyset optimistic text]`.
   bool showQueryOptions = false;
 
-  /// The journal shows timeouts and connection strings.
+  /// The journal shows timeouts, connection strings, and by its number the connection that a recordset is put on.
   bool showSettings = false;
 
   std::shared_ptr<Connection> CreateConnection() override;
@@ -63,6 +63,7 @@ class ScriptedDatabase : public Database {
   std::vector<TableRow> RowsOf(const Text& query) const;
 
   Journal& journal_;
+  int connections_ = 0;
   std::deque<std::int64_t> counts_;
   std::map<Text, std::vector<TableRow>> answers_;
   std::vector<Failure> failures_;

@@ -37,6 +37,31 @@ TEST(CommandLineOfTheProgram, MayHaveElevenItems) {
   EXPECT_EQ(home.Sites(), "A1|North|C7|0\n");
 }
 
+TEST(QuestionToTheProgram, IsAnsweredOnStandardOutputAlone) {
+  ProgramHome home;
+
+  const ProgramRun version = home.RunText("--version");
+  const ProgramRun help = home.RunText("--help");
+
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "zenqay-dbsync " ZENQAY_VERSION "\n");
+  EXPECT_EQ(version.err, "");
+  EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(help.out.substr(0, help.out.find('\n')),
+            "zenqay-dbsync - copy service master data from an ERP into a local database");
+  EXPECT_EQ(help.err, "");
+  EXPECT_EQ(home.LogNames(), std::vector<std::string>());
+}
+
+TEST(QuestionToTheProgram, IsTakenForAJobsLineBesideAnythingElse) {
+  ProgramHome home;
+
+  const ProgramRun run = home.RunText("--version x");
+
+  EXPECT_EQ(run.status, 70);
+  EXPECT_EQ(run.out, "");
+}
+
 TEST(CommandLineOfTheProgram, SwitchesTheStatusComponentOffWithATwelfthItem) {
   for (const char* twelfth : {"", "x"}) {
     SCOPED_TRACE(twelfth);

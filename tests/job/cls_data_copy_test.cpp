@@ -61,6 +61,7 @@ TEST_F(StartDataCopyTest, CopiesOneTableFromItsOpeningToItsClosing) {
             "sql SET DATEFORMAT YMD\n"
             "put DefaultDatabase SERVICE\n"
             "get DefaultDatabase\n"
+            "put ActiveConnection 2\n"
             "query SELECT * FROM tstables WHERE tablename = N'Site' [keyset optimistic text]\n"
             "close recordset\n"
             "sql UPDATE tstables SET in_use = 1WHERE tablename = N'Site' -> 1\n"
@@ -228,6 +229,34 @@ TEST_F(StartDataCopyTest, ReadsTheTimeOfEachEventAtItsRaising) {
             "event DataCopydone()\n");
 }
 
+/// A platform without a label file: each look for it takes a minute.
+class SlowLabels : public FakePlatform {
+ public:
+  using FakePlatform::FakePlatform;
+
+  Text ProgramDirectory() override {
+    now = DateTime::FromParts({2004, 1, 31, 10, ++minute_, 0});
+    return FakePlatform::ProgramDirectory();
+  }
+
+ private:
+  int minute_ = 0;
+};
+
+TEST_F(StartDataCopyTest, ReadsTheTimeOfAFailureWhenItsMessageIsComposed) {
+  SlowLabels platform(copy.journal, Directory());
+  modDeclarations process{.platform = platform, .components = copy.components, .database = copy.database};
+  process.TableRegistry[5].TableName = "Site";
+  clsDataCopy job(process, copy);
+  copy.database.FailOn("SELECT", kRefused);
+
+  job.StartDataCopy("", "", 5, kFull, Directory(), "100", 1);
+
+  EXPECT_EQ(copy.JournalWithout({"open", "get", "close", "sql", "query"}),  // the second label is the message's
+            "event DataCopyError(time(10:02:00 AM), i16(5), i16(-1), \"SLBL0455\")\n"
+            "event DataCopydone()\n");
+}
+
 TEST_F(StartDataCopyTest, KeepsTheRunLogOfItsFirstDayWhenTheCopyRunsPastMidnight) {
   const auto locations = copy.AddManager(kLocations, "locations");
   copy.platform.now = DateTime::FromParts({2004, 1, 31, 23, 59, 59});
@@ -327,60 +356,6 @@ TEST_F(StartDataCopyTest, LogsAFailedCloseBehindItsEventsAndReturns) {
   EXPECT_EQ(copy.directory.Read("SITES_20040131.log"),
             "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
             "\"Driver\",\"not open\"\r\n");
-}
-
-TEST_F(StartDataCopyTest, WritesItsEventsIntoTheTrace) {
-  Trace trace((copy.directory.path() / "trace.jsonl").string());
-  copy.process.trace = &trace;
-  const auto locations = copy.AddManager(kLocations, "locations");
-
-  Start("Site", 7);
-  copy.SetState({{"in_use", 1}});
-  Start("Site", 7);
-  copy.database.FailOn("SELECT", kRefused);
-  Start("Site", 7);
-
-  const Text log = Directory() + "\\\\Site_20040131.log";
-  EXPECT_EQ(copy.directory.Read("trace.jsonl"),
-            R"({"n":1,"kind":"event","name":"DataCopyStarted","args":["10:11:12 AM",5]})"
-            "\n"
-            R"({"n":2,"kind":"event","name":"DataCopyComplete","args":["10:11:12 AM",5,0,0,0]})"
-            "\n"
-            R"({"n":3,"kind":"event","name":"DataCopydone","args":[]})"
-            "\n"
-            R"({"n":4,"kind":"event","name":"DataCopyAlreadyInProgress","args":["10:11:12 AM",5]})"
-            "\n"
-            R"({"n":5,"kind":"event","name":"DataCopydone","args":[]})"
-            "\n"
-            R"({"n":6,"kind":"log","file":")" +
-                log +
-                R"(","lines":["\"Date-Time :1/31/2004 : 10:11:12 AM\"","\"Driver\",\"refused\""]})"
-                "\n"
-                R"({"n":7,"kind":"log","file":")" +
-                log +
-                R"(","lines":["\"Data Copy In Progress\",\"It could not be determined whether table Site is being )"
-                R"(copied.\""]})"
-                "\n"
-                R"({"n":8,"kind":"event","name":"DataCopyError","args":["10:11:12 AM",5,-1,"See the log file )" +
-                log +
-                R"(."]})"
-                "\n"
-                R"({"n":9,"kind":"event","name":"DataCopydone","args":[]})"
-                "\n");
-}
-
-TEST_F(StartDataCopyTest, WritesAnEventIntoTheTraceBeforeItsSinkIsCalled) {
-  Trace trace((copy.directory.path() / "trace.jsonl").string());
-  copy.process.trace = &trace;
-  copy.SetState({{"in_use", 1}});
-  constexpr std::size_t kLineOfTheFirstEvent = 6;  // behind four lines of the opening and two of the state query
-  copy.journal.FailAtLine(kLineOfTheFirstEvent, {440, "status", "gone"});
-
-  EXPECT_EQ(StartFailing("Site", kFull), "440 status: gone");
-
-  EXPECT_EQ(copy.directory.Read("trace.jsonl"),
-            R"({"n":1,"kind":"event","name":"DataCopyAlreadyInProgress","args":["10:11:12 AM",5]})"
-            "\n");
 }
 
 /// The class id of the first component that the journal creates, "" when there is none.
@@ -488,7 +463,7 @@ TEST(CopySingleTable, ResetsTheCountersAndTakesTheRecordsetAndTheErrorsOfTheConn
   copy.SetCounters(1, 2, 3);
   copy.CopyTable(1, "SITES", kFull);
   const std::shared_ptr<Recordset> former = copy.process.LocalRecordset;
-  copy.process.LocalErrors = nullptr;
+  copy.process.LocalErrors = std::make_shared<Errors>();  // those of a connection that is gone
 
   copy.CopyTable(2, "SITES", kFull);
 

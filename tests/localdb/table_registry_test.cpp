@@ -161,6 +161,22 @@ TEST_F(LoadTableRegistryTest, StoresEachRowAtItsTableIdWithItsTextsAsTheyAre) {
             "128: x|y|z\n");
 }
 
+TEST_F(LoadTableRegistryTest, ReadsTheTableIdThenTheErpTableThenTheNameThenTheCaption) {
+  const TableRow whole = RegistryRow(5, "E5", "Five", "Fives");
+  TableRow row;
+  for (const char* field : {"TableID", "ERPTableID", "TableName", "Text"}) {
+    SCOPED_TRACE(field);
+    ProcessFixture process;
+    process.database.Answer("", {row});
+
+    LoadTableRegistry(process.process, "", "", kSqlServer);
+
+    EXPECT_EQ(process.RunLog(),
+              Text("\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n\"ZenqayDBSync\",\"no field ") + field + "\"\r\n");
+    row[LowerCased(field)] = whole.at(LowerCased(field));
+  }
+}
+
 TEST_F(LoadTableRegistryTest, FillsTheLastEntryFromTableId128) {
   Load({RegistryRow(128, "E128", "Last", "The last")});
 

@@ -132,6 +132,7 @@ TEST(ComputeWarrantyExpiry, EndsThePeriodOnTheDayBeforeItIsOver) {
       {"2003-01-15", -12, kMonths, "2002-01-14"},
       {"2003-01-31", -14, kMonths, "2001-11-29"},
       {"2004-02-29", -12, kMonths, "2003-02-27"},
+      {"2005-04-30", -14, kMonths, "2004-02-28"},  // months alone, no year and two months
       {"2003-12-15", 1, kMonths, "2004-01-14"},
       {"2003-11-30", 3, kMonths, "2004-02-28"},
       {"2003-08-31", 18, kMonths, "2005-02-27"},
@@ -147,6 +148,7 @@ TEST(ComputeWarrantyExpiry, EndsThePeriodOnTheDayBeforeItIsOver) {
       {"2004-03-15", kLowest, kMonths, kNoSuchYear},
       {"2003-01-31", 0, kQuarters, "2003-01-30"},
       {"2003-01-31", 1, kQuarters, "2003-04-29"},
+      {"2005-05-31", -5, kQuarters, "2004-02-28"},
       {"2002-11-30", 1, kQuarters, "2003-02-27"},
       {"2003-11-30", 1, kQuarters, "2004-02-28"},
       {"2003-08-31", 2, kQuarters, "2004-02-28"},
@@ -273,13 +275,43 @@ TEST(ClampWarrantyDay, GoesByTheCountsOfMonthsAndYears) {
   }
 }
 
+TEST(ClampWarrantyDay, IsCalledForMonthsAndQuartersAlone) {
+  const struct {
+    std::int32_t numberOfPeriods;
+    std::int32_t periodUnit;
+    std::int32_t day;  // of a base date on a 31st
+  } cases[] = {
+      {9, kDays, 31},     {9, kWeeks, 31},    {9, kYears, 31},    {9, 0, 31},          {9, kMonths, 30},
+      {3, kMonths, 31},   {2, kMonths, 29},   {50, kMonths, 28},  {-1, kMonths, 30},   {-12, kMonths, 31},
+      {3, kQuarters, 30}, {1, kQuarters, 31}, {4, kQuarters, 30}, {-4, kQuarters, 31},
+  };
+  CopyFixture copy("3");
+  for (const auto& [numberOfPeriods, periodUnit, day] : cases) {
+    SCOPED_TRACE(std::to_string(numberOfPeriods) + " of unit " + std::to_string(periodUnit));
+    copy.WarrantyExpiry(Read("2003-05-31"), numberOfPeriods, periodUnit);
+
+    EXPECT_EQ(copy.WarrantyDay(), day);
+  }
+}
+
+TEST(ClampWarrantyDay, ComesBeforeTheDateOfMonthsAndBehindThatOfQuarters) {
+  CopyFixture copy("3");
+
+  EXPECT_EQ(Raised([&] { copy.WarrantyExpiry(Read("9999-12-31"), 9, kMonths); }), kNoSuchYear);
+  EXPECT_EQ(copy.WarrantyDay(), 30);
+  EXPECT_EQ(Raised([&] { copy.WarrantyExpiry(Read("9999-12-31"), 3, kQuarters); }), kNoSuchYear);
+  EXPECT_EQ(copy.WarrantyDay(), 31);
+}
+
 TEST(CalculateWarrantyExpiry, RunsNoStatementOnAnEmptyJoin) {
   CopyFixture copy("3");
   copy.database.showQueryOptions = true;
+  copy.database.showSettings = true;
 
   copy.CalculateWarrantyExpiry();
 
   EXPECT_EQ(copy.journal.Take(),
+            "put ActiveConnection 1\n"
             "query SELECT * FROM  OBJECT INNER JOIN WARRANTIES ON OBJECT.WARRANTY LIKE WARRANTIES.WARRANTY [keyset "
             "optimistic text]\n"
             "close recordset\n");

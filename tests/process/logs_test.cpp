@@ -7,6 +7,7 @@
 #include "doubles/child_process.h"
 #include "doubles/outcome.h"
 #include "doubles/process_fixture.h"
+#include "doubles/refusing_log_file.h"
 
 namespace zenqay {
 namespace {
@@ -271,24 +272,19 @@ TEST(WriteStartupErrorLog, TakesTheDirectoryUntrimmed) {
             "error -2147217900 from \"Data copy: Sites\": Sites could not be copied from the ERP (generation 1).\n");
 }
 
-/// The path that a record for the directory goes to. The trace shows it; the one handle is kept busy, so that nothing
-/// is written there.
-Text PathFor(const Text& directory) {
-  ProcessFixture fixture;
-  Trace trace((fixture.directory.path() / "trace.jsonl").string());
-  fixture.process.trace = &trace;
-  fixture.process.LogFile.Open(fixture.directory.path().string() + "\\busy.log");
-  Raised([&] { WriteStartupErrorLog(fixture.process, directory, kError); });
-  const Text line = fixture.directory.Read("trace.jsonl");
-  const Text front = R"({"n":1,"kind":"log","file":")";
-  return line.substr(front.size(), line.find('"', front.size()) - front.size());
-}
-
 TEST(WriteStartupErrorLog, TakesTheDriveForABlankDirectory) {
-  EXPECT_EQ(PathFor(""), R"(C:\\ZenqayDBSync.log)");
-  EXPECT_EQ(PathFor("   "), R"(C:\\ZenqayDBSync.log)");
-  EXPECT_EQ(PathFor("C:\\logs"), R"(C:\\logs\\ZenqayDBSync.log)");
-  EXPECT_EQ(PathFor("\t"), R"(\t\\ZenqayDBSync.log)");
+  const std::pair<const char*, const char*> cases[] = {{"", R"(C:\ZenqayDBSync.log)"},
+                                                       {"   ", R"(C:\ZenqayDBSync.log)"},
+                                                       {"C:\\logs", R"(C:\logs\ZenqayDBSync.log)"},
+                                                       {"\t", "\t\\ZenqayDBSync.log"}};
+  for (const auto& [directory, path] : cases) {
+    ProcessFixture fixture;
+    RefusingLogFile refusing;
+    fixture.platform.log = &refusing;
+
+    EXPECT_EQ(Raised([&, where = directory] { WriteStartupErrorLog(fixture.process, where, kError); }),
+              Text("70 ZenqayDBSync: Permission denied: ") + path);
+  }
 }
 
 TEST(WriteStartupErrorLog, PutsTheFileOfABlankDirectoryStraightUnderTheRoot) {
@@ -308,39 +304,25 @@ TEST(WriteStartupErrorLog, PutsTheFileOfABlankDirectoryStraightUnderTheRoot) {
             "1/31/2004 10:11:12 AM\r\nfailed\r\nError is - 9999: too few\r\n");
 }
 
-// The trace of the log records.
+// Passwords.
 
-TEST(LogTrace, HoldsEachRecordAsTextWhenItIsWritten) {
+TEST(LogRecord, HasAPasswordTakenOutOfEachItemAndEndsTheItemAllTheSame) {
   ProcessFixture fixture;
-  Trace trace((fixture.directory.path() / "trace.jsonl").string());
-  fixture.process.trace = &trace;
-  fixture.process.LogFilePath = "C:" + fixture.directory.path().string() + "\\run.log";
-  const Text shownPath = "C:" + fixture.directory.path().string() + "\\\\run.log";
+  fixture.Connect();
+  fixture.process.LocalErrors->Replace(
+      {{18456, "driver; pwd=one", "login failed: Password=two"}, {5, "PWD = \"three\" x", "none"}});
 
-  WriteTableRunLog(fixture.process, "東", 1, 0, 0);
-  WriteErrorLog(fixture.process, RuntimeError(5, "source", "say \"no\""));
+  WriteErrorLog(fixture.process, RuntimeError(5, "source password=four", "pwd='fi;ve' and pwd=six;Server=A"));
+  WriteTableRunLog(fixture.process, "pwd=seven", 1, 0, 0);
+  WriteStartupErrorLog(fixture.process, fixture.directory.path().string(), RuntimeError(5, "", "password={ei}}ght} x"));
 
-  EXPECT_EQ(fixture.directory.Read("trace.jsonl"),
-            "{\"n\":1,\"kind\":\"log\",\"file\":\"" + shownPath +
-                "\",\"lines\":[\"Date: 1/31/2004 Time: 10:11:12 AM\",\"\\\"Rows copied: 東 -  1\\\"\"]}\n"
-                "{\"n\":2,\"kind\":\"log\",\"file\":\"" +
-                shownPath +
-                "\",\"lines\":[\"\\\"Date-Time :1/31/2004 : 10:11:12 AM\\\"\","
-                "\"\\\"source\\\",\\\"say \\\"no\\\"\\\"\"]}\n");
-}
-
-TEST(LogTrace, HoldsTheErrorOfARecordThatCouldNotBeWritten) {
-  ProcessFixture fixture;
-  Trace trace((fixture.directory.path() / "trace.jsonl").string());
-  fixture.process.trace = &trace;
-  fixture.process.LogFilePath = "";
-
-  Raised([&] { WriteErrorLog(fixture.process, kError); });
-
-  EXPECT_EQ(fixture.directory.Read("trace.jsonl"),
-            R"({"n":1,"kind":"log","file":"",)"
-            R"("error":{"number":75,"source":"ZenqayDBSync","description":"Path/File access error"}})"
-            "\n");
+  EXPECT_EQ(fixture.RunLog(), Text(kDateLine) +
+                                  "\"driver; pwd=***\",18456,\"login failed: Password=***\"\r\n"
+                                  "\"PWD = *** x\",5,\"none\"\r\n"
+                                  "\"source password=***\",\"pwd=*** and pwd=***;Server=A\"\r\n" +
+                                  kTitle + "\"Rows copied: pwd=***\"\r\n");
+  EXPECT_EQ(fixture.directory.Read("ZenqayDBSync.log"),
+            Text(kTitle) + "The data copy failed.\r\nError is - 5: password=*** x\r\n");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "doubles/outcome.h"
+#include "doubles/refusing_log_file.h"
 #include "startup/start_fixture.h"
 
 namespace zenqay {
@@ -125,6 +126,7 @@ TEST(RunProcess, GoesThroughItsStepsInTheirOrder) {
                 "sql SET DATEFORMAT YMD\n"
                 "put DefaultDatabase SERVICE\n"
                 "get DefaultDatabase\n"
+                "put ActiveConnection 2\n"
                 "query SELECT * FROM tstables WHERE tablename = N'Branch' [keyset optimistic text]\n"
                 "close recordset\n"
                 "sql UPDATE tstables SET in_use = 1WHERE tablename = N'Branch' -> 1\n"
@@ -696,22 +698,60 @@ TEST(RunProcessFailure, OfAJobIsRecordedInTheTrimmedLogDirectory) {
   EXPECT_EQ(fixture.StartupLog(), StartFixture::StartupRecord("9: Subscript out of range"));
 }
 
+/// A status object that says when nobody holds it any more.
+class MortalStatus : public Component {
+ public:
+  explicit MortalStatus(Journal& journal) : journal_(journal) {}
+  MortalStatus(const MortalStatus&) = delete;
+  MortalStatus& operator=(const MortalStatus&) = delete;
+  ~MortalStatus() override { journal_.Line("status released"); }
+
+  Value Call(std::string_view operation, Arguments) override { RaiseNoSuchOperation(operation, "MortalStatus"); }
+
+ private:
+  Journal& journal_;
+};
+
+/// A log file that may not be opened, and says so in the journal.
+class JournaledRefusal : public RefusingLogFile {
+ public:
+  explicit JournaledRefusal(Journal& journal) : journal_(journal) {}
+
+  void Open(const Text& path) override {
+    journal_.Line("record refused");
+    RefusingLogFile::Open(path);
+  }
+
+ private:
+  Journal& journal_;
+};
+
+TEST(RunProcessFailure, ReleasesTheHandlerBeforeItIsRecorded) {
+  StartFixture fixture;
+  fixture.items[2] = "129";
+  fixture.handle->Does("getInstance",
+                       [&](Arguments) { return Object(std::make_shared<MortalStatus>(fixture.journal)); });
+  JournaledRefusal refusal(fixture.journal);
+  fixture.platform.log = &refusal;
+
+  const Text raised = Raised([&] { fixture.Run(); });
+
+  EXPECT_EQ(raised, "70 ZenqayDBSync: Permission denied: " + fixture.directory.path().string() + "\\ZenqayDBSync.log");
+  const Text journal = fixture.journal.Take();
+  EXPECT_EQ(journal.substr(journal.find("record refused")),  // the record of the handler, and that of the process
+            "record refused\n"
+            "status released\n"
+            "record refused\n");
+}
+
 TEST(RunProcessFailure, WithABlankLogDirectoryIsRecordedUnderTheDrive) {
   StartFixture fixture;
   fixture.items[3] = "full";
   fixture.items[4] = " ";
-  Trace trace((fixture.directory.path() / "trace.jsonl").string());
-  fixture.process.trace = &trace;
-  fixture.process.LogFile.Open(fixture.directory.path().string() + "/busy.log");  // so that the root stays clean
+  RefusingLogFile refusing;  // so that the root stays clean
+  fixture.platform.log = &refusing;
 
-  const Text raised = Raised([&] { fixture.Run(); });
-
-  const Text busy = fixture.directory.path().string() + "/busy.log";
-  EXPECT_EQ(raised, "55 ZenqayDBSync: File already open: " + busy);
-  EXPECT_EQ(fixture.directory.Read("trace.jsonl"),
-            R"({"n":1,"kind":"log","file":"C:\\ZenqayDBSync.log","error":{"number":55,"source":"ZenqayDBSync",)"
-            R"("description":"File already open: )" +
-                busy + "\"}}\n");
+  EXPECT_EQ(Raised([&] { fixture.Run(); }), R"(70 ZenqayDBSync: Permission denied: C:\ZenqayDBSync.log)");
 }
 
 TEST(RunProcessFailure, BesideALabelFileThatIsBrokenIsRecordedWithTheKeys) {

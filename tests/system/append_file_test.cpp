@@ -59,17 +59,6 @@ TEST(AppendFile, WritesInTheCodePage) {
   EXPECT_EQ(logs.directory.Read("a.log"), "\xE9 \x80 \x9E ? ? ?\r\n");
 }
 
-TEST(AppendFile, KeepsTheLinesOfTheRecordAsText) {
-  const LogDirectory logs;
-  AppendFile file;
-  WriteRecord(file, logs.PathOf("a.log"), {"before"});
-
-  WriteRecord(file, logs.PathOf("b.log"), {"東", "two"});
-
-  EXPECT_EQ(file.lines(), (std::vector<Text>{"東", "two"}));
-  EXPECT_EQ(file.path(), logs.PathOf("b.log"));
-}
-
 TEST(AppendFile, TakesTheDriveForTheRootDirectory) {
   const LogDirectory logs;
   AppendFile file;

@@ -8,8 +8,10 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <regex>
 
 #include "doubles/child_process.h"
+#include "doubles/temp_directory.h"
 #include "doubles/time_zone.h"
 
 namespace zenqay {
@@ -238,14 +240,73 @@ TEST(OsPlatform, OutlivesAClosedPipe) {
   EXPECT_EQ(run.result, "alive");
 }
 
-TEST(StartLogging, WritesNothing) {
-  const ChildRun run = OnPlatform({"zenqay-dbsync"}, [](OsPlatform& platform) {
-    platform.StartLogging("/nonexistent\\ZNQevtLG.txt");
+/// A text with "<time>" in place of each date and time at the beginning of a line.
+Text WithoutTimes(const Text& text) {
+  static const std::regex time(R"((^|\n)\d+/\d+/\d{4} \d+:\d{2}:\d{2} [AP]M )");
+  return std::regex_replace(text, time, "$1<time> ");
+}
+
+TEST(StartLogging, CreatesNoFileUntilACauseIsNamed) {
+  const TempDirectory directory;
+  const ChildRun run = OnPlatform({"zenqay-dbsync"}, [&](OsPlatform& platform) {
+    platform.NameCause("before");
+    platform.StartLogging(directory.path().string() + "\\ZNQevtLG.txt");
+    platform.ShowMessageBox("box");
     return Text("returned");
   });
 
   EXPECT_EQ(run.result, "returned");
-  EXPECT_EQ(run.out + run.err, "");
+  EXPECT_EQ(run.err, "zenqay-dbsync: before\nbox\n");
+  EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
+}
+
+TEST(StartLogging, CollectsEachCauseThatIsNamedFromThenOn) {
+  const TempDirectory directory;
+  directory.Write("ZNQevtLG.txt", "of the job before\r\n");
+  const ChildRun run = OnPlatform({"zenqay-dbsync"}, [&](OsPlatform& platform) {
+    platform.StartLogging("C:" + directory.path().string() + "\\ZNQevtLG.txt");
+    platform.NameCause("one");
+    platform.NameCause("one");
+    platform.NameCause("é 東, Password=secret;\r\nline 2\nline 3");
+    platform.NameCause(RuntimeError(PlatformFault::PathNotFound, "a.log"));
+    return Text();
+  });
+
+  EXPECT_EQ(run.err,
+            "zenqay-dbsync: one\n"
+            "zenqay-dbsync: é 東, Password=***;\r\nline 2\nline 3\n"
+            "zenqay-dbsync: error 76 from \"ZenqayDBSync\": Path not found: a.log\n");
+  EXPECT_EQ(WithoutTimes(directory.Read("ZNQevtLG.txt")),
+            "of the job before\r\n"
+            "<time>  one\r\n"
+            "<time>  \xE9 ?, Password=***; line 2 line 3\r\n"
+            "<time>  error 76 from \"ZenqayDBSync\": Path not found: a.log\r\n");
+}
+
+TEST(StartLogging, SaysNothingMoreOfAFileThatCannotBeWritten) {
+  const ChildRun run = OnPlatform({"zenqay-dbsync"}, [](OsPlatform& platform) {
+    platform.StartLogging("/no/such/directory\\ZNQevtLG.txt");
+    platform.NameCause("one");
+    return Text("returned");
+  });
+
+  EXPECT_EQ(run.result, "returned");
+  EXPECT_EQ(run.err, "zenqay-dbsync: one\n");
+}
+
+TEST(Log, IsFreeForTheJobWhileACauseIsNamed) {
+  const TempDirectory directory;
+  OnPlatform({"zenqay-dbsync"}, [&](OsPlatform& platform) {
+    platform.StartLogging(directory.path().string() + "\\ZNQevtLG.txt");
+    platform.Log().Open(directory.path().string() + "\\run.log");
+    platform.NameCause("one");
+    platform.Log().WriteLine("line");
+    platform.Log().Close();
+    return Text();
+  });
+
+  EXPECT_EQ(directory.Read("run.log"), "line\r\n");
+  EXPECT_EQ(WithoutTimes(directory.Read("ZNQevtLG.txt")), "<time>  one\r\n");
 }
 
 }  // namespace

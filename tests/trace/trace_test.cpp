@@ -35,11 +35,10 @@ DateTime At(const DateTimeParts& parts) {
 
 TEST(Trace, WritesALineOfEveryKindWithItsKeysInOrder) {
   TraceFile file;
-  const Value started[] = {At({1899, 12, 30, 10, 11, 12}), std::int16_t{5}};
-  const Value failed[] = {At({1899, 12, 30, 0, 0, 0}), std::int16_t{5}, std::int16_t{-1}, "See the log file."};
 
-  file.trace.Event("DataCopyStarted", started);
-  file.trace.Event("DataCopyError", failed);
+  file.trace.Event("DataCopyStarted", {At({1899, 12, 30, 10, 11, 12}), std::int16_t{5}});
+  file.trace.Event("DataCopyError",
+                   {At({1899, 12, 30, 0, 0, 0}), std::int16_t{5}, std::int16_t{-1}, "See the log file."});
   file.trace.Event("DataCopydone", {});
   file.trace.LogRecord("C:\\logs\\Site_20040131.log", {"Date: 1/31/2004", "\"Rows copied: Site -  1\""});
   file.trace.MessageBox("There is no copy for a table of this name.");
@@ -68,11 +67,28 @@ TEST(Trace, HasTheErrorOfAFailedLogRecordInPlaceOfItsLines) {
   TraceFile file;
   const RuntimeError error(PlatformFault::PathNotFound, "C:\\logs\\a.log");
 
-  file.trace.LogRecord("C:\\logs\\a.log", {"never written"}, &error);
+  file.trace.LogRecord("C:\\logs\\a.log", error);
 
   EXPECT_EQ(file.Lines(),
             R"({"n":1,"kind":"log","file":"C:\\logs\\a.log",)"
             R"("error":{"number":76,"source":"ZenqayDBSync","description":"Path not found: C:\\logs\\a.log"}})"
+            "\n");
+}
+
+TEST(Trace, TakesPasswordsOutOfEveryTextButTheLinesOfARecord) {
+  TraceFile file;
+  const RuntimeError error(5, "pwd=1", "pwd=2");
+
+  file.trace.LogRecord("pwd=3", {"\"pwd=***\",5,\"behind it\""});
+  file.trace.LogRecord("pwd=4", error);
+  file.trace.MessageBox("pwd=5");
+
+  EXPECT_EQ(file.Lines(),
+            R"({"n":1,"kind":"log","file":"pwd=***","lines":["\"pwd=***\",5,\"behind it\""]})"
+            "\n"
+            R"({"n":2,"kind":"log","file":"pwd=***","error":{"number":5,"source":"pwd=***","description":"pwd=***"}})"
+            "\n"
+            R"({"n":3,"kind":"box","text":"pwd=***"})"
             "\n");
 }
 

@@ -1,6 +1,5 @@
 #include "components/jvm/java_library.h"
 
-#include <dlfcn.h>
 #include <stdlib.h>
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "base/runtime_error.h"
+#include "system/shared_library.h"
 
 namespace zenqay {
 namespace {
@@ -66,12 +66,9 @@ Text FindLibrary() {
 }  // namespace
 
 CreateJavaMachine LoadJavaLibrary() {
-  const Text path = FindLibrary();
-  void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) RaiseUnusable(::dlerror());
-  void* create = ::dlsym(library, "JNI_CreateJavaVM");
-  if (create == nullptr) RaiseUnusable(path + " has no JNI_CreateJavaVM");
-  return reinterpret_cast<CreateJavaMachine>(create);
+  const LibrarySymbol create = LoadSymbol(FindLibrary(), "JNI_CreateJavaVM");
+  if (create.address == nullptr) RaiseUnusable(create.fault);
+  return reinterpret_cast<CreateJavaMachine>(create.address);
 }
 
 }  // namespace zenqay

@@ -1,7 +1,4 @@
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <optional>
@@ -9,6 +6,7 @@
 
 #include "components/status/status_components.h"
 #include "components/status/status_object.h"
+#include "system/standard_streams.h"
 
 namespace zenqay {
 namespace {
@@ -73,16 +71,6 @@ std::optional<TableState> StateOfTable(std::int32_t status) {
   }
 }
 
-/// Writes what can be written: an output that is closed takes nothing, and holds nothing up.
-void WriteTo(int descriptor, const Text& text) {
-  std::size_t written = 0;
-  while (written < text.size()) {
-    const ssize_t count = ::write(descriptor, text.data() + written, text.size() - written);
-    if (count < 0 && errno != EINTR) return;
-    if (count > 0) written += static_cast<std::size_t>(count);
-  }
-}
-
 Text ElapsedText(Clock::duration elapsed) {
   const long long seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
   char text[48];
@@ -94,12 +82,12 @@ Text ElapsedText(Clock::duration elapsed) {
 /// state of the synchronisation is sent.
 class ConsoleStatus : public StatusObject {
  public:
-  ConsoleStatus() : onTerminal_(::isatty(STDOUT_FILENO) == 1) {}
+  ConsoleStatus() : onTerminal_(IsTerminal(StandardStream::Output)) {}
 
   ~ConsoleStatus() override {
     SettleMessage();
-    if (onTerminal_ && lineIsOpen_) WriteTo(STDOUT_FILENO, "\n");
-    WriteTo(STDOUT_FILENO, Summary());
+    if (onTerminal_ && lineIsOpen_) WriteTo(StandardStream::Output, "\n");
+    WriteTo(StandardStream::Output, Summary());
   }
 
  private:
@@ -118,13 +106,13 @@ class ConsoleStatus : public StatusObject {
     if (onTerminal_) {
       ShowLine("");
     } else {
-      WriteTo(STDOUT_FILENO, line_ + "\n");
+      WriteTo(StandardStream::Output, line_ + "\n");
     }
   }
 
   void Alert(const Text& time, const Text& text) override {
-    if (onTerminal_) WriteTo(STDOUT_FILENO, "\r\033[K");
-    WriteTo(STDERR_FILENO, time + "  " + text + "\n");
+    if (onTerminal_) WriteTo(StandardStream::Output, "\r\033[K");
+    WriteTo(StandardStream::Error, time + "  " + text + "\n");
   }
 
   void SyncStatus(std::int32_t tableId, std::int32_t status) override { Settle(tableId, StateOfSync(status)); }
@@ -163,12 +151,12 @@ class ConsoleStatus : public StatusObject {
 
   void ShowLine(const char* colour) {
     const bool coloured = *colour != '\0';
-    WriteTo(STDOUT_FILENO, "\r\033[K" + Text(colour) + line_ + (coloured ? "\033[0m" : ""));
+    WriteTo(StandardStream::Output, "\r\033[K" + Text(colour) + line_ + (coloured ? "\033[0m" : ""));
     lineIsOpen_ = true;
   }
 
   void EndLine() {
-    WriteTo(STDOUT_FILENO, "\n");
+    WriteTo(StandardStream::Output, "\n");
     lineIsOpen_ = false;
   }
 

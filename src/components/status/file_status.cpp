@@ -1,12 +1,8 @@
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <nlohmann/json.hpp>
 
 #include "components/status/status_components.h"
 #include "components/status/status_object.h"
-#include "system/posix/file_fault.h"
+#include "system/output_file.h"
 
 namespace zenqay {
 namespace {
@@ -16,11 +12,6 @@ using nlohmann::ordered_json;
 class FileStatus : public StatusObject {
  public:
   FileStatus(Text path, std::int16_t instance) : path_(std::move(path)), instance_(instance) {}
-  FileStatus(const FileStatus&) = delete;
-  FileStatus& operator=(const FileStatus&) = delete;
-  ~FileStatus() override {
-    if (descriptor_ >= 0) ::close(descriptor_);
-  }
 
  private:
   void Message(const Text& time, const Text& text) override {
@@ -46,23 +37,17 @@ class FileStatus : public StatusObject {
 
   /// One write for one line, so that a reader never sees half of one but on a full disk.
   void Append(const ordered_json& call) {
-    if (descriptor_ < 0) {
-      descriptor_ = ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
-      if (descriptor_ < 0) Fail();
-    }
-    const Text line = call.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
-    const ssize_t written = ::write(descriptor_, line.data(), line.size());
-    if (written < 0) Fail();
-    if (static_cast<std::size_t>(written) < line.size()) {
-      throw RuntimeError(PlatformFault::DiskFull, path_, kStatusClass);
-    }
+    if (!file_.isOpen()) Check(file_.Open(path_));
+    Check(file_.Write(call.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n"));
   }
 
-  [[noreturn]] void Fail() const { throw RuntimeError(FileFault(errno), path_, kStatusClass); }
+  void Check(std::optional<PlatformFault> fault) const {
+    if (fault) throw RuntimeError(*fault, path_, kStatusClass);
+  }
 
   Text path_;
   std::int16_t instance_;
-  int descriptor_ = -1;
+  OutputFile file_;
 };
 
 }  // namespace

@@ -48,6 +48,7 @@ OsPlatform::OsPlatform(int argc, char** argv)
       programDirectory_(WithoutSeparatorAtEnd(DirectoryOfProgram())) {
   KeepStandardStreams();
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 Text OsPlatform::TakeCommandLine() {
@@ -89,7 +90,22 @@ void OsPlatform::ShowMessageBox(const Text& text) {
 void OsPlatform::NameCause(const Text& cause) {
   if (cause == lastCause_) return;
   lastCause_ = cause;
-  std::fprintf(stderr, "zenqay-dbsync: %s\n", WithoutSecrets(cause).c_str());
+  const Text shown = WithoutSecrets(cause);
+  std::fprintf(stderr, "zenqay-dbsync: %s\n", shown.c_str());
+  if (!logTarget_.empty()) AppendToPlatformLog(shown);
+}
+
+void OsPlatform::AppendToPlatformLog(const Text& cause) {
+  const DateTime now = Now();
+  const Text oneLine = Replaced(Replaced(Replaced(cause, "\r\n", " "), "\n", " "), "\r", " ");
+  try {
+    AppendFile file;
+    file.Open(logTarget_);
+    file.WriteLine(ShortDate(now) + " " + LongTime(now) + "  " + oneLine);
+    file.Close();
+  } catch (const RuntimeError&) {
+    // Standard error has named the cause; a log that cannot take it as well is no failure of the job.
+  }
 }
 
 }  // namespace zenqay

@@ -446,11 +446,12 @@ TEST(FileStatus, FailsTheCallWhoseLineFoundRoomForItsBeginningAlone) {
   const ChildRun run = RunInChild([&] {
     const rlimit eightBytes = {8, 8};
     ::setrlimit(RLIMIT_FSIZE, &eightBytes);
+    ::signal(SIGXFSZ, SIG_IGN);
     FileStatusHost host(path);
     return Raised([&] { Job(StatusOf(host)).Sync(1, 1); });
   });
 
-  EXPECT_EQ(run.result, "61 ZenqayInstHandler.InstanceHandle: Disk full: " + path);
+  EXPECT_EQ(run.result, "75 ZenqayInstHandler.InstanceHandle: Path/File access error: " + path);
   EXPECT_EQ(directory.Read("status.jsonl"), "{\"op\":\"U");
 }
 
