@@ -85,7 +85,7 @@ bool SelectNamedDatabase(const JobLine& line, Connection& connection, CheckRepor
 bool CheckControlTables(modDeclarations& process, const std::shared_ptr<Connection>& connection, CheckReport& report) {
   struct ControlTable {
     const char* name;
-    std::vector<Text> columns;
+    std::vector<const char*> columns;
   };
   const std::array<ControlTable, 3> tables = {{
       {"tstables", {"tablename", "ERPTableID", "tableid", "productid", "lutm", "in_use", "reqd"}},
@@ -156,18 +156,18 @@ bool CheckDatabase(modDeclarations& process, const JobLine& line, std::shared_pt
 }
 
 Text MissingColumns(Database& database, const std::shared_ptr<Connection>& connection, const Text& table,
-                    const std::vector<Text>& columns) {
+                    std::span<const char* const> columns) {
   const std::shared_ptr<Recordset> none = database.CreateRecordset();
   none->Open("SELECT * FROM " + table + " WHERE 1 = 0", connection, CursorType::Static, LockType::ReadOnly,
              CommandType::SqlText);
   Text missing;
-  for (const Text& column : columns) {
+  for (const char* column : columns) {
     try {
       none->FieldValue(column);
     } catch (const RuntimeError& error) {
       if (error.number() == kNoCurrentRow) continue;  // the column is known
       if (error.number() != kNoSuchField) throw;
-      missing += (missing.empty() ? "" : ", ") + column;
+      missing += Text(missing.empty() ? "" : ", ") + column;
     }
   }
   none->Close();

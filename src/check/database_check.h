@@ -1,6 +1,8 @@
 // The local database from the driver to the registry. It is only read, on a connection that asks for no more.
 #pragma once
 
+#include <span>
+
 #include "check/job_line.h"
 
 namespace zenqay {
@@ -12,6 +14,6 @@ bool CheckDatabase(modDeclarations& process, const JobLine& line, std::shared_pt
 
 /// Those of the columns that the table lacks, joined with ", ". Raises what the database says of the table.
 Text MissingColumns(Database& database, const std::shared_ptr<Connection>& connection, const Text& table,
-                    const std::vector<Text>& columns);
+                    std::span<const char* const> columns);
 
 }  // namespace zenqay

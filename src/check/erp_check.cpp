@@ -1,7 +1,7 @@
 #include "check/erp_check.h"
 
 #include "base/numbers.h"
-#include "check/entity_needs.h"
+#include "entities/entity.h"
 #include "erp/date_bridge.h"
 #include "erp/session.h"
 #include "process/QTMDeclarations.h"
@@ -57,14 +57,15 @@ void CheckErp(modDeclarations& process, const JobLine* line, CheckReport& report
 
 void CheckManager(modDeclarations& process, const Text& tableName, CheckReport& report) {
   const Text step = "ERP component of " + tableName;
-  const std::optional<EntityNeeds> needs = NeedsOf(tableName, process.ErpGeneration);
-  if (!needs) {
+  const Entity* entity = FindEntity(tableName);
+  const EntitySource* source = entity == nullptr ? nullptr : entity->SourceUnder(process.ErpGeneration);
+  if (source == nullptr) {
     return report.Mend(step, "generation " + process.ErpGeneration + " has none, the copy would fail; take the table " +
                                  "out of the group in tstreenodes");
   }
   report.Step(step, [&] {
-    process.components.Create(needs->managerClass);
-    return needs->managerClass;
+    process.components.Create(source->managerClass);
+    return Text(source->managerClass);
   });
 }
 

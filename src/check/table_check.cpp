@@ -1,11 +1,9 @@
 #include "check/table_check.h"
 
-#include <algorithm>
-
 #include "check/database_check.h"
-#include "check/entity_needs.h"
+#include "entities/entity.h"
 #include "localdb/table_registry.h"
-#include "process/QTMDeclarations.h"
+#include "postcopy/warranty_expiry.h"
 
 namespace zenqay {
 namespace {
@@ -21,7 +19,7 @@ class TableCheck {
   bool Run(std::int32_t tableId);
 
  private:
-  void CheckColumns(const Text& table, const std::vector<Text>& columns);
+  void CheckColumns(const Text& table, std::span<const char* const> columns);
   void CheckExpiry();
   void CheckState();
   Text CurrentUpTo(Recordset& state);
@@ -61,19 +59,21 @@ bool TableCheck::Run(std::int32_t tableId) {
   } else {
     Warn("its caption in tsi18ntext is blank");
   }
-  const std::vector<Text>& names = EntityNames();
-  if (std::find(names.begin(), names.end(), LowerCased(name_)) == names.end()) {
+  const Entity* entity = FindEntity(name_);
+  if (entity == nullptr) {
     Mend("there is no copy for a table of this name; the name in tstables decides which entity is copied");
     return false;
   }
-  if (const auto needs = NeedsOf(name_, process_.ErpGeneration)) CheckColumns(name_, needs->columns);
-  CheckExpiry();
+  if (const EntitySource* source = entity->SourceUnder(process_.ErpGeneration)) {
+    CheckColumns(name_, source->columns);
+    if (source->isFollowedByWarrantyExpiry) CheckExpiry();
+  }
   CheckState();
   if (isWell_) report_.Ok(step_, state_);
   return true;
 }
 
-void TableCheck::CheckColumns(const Text& table, const std::vector<Text>& columns) {
+void TableCheck::CheckColumns(const Text& table, std::span<const char* const> columns) {
   try {
     const Text missing = MissingColumns(process_.database, connection_, table, columns);
     if (!missing.empty()) Mend("the local table " + table + " lacks the column " + missing);
@@ -82,16 +82,16 @@ void TableCheck::CheckColumns(const Text& table, const std::vector<Text>& column
   }
 }
 
-/// The warranty expiry follows the copy of objects or warranties, and reads and writes both tables by fixed names.
+/// The expiry runs on SQL Server alone.
 void TableCheck::CheckExpiry() {
-  const bool isFollowed = EqualsIgnoringCase(name_, "object") || EqualsIgnoringCase(name_, "warranties");
-  if (!isFollowed || line_.platform != 1 || process_.ErpGeneration != kGeneration3) return;
-  for (const ExpiryNeeds& needs : NeedsOfWarrantyExpiry()) {
+  if (line_.platform != 1) return;
+  for (const ExpiryTable& table : kExpiryTables) {
+    const Text step = Text("the warranty expiry needs ") + table.name;
     try {
-      const Text missing = MissingColumns(process_.database, connection_, needs.table, needs.columns);
-      if (!missing.empty()) Mend(Text("the warranty expiry needs ") + needs.table + " to have the column " + missing);
+      const Text missing = MissingColumns(process_.database, connection_, table.name, table.columns);
+      if (!missing.empty()) Mend(step + " to have the column " + missing);
     } catch (const RuntimeError& error) {
-      Mend(Text("the warranty expiry needs ") + needs.table + ": " + CheckReport::ErrorText(error));
+      Mend(step + ": " + CheckReport::ErrorText(error));
     }
   }
 }

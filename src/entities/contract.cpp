@@ -1,19 +1,24 @@
 // Contract. A full copy takes every contract; the only-changed pass follows a contract into and out of one status, so
 // that the local table keeps the contracts of that status up to date.
 #include "base/numbers.h"
+#include "entities/passes.h"
+#include "entities/row_literals.h"
+#include "entities/sql_text.h"
 #include "job/clsDataCopy.h"
-#include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
-#include "process/labels.h"
 
 namespace zenqay {
 namespace {
 
-constexpr const char* kContractLabel = "STIT0100";
+constexpr const char* kColumns[] = {"CONTRACT", "CDESCRIPTION", "upd_flag"};
+// A contract that becomes active in a change pass fills a column of its own.
+constexpr const char* kColumns8[] = {"CONTRACT", "CONTRACTS", "CDESCRIPTION", "upd_flag"};
 
-// The status that a change pass keeps, by generation. The numbers are the ERP's.
-constexpr std::int16_t kCopiedStatus1 = 2;
-constexpr std::int16_t kCopiedStatus = 10;
+constexpr EntitySource kSources[] = {
+    {kGeneration1, "Kv40QTMtssmaContracts.ContractsManager", "tssma220", "STIT0088", kColumns},
+    {kGeneration3, "Kv50QTMtsctmServiceContracts.ServiceContractsManager", "tsctm300", "STIT0095", kColumns},
+    {kGeneration8, "Kv61QTMtsctmServiceContracts.ServiceContractsManager", "tsctm300", "STIT0097", kColumns8},
+};
 
 /// What a row's key and its old values are called.
 struct ContractAccessors {
@@ -39,33 +44,33 @@ bool StatusIsNot(const Row& row, std::int16_t status) {
   return !value.IsNull() && !value.EqualsNumber(status);
 }
 
+SqlText ContractUpdate(const modDeclarations& process, const Row& row, const Text& TableName) {
+  const ContractAccessors& erp = ContractAccessorsOf(process.ErpGeneration);
+  SqlText update("UPDATE ", TableName, " SET ");
+  update.Add("CONTRACT = ", Encoded(process, row, erp.getKey));
+  if (row.Has("hasDescription")) update.Add(", CDESCRIPTION = ", Encoded(process, row, "getDescription"));
+  update.Add(", upd_flag = 0 WHERE ");
+  update.Add("CONTRACT =", Encoded(process, row, erp.getKey));
+  return update;
+}
+
 }  // namespace
+
+const Entity clsDataCopy::kContract = {
+    .name = "contracts",
+    .label = "STIT0100",
+    .sources = kSources,
+    .copy = &clsDataCopy::CopyContract,
+};
 
 void clsDataCopy::CopyContract(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
   if (SyncMethod == 1) CopyContractFull(TableName, KXWBusComponent);
   if (SyncMethod == 2) CopyContractChanged(TableName, KXWBusComponent);
 }
 
-void clsDataCopy::OpenContracts(ErpSource& erp) {
-  if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create(kContractsManager1));
-    erp.tableCode = "tssma220";
-    erp.erpLabel = GetLabel(process_, "STIT0088");
-  } else if (process_.ErpGeneration == kGeneration3) {
-    erp.manager = Manager(process_.components.Create(kServiceContractsManager3));
-    erp.tableCode = "tsctm300";
-    erp.erpLabel = GetLabel(process_, "STIT0095");
-  } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create(kServiceContractsManager8));
-    erp.tableCode = "tsctm300";
-    erp.erpLabel = GetLabel(process_, "STIT0097");
-  }
-}
-
 void clsDataCopy::CopyContractFull(const Text& TableName, const Text& KXWBusComponent) {
   CopyFull(TableName, KXWBusComponent,
-           {.entityLabel = kContractLabel,
-            .open = [this](ErpSource& erp) { OpenContracts(erp); },
+           {.entity = kContract,
             .list =
                 [this](const Manager& contracts) {
                   return contracts.List("", HighValueString(process_.ErpGeneration == kGeneration1 ? 10 : 9));
@@ -74,9 +79,7 @@ void clsDataCopy::CopyContractFull(const Text& TableName, const Text& KXWBusComp
 }
 
 void clsDataCopy::CopyContractChanged(const Text& TableName, const Text& KXWBusComponent) {
-  OnlyChangedPass contracts = {.entityLabel = kContractLabel,
-                               .failureSource = "Contract - Only Changed",
-                               .open = [this](ErpSource& erp) { OpenContracts(erp); }};
+  OnlyChangedPass contracts = {.entity = kContract, .failureSource = "Contract - Only Changed"};
   if (process_.ErpGeneration == kGeneration1) {
     contracts.ranges = {{"ccon", "", HighValueString(10)}};
     contracts.fields = {"ccon", WithOld("desc"), WithOld("ctst")};
@@ -87,53 +90,45 @@ void clsDataCopy::CopyContractChanged(const Text& TableName, const Text& KXWBusC
     contracts.listing = "NetListServiceContracts";
   }
   contracts.change = [&](const Row& row, const Text& action) {
-    if (action == "D") return DeleteContractRow(row, TableName);
-    ApplyContractChange(action, row, TableName);
+    if (action != "D") return ApplyContractChange(action, row, TableName);
+    const ContractAccessors& erp = ContractAccessorsOf(process_.ErpGeneration);
+    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE CONTRACT=", Encoded(process_, row, erp.getKey)));
   };
   CopyOnlyChanged(TableName, KXWBusComponent, contracts);
 }
 
-SqlText clsDataCopy::ContractUpdate(const Row& row, const Text& TableName) const {
-  const ContractAccessors& erp = ContractAccessorsOf(process_.ErpGeneration);
-  SqlText update("UPDATE ", TableName, " SET ");
-  update.Add("CONTRACT = ", Encoded(row, erp.getKey));
-  if (row.Has("hasDescription")) update.Add(", CDESCRIPTION = ", Encoded(row, "getDescription"));
-  update.Add(", upd_flag = 0 WHERE ");
-  update.Add("CONTRACT =", Encoded(row, erp.getKey));
-  return update;
-}
-
 void clsDataCopy::ApplyContractRow(const Row& row, const Text& TableName) {
-  if (CountUpdate(ContractUpdate(row, TableName))) return;
+  if (CountUpdate(ContractUpdate(process_, row, TableName))) return;
 
   const ContractAccessors& erp = ContractAccessorsOf(process_.ErpGeneration);
   SqlText insert("INSERT INTO ", TableName, " (CONTRACT ");
   if (row.Has("hasDescription")) insert.Add(",CDESCRIPTION ");
-  insert.Add(",upd_flag )VALUES (", Encoded(row, erp.getKey));
-  if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
+  insert.Add(",upd_flag )VALUES (", Encoded(process_, row, erp.getKey));
+  if (row.Has("hasDescription")) insert.Add(",", Encoded(process_, row, "getDescription"));
   insert.Add(",0)");
   CountInsert(insert);
 }
 
+/// Follows a contract into and out of the one status that a change pass keeps; the numbers of the status are the ERP's.
 /// Four rules, of which a row can meet more than one. Every getter that a rule names is called, also where an earlier
 /// answer has decided.
 void clsDataCopy::ApplyContractChange(const Text& action, const Row& row, const Text& TableName) {
-  const std::int16_t copiedStatus = process_.ErpGeneration == kGeneration1 ? kCopiedStatus1 : kCopiedStatus;
+  const std::int16_t CopiedContractStatus = process_.ErpGeneration == kGeneration1 ? 2 : 10;
   const ContractAccessors& erp = ContractAccessorsOf(process_.ErpGeneration);
 
   // Leaving the status.
   if (action == "U") {
     const bool hasStatus = row.Has("hasContractStatus");
-    const bool isOther = StatusIsNot(row, copiedStatus);
+    const bool isOther = StatusIsNot(row, CopiedContractStatus);
     if (hasStatus && isOther) DeleteContractRow(row, TableName);
   }
 
   // Entering the status.
   if (row.Has(erp.hasOldValues)) {
     const bool hadStatus = Row(row.Get(erp.getOldValues).AsObject()).Has("hasContractStatus");
-    const bool wasOther = StatusIsNot(Row(row.Get(erp.getOldValues).AsObject()), copiedStatus);
+    const bool wasOther = StatusIsNot(Row(row.Get(erp.getOldValues).AsObject()), CopiedContractStatus);
     const bool hasStatus = row.Has("hasContractStatus");
-    const bool isCopied = StatusIs(row, copiedStatus);
+    const bool isCopied = StatusIs(row, CopiedContractStatus);
     if (action == "U" && hadStatus && wasOther && hasStatus && isCopied) InsertContractRow(row, TableName);
   }
 
@@ -143,23 +138,26 @@ void clsDataCopy::ApplyContractChange(const Text& action, const Row& row, const 
 
   // A new contract.
   const bool hasStatus = row.Has("hasContractStatus");
-  const bool isCopied = StatusIs(row, copiedStatus);
+  const bool isCopied = StatusIs(row, CopiedContractStatus);
   if (action == "I" && hasStatus && isCopied) InsertContractRow(row, TableName);
 }
 
 void clsDataCopy::DeleteContractRow(const Row& row, const Text& TableName) {
   const ContractAccessors& erp = ContractAccessorsOf(process_.ErpGeneration);
-  CountDelete(SqlText("DELETE FROM ", TableName, " WHERE CONTRACT=", Encoded(row, erp.getKey)));
+  CountDelete(SqlText("DELETE FROM ", TableName, " WHERE CONTRACT=", Encoded(process_, row, erp.getKey)));
 }
 
 void clsDataCopy::UpdateContractRow(const Row& row, const Text& TableName) {
   std::int16_t recordsAffected = 0;  // not looked at: a row that is missing is not inserted here
-  process_.LocalConnection->Execute(ContractUpdate(row, TableName).text(), recordsAffected);
+  process_.LocalConnection->Execute(ContractUpdate(process_, row, TableName).text(), recordsAffected);
   ucount = CheckedAdd(ucount, 1);
 }
 
 void clsDataCopy::InsertContractRow(const Row& row, const Text& TableName) {
-  const bool isCopied = StatusIs(row, process_.ErpGeneration == kGeneration1 ? kCopiedStatus1 : kCopiedStatus);
+  bool isCopied = false;
+  if (process_.ErpGeneration == kGeneration1) isCopied = StatusIs(row, 2);
+  if (process_.ErpGeneration == kGeneration3) isCopied = StatusIs(row, 10);
+  if (process_.ErpGeneration == kGeneration8) isCopied = StatusIs(row, 10);
   if (!isCopied) return;
 
   // Generation 8 has its own column and its own field here.
@@ -167,8 +165,8 @@ void clsDataCopy::InsertContractRow(const Row& row, const Text& TableName) {
   const std::string_view getKey = isGeneration8 ? "getCluster" : ContractAccessorsOf(process_.ErpGeneration).getKey;
   SqlText insert("INSERT INTO ", TableName, isGeneration8 ? " (CONTRACTS " : " (CONTRACT ");
   if (row.Has("hasDescription")) insert.Add(",CDESCRIPTION ");
-  insert.Add(",upd_flag )VALUES (", Encoded(row, getKey));
-  if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
+  insert.Add(",upd_flag )VALUES (", Encoded(process_, row, getKey));
+  if (row.Has("hasDescription")) insert.Add(",", Encoded(process_, row, "getDescription"));
   insert.Add(",0)");
   std::int16_t recordsAffected = 0;
   process_.LocalConnection->Execute(insert.text(), recordsAffected);

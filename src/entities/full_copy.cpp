@@ -1,5 +1,6 @@
 // The full copy: mark every local row, apply every row that the ERP lists, sweep what was not met.
 #include "base/numbers.h"
+#include "entities/passes.h"
 #include "erp/date_bridge.h"
 #include "erp/session.h"
 #include "job/clsDataCopy.h"
@@ -9,20 +10,25 @@
 
 namespace zenqay {
 
-void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, const FullCopy& entity) {
+void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, const FullCopy& pass) {
   icount = 0;
   ErpSource erp;
+  // The listing and its last row outlive the closing of the manager, also behind a failure.
   Enumeration rows;
+  Row row;
   try {
-    entity.open(erp);
-    RegisterManager(process_, erp.manager.object());
+    OpenSource(process_, pass.entity, pass.open, erp);
+    erp.manager = Manager(RegisterManager(process_, erp.manager.object()));
     erp.manager.Initialize(KXWBusComponent);
-    rows = entity.list(erp.manager);
+    rows = pass.list(erp.manager);
     // The next only-changed pass starts from here: after the listing was asked for, before its first row is read.
     lutm = GetCurrentSqlDateTime(process_);
     if (!rows.IsNothing()) {
       process_.LocalConnection->Execute("UPDATE " + TableName + " SET upd_flag = 1 ");
-      while (rows.HasMoreElements()) entity.apply(rows.NextElement());
+      while (rows.HasMoreElements()) {
+        row = rows.NextElement();
+        pass.apply(row);
+      }
       icount = CheckedAdd(icount, ucount);
       ucount = 0;
       process_.LocalConnection->Execute("DELETE FROM " + TableName + " WHERE upd_flag = 1");
@@ -31,19 +37,21 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
     }
     erp.manager.Close();
     rows.Release();
+    row.Release();
   } catch (const RuntimeError& error) {
     WriteErrorLog(process_, error);
     erp.manager.Close();
     rows.Release();
-    RaiseCopyFailure(error, GetLabel(process_, entity.entityLabel), entity.entityLabel, erp.erpLabel);
+    row.Release();
+    RaiseCopyFailure(error, GetLabel(process_, pass.entity.label), pass.entity, erp.erpLabel);
   }
 }
 
-void clsDataCopy::RaiseCopyFailure(const RuntimeError& error, const Text& failureSource, const Text& entityLabel,
+void clsDataCopy::RaiseCopyFailure(const RuntimeError& error, const Text& failureSource, const Entity& entity,
                                    const Text& erpLabel) {
   const Text source = FilledLabel(process_, "SLBL0456", failureSource);
-  const Text entity = GetLabel(process_, entityLabel);
-  const Text description = FormatFailedMessage(entity, erpLabel);
+  const Text caption = GetLabel(process_, entity.label);
+  const Text description = FormatFailedMessage(caption, erpLabel);
   throw RuntimeError(CheckedAdd(error.number(), 100), source, description);
 }
 

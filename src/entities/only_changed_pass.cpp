@@ -1,4 +1,5 @@
 // The only-changed pass: apply or delete the rows that changed in the ERP since the table's last update time.
+#include "entities/passes.h"
 #include "erp/date_bridge.h"
 #include "erp/session.h"
 #include "job/clsDataCopy.h"
@@ -9,25 +10,28 @@
 namespace zenqay {
 namespace {
 
-/// The objects that say what a net-change listing gives.
-struct Criteria {
+/// What a pass has of the ERP besides its manager. All of it is kept to the end of the pass, behind the record of a
+/// failure.
+struct ChangeListing {
   Object criteria;
   Object input;
   Object output;
   Object period;
   std::vector<Object> parameters;
+  Object fromDate;
+  Object toDate;
+  Enumeration rows;
+  Row row;
 };
 
-Criteria CreateCriteria(ComponentHost& components, std::size_t parameterCount) {
-  Criteria created;
-  created.criteria = components.Create(kCriteriaClass);
-  created.input = components.Create(kCriteriaInputClass);
-  created.output = components.Create(kCriteriaOutputClass);
-  created.period = components.Create(kCriteriaPeriodClass);
+void CreateCriteria(ComponentHost& components, std::size_t parameterCount, ChangeListing& listing) {
+  listing.criteria = components.Create(kCriteriaClass);
+  listing.input = components.Create(kCriteriaInputClass);
+  listing.output = components.Create(kCriteriaOutputClass);
+  listing.period = components.Create(kCriteriaPeriodClass);
   for (std::size_t i = 0; i < parameterCount; ++i) {
-    created.parameters.push_back(components.Create(kCriteriaParameterClass));
+    listing.parameters.push_back(components.Create(kCriteriaParameterClass));
   }
-  return created;
 }
 
 void PassByReference(const Object& target, std::string_view operation, const Object& argument) {
@@ -35,58 +39,62 @@ void PassByReference(const Object& target, std::string_view operation, const Obj
   target.Call(operation, Argument::ByReference(reference));
 }
 
-void SetPeriod(const Criteria& selection, const Object& fromDate, const Object& toDate) {
-  selection.period.Call("setFrom", fromDate);
-  selection.period.Call("setTo", toDate);
-  PassByReference(selection.criteria, "setNetListPeriod", selection.period);
+void SetPeriod(const ChangeListing& listing) {
+  listing.period.Call("setFrom", listing.fromDate);
+  listing.period.Call("setTo", listing.toDate);
+  PassByReference(listing.criteria, "setNetListPeriod", listing.period);
+}
+
+void SetRanges(const ChangeListing& listing, const std::vector<ListingRange>& ranges) {
+  for (std::size_t i = 0; i < ranges.size(); ++i) {
+    const Object& parameter = listing.parameters[i];
+    parameter.Call("setFieldName", ranges[i].fieldName);
+    parameter.Call("setFrom", ranges[i].from);
+    parameter.Call("setTo", ranges[i].to);
+  }
+  for (std::size_t i = 0; i < ranges.size(); ++i) {
+    PassByReference(listing.input, "addNetListParameter", listing.parameters[i]);
+  }
+  PassByReference(listing.criteria, "setNetListIn", listing.input);
+}
+
+void SetFields(const ChangeListing& listing, const std::vector<OutputField>& fields) {
+  for (const OutputField& field : fields) {
+    listing.output.Call(field.withOld ? "addFieldNameWithOld" : "addFieldNameWithoutOld", field.name);
+  }
+  PassByReference(listing.criteria, "setNetListOut", listing.output);
+}
+
+void ListChanges(modDeclarations& process, const Text& TableName, const Text& KXWBusComponent, OnlyChangedPass& pass,
+                 ChangeListing& listing) {
+  ErpSource& erp = pass.erp;
+  OpenSource(process, pass.entity, pass.open, erp);
+  erp.manager = Manager(RegisterManager(process, erp.manager.object()));
+  CreateCriteria(process.components, pass.parameterCount, listing);
+  erp.manager.Initialize(KXWBusComponent);
+  listing.fromDate = GetLastUpdateDate(process, TableName);
+  listing.toDate = GetCurrentErpDate(process);
+  SetPeriod(listing);
+  SetRanges(listing, pass.ranges);
+  SetFields(listing, pass.fields);
+  listing.rows = erp.manager.NetList(pass.listing, erp.tableCode, listing.criteria);
 }
 
 }  // namespace
 
-Enumeration clsDataCopy::ListChanges(const Text& KXWBusComponent, const OnlyChangedPass& entity, const Text& TableName,
-                                     ErpSource& erp, Object& toDate) {
-  entity.open(erp);
-  RegisterManager(process_, erp.manager.object());
-  const Criteria selection = CreateCriteria(process_.components, entity.parameterCount);
-  erp.manager.Initialize(KXWBusComponent);
-
-  const Object fromDate = GetLastUpdateDate(process_, TableName);
-  toDate = GetCurrentErpDate(process_);
-  SetPeriod(selection, fromDate, toDate);
-
-  for (std::size_t i = 0; i < entity.ranges.size(); ++i) {
-    const Object& parameter = selection.parameters[i];
-    parameter.Call("setFieldName", entity.ranges[i].fieldName);
-    parameter.Call("setFrom", entity.ranges[i].from);
-    parameter.Call("setTo", entity.ranges[i].to);
-  }
-  for (std::size_t i = 0; i < entity.ranges.size(); ++i) {
-    PassByReference(selection.input, "addNetListParameter", selection.parameters[i]);
-  }
-  PassByReference(selection.criteria, "setNetListIn", selection.input);
-
-  for (const OutputField& field : entity.fields) {
-    selection.output.Call(field.withOld ? "addFieldNameWithOld" : "addFieldNameWithoutOld", field.name);
-  }
-  PassByReference(selection.criteria, "setNetListOut", selection.output);
-
-  return erp.manager.NetList(entity.listing, erp.tableCode, selection.criteria);
-}
-
-void clsDataCopy::CopyOnlyChanged(const Text& TableName, const Text& KXWBusComponent, const OnlyChangedPass& entity) {
+void clsDataCopy::CopyOnlyChanged(const Text& TableName, const Text& KXWBusComponent, OnlyChangedPass& pass) {
   ucount = 0;
   icount = 0;
   dcount = 0;
-  ErpSource erp = entity.known;
+  ChangeListing listing;
   try {
-    Object toDate;
-    const Enumeration rows = ListChanges(KXWBusComponent, entity, TableName, erp, toDate);
-    while (rows.HasMoreElements()) {
-      const Row row = rows.NextElement();
-      const Text action = Trim(row.GetText("getActionType"));
-      entity.change(row, action);
+    ListChanges(process_, TableName, KXWBusComponent, pass, listing);
+    while (listing.rows.HasMoreElements()) {
+      listing.row = listing.rows.NextElement();
+      const Text action = Trim(listing.row.GetText("getActionType"));
+      pass.change(listing.row, action);
     }
-    if (ConvertErpDateToSql(process_, toDate, false)) {
+    if (ConvertErpDateToSql(process_, listing.toDate, false)) {
       lutm = process_.DateLiteral;
       SetLastUpdateTime(process_, TableName, lutm);
     }
@@ -94,7 +102,7 @@ void clsDataCopy::CopyOnlyChanged(const Text& TableName, const Text& KXWBusCompo
   } catch (const RuntimeError& error) {
     // The manager is not closed on this path, neither here nor above; it goes with its last reference.
     WriteErrorLog(process_, error);
-    RaiseCopyFailure(error, entity.failureSource, entity.entityLabel, erp.erpLabel);
+    RaiseCopyFailure(error, pass.failureSource, pass.entity, pass.erp.erpLabel);
   }
 }
 

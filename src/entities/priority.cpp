@@ -1,13 +1,20 @@
 // Priority: a numeric key, written bare and matched quoted.
+#include "entities/passes.h"
+#include "entities/row_literals.h"
+#include "entities/sql_text.h"
 #include "job/clsDataCopy.h"
-#include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
-#include "process/labels.h"
 
 namespace zenqay {
 namespace {
 
-constexpr const char* kPriorityLabel = "STIT0039";
+constexpr const char* kColumns[] = {"PRIORITY", "DESCRIPTION", "upd_flag"};
+
+constexpr EntitySource kSources[] = {
+    {kGeneration1, "Kv40QTMtssmaPriorities.PrioritiesManager", "tssma304", "STIT0088", kColumns},
+    {kGeneration3, "Kv50QTMtcmcsPriorities.PrioritiesManager", "tcmcs070", "STIT0095", kColumns},
+    {kGeneration8, "Kv61QTMtcmcsPriorities.PrioritiesManager", "tcmcs070", "STIT0097", kColumns},
+};
 
 // The range of keys that is asked for; a priority above it is never copied.
 constexpr std::int16_t kLowestPriority = 0;
@@ -15,40 +22,28 @@ constexpr std::int16_t kHighestPriority = 999;
 
 }  // namespace
 
+const Entity clsDataCopy::kPriority = {
+    .name = "priority",
+    .label = "STIT0039",
+    .sources = kSources,
+    .copy = &clsDataCopy::CopyPriority,
+};
+
 void clsDataCopy::CopyPriority(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
   if (SyncMethod == 1) CopyPriorityFull(TableName, KXWBusComponent);
   if (SyncMethod == 2) CopyPriorityChanged(TableName, KXWBusComponent);
 }
 
-void clsDataCopy::OpenPriorities(ErpSource& erp) {
-  if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create(kPrioritiesManager1));
-    erp.tableCode = "tssma304";
-    erp.erpLabel = GetLabel(process_, "STIT0088");
-  } else if (process_.ErpGeneration == kGeneration3) {
-    erp.manager = Manager(process_.components.Create(kPrioritiesManager3));
-    erp.tableCode = "tcmcs070";
-    erp.erpLabel = GetLabel(process_, "STIT0095");
-  } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create(kPrioritiesManager8));
-    erp.tableCode = "tcmcs070";
-    erp.erpLabel = GetLabel(process_, "STIT0097");
-  }
-}
-
 void clsDataCopy::CopyPriorityFull(const Text& TableName, const Text& KXWBusComponent) {
   CopyFull(TableName, KXWBusComponent,
-           {.entityLabel = kPriorityLabel,
-            .open = [this](ErpSource& erp) { OpenPriorities(erp); },
+           {.entity = kPriority,
             .list = [](const Manager& priorities) { return priorities.List(kLowestPriority, kHighestPriority); },
             .apply = [&](const Row& row) { ApplyPriorityRow(row, TableName); }});
 }
 
 void clsDataCopy::CopyPriorityChanged(const Text& TableName, const Text& KXWBusComponent) {
-  OnlyChangedPass priorities = {.entityLabel = kPriorityLabel,
-                                .failureSource = "Priorities - Only Changed",
-                                .open = [this](ErpSource& erp) { OpenPriorities(erp); },
-                                .listing = "NetListPriorities"};
+  OnlyChangedPass priorities = {
+      .entity = kPriority, .failureSource = "Priorities - Only Changed", .listing = "NetListPriorities"};
   if (process_.ErpGeneration == kGeneration1) {
     priorities.ranges = {{"prno", kLowestPriority, kHighestPriority}};
     priorities.fields = {"prno", "desc"};
@@ -58,7 +53,7 @@ void clsDataCopy::CopyPriorityChanged(const Text& TableName, const Text& KXWBusC
   }
   priorities.change = [&](const Row& row, const Text& action) {
     if (action != "D") return ApplyPriorityRow(row, TableName);
-    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE PRIORITY= ", Encoded(row, "getPriority")));
+    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE PRIORITY= ", Encoded(process_, row, "getPriority")));
   };
   CopyOnlyChanged(TableName, KXWBusComponent, priorities);
 }
@@ -70,10 +65,10 @@ void clsDataCopy::ApplyPriorityRow(const Row& row, const Text& TableName) {
   SqlText update;
   if (known) {
     update.Add("UPDATE ", TableName, " SET ");
-    update.Add("PRIORITY = ", row.GetText("getPriority"));
-    if (row.Has("hasDescription")) update.Add(", DESCRIPTION = ", Encoded(row, "getDescription"));
+    update.Add("PRIORITY = ", row.GetJoined("getPriority"));
+    if (row.Has("hasDescription")) update.Add(", DESCRIPTION = ", Encoded(process_, row, "getDescription"));
     update.Add(", upd_flag = 0 WHERE ");
-    update.Add("PRIORITY =", Encoded(row, "getPriority"));
+    update.Add("PRIORITY =", Encoded(process_, row, "getPriority"));
   }
   if (CountUpdate(update)) return;
 
@@ -82,8 +77,8 @@ void clsDataCopy::ApplyPriorityRow(const Row& row, const Text& TableName) {
     insert.Add("INSERT INTO ", TableName, " (PRIORITY ");
     if (row.Has("hasDescription")) insert.Add(",DESCRIPTION ");
     insert.Add(",upd_flag )VALUES (");
-    insert.Add(row.GetText("getPriority"));
-    if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
+    insert.Add(row.GetJoined("getPriority"));
+    if (row.Has("hasDescription")) insert.Add(",", Encoded(process_, row, "getDescription"));
     insert.Add(",0)");
   }
   CountInsert(insert);

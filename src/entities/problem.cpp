@@ -1,56 +1,53 @@
 // Problem: carried by all three generations; only generation 3 has a call type.
+#include "entities/passes.h"
+#include "entities/row_literals.h"
+#include "entities/sql_text.h"
 #include "job/clsDataCopy.h"
-#include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
-#include "process/labels.h"
 
 namespace zenqay {
 namespace {
 
-constexpr const char* kProblemLabel = "STIT0091";
+constexpr const char* kColumns[] = {"PROBLEM", "DESCRIPTION", "upd_flag"};
+constexpr const char* kColumns3[] = {"PROBLEM", "DESCRIPTION", "CALLTYPE", "upd_flag"};
+
+constexpr EntitySource kSources[] = {
+    {kGeneration1, "Kv40QTMtsspfProblems.ProblemsManager", "tsspf102", "STIT0088", kColumns},
+    {kGeneration3, "Kv50QTMtsclmProblems.ProblemsManager", "tsclm330", "STIT0095", kColumns3},
+    {kGeneration8, "Kv61QTMtsclmProblems.ProblemsManager", "tsclm330", "STIT0097", kColumns},
+};
 
 }  // namespace
+
+const Entity clsDataCopy::kProblem = {
+    .name = "problem",
+    .label = "STIT0091",
+    .sources = kSources,
+    .copy = &clsDataCopy::CopyProblem,
+};
 
 void clsDataCopy::CopyProblem(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
   if (SyncMethod == 1) CopyProblemFull(TableName, KXWBusComponent);
   if (SyncMethod == 2) CopyProblemChanged(TableName, KXWBusComponent);
 }
 
-void clsDataCopy::OpenProblems(ErpSource& erp) {
-  if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create(kProblemsManager1));
-    erp.tableCode = "tsspf102";
-    erp.erpLabel = GetLabel(process_, "STIT0088");
-  } else if (process_.ErpGeneration == kGeneration3) {
-    erp.manager = Manager(process_.components.Create(kProblemsManager3));
-    erp.tableCode = "tsclm330";
-    erp.erpLabel = GetLabel(process_, "STIT0095");
-  } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create(kProblemsManager8));
-    erp.tableCode = "tsclm330";
-    erp.erpLabel = GetLabel(process_, "STIT0097");
-  }
-}
-
 void clsDataCopy::CopyProblemFull(const Text& TableName, const Text& KXWBusComponent) {
   CopyFull(TableName, KXWBusComponent,
-           {.entityLabel = kProblemLabel,
-            .open = [this](ErpSource& erp) { OpenProblems(erp); },
+           {.entity = kProblem,
             .list = [](const Manager& problems) { return problems.List("", HighValueString(10)); },
             .apply = [&](const Row& row) { ApplyProblemRow(row, TableName); }});
 }
 
 void clsDataCopy::CopyProblemChanged(const Text& TableName, const Text& KXWBusComponent) {
-  OnlyChangedPass problems = {.entityLabel = kProblemLabel,
+  OnlyChangedPass problems = {.entity = kProblem,
                               .failureSource = "Problems - Only Changed",
-                              .open = [this](ErpSource& erp) { OpenProblems(erp); },
                               .ranges = {{"cprl", "", HighValueString(10)}},
                               .fields = {"cprl", "desc"},
                               .listing = "NetListProblems"};
   if (process_.ErpGeneration == kGeneration3) problems.fields.push_back("cltp");
   problems.change = [&](const Row& row, const Text& action) {
     if (action != "D") return ApplyProblemRow(row, TableName);
-    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE PROBLEM= ", Encoded(row, "getProblem")));
+    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE PROBLEM= ", Encoded(process_, row, "getProblem")));
   };
   CopyOnlyChanged(TableName, KXWBusComponent, problems);
 }
@@ -63,11 +60,11 @@ void clsDataCopy::ApplyProblemRow(const Row& row, const Text& TableName) {
   SqlText update;
   if (withoutCallType || withCallType) {
     update.Add("UPDATE ", TableName, " SET ");
-    update.Add("PROBLEM = ", Encoded(row, "getProblem"));
-    if (row.Has("hasDescription")) update.Add(", DESCRIPTION = ", Encoded(row, "getDescription"));
-    if (withCallType && row.Has("hasCallType")) update.Add(", CALLTYPE = ", Encoded(row, "getCallType"));
+    update.Add("PROBLEM = ", Encoded(process_, row, "getProblem"));
+    if (row.Has("hasDescription")) update.Add(", DESCRIPTION = ", Encoded(process_, row, "getDescription"));
+    if (withCallType && row.Has("hasCallType")) update.Add(", CALLTYPE = ", Encoded(process_, row, "getCallType"));
     update.Add(", upd_flag = 0 WHERE ");
-    update.Add("PROBLEM =", Encoded(row, "getProblem"));
+    update.Add("PROBLEM =", Encoded(process_, row, "getProblem"));
   }
   if (CountUpdate(update)) return;
 
@@ -77,9 +74,9 @@ void clsDataCopy::ApplyProblemRow(const Row& row, const Text& TableName) {
     if (row.Has("hasDescription")) insert.Add(",DESCRIPTION ");
     if (withCallType && row.Has("hasCallType")) insert.Add(",CALLTYPE ");
     insert.Add(",upd_flag )VALUES (");
-    insert.Add(Encoded(row, "getProblem"));
-    if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
-    if (withCallType && row.Has("hasCallType")) insert.Add(",", Encoded(row, "getCallType"));
+    insert.Add(Encoded(process_, row, "getProblem"));
+    if (row.Has("hasDescription")) insert.Add(",", Encoded(process_, row, "getDescription"));
+    if (withCallType && row.Has("hasCallType")) insert.Add(",", Encoded(process_, row, "getCallType"));
     insert.Add(",0)");
   }
   CountInsert(insert);

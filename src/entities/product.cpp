@@ -1,17 +1,31 @@
 // Product: the installations of the ERP. Only generation 1 has the component, and its class is asked for under every
 // generation.
+#include "entities/passes.h"
+#include "entities/row_literals.h"
+#include "entities/sql_text.h"
 #include "job/clsDataCopy.h"
-#include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
 #include "process/labels.h"
 
 namespace zenqay {
 namespace {
 
-constexpr const char* kProductLabel = "STIT0090";
-constexpr const char* kErpLabel = "STIT0088";
+constexpr const char* kColumns[] = {"PRODUCT",     "DESCRIPTION", "SITE",         "CONTRACT", "EFFECTIVE_DATE",
+                                    "EXPIRY_DATE", "WARRANTY",    "WEXPIRY_DATE", "upd_flag"};
+
+constexpr EntitySource kSources[] = {
+    {kGeneration1, "Kv40QTMtssmaInstallations.InstallationsManager", "tssma102", "STIT0088", kColumns},
+};
+constexpr const EntitySource& kInstallations = kSources[0];
 
 }  // namespace
+
+const Entity clsDataCopy::kProduct = {
+    .name = "product",
+    .label = "STIT0090",
+    .sources = kSources,
+    .copy = &clsDataCopy::CopyProduct,
+};
 
 void clsDataCopy::CopyProduct(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
   if (SyncMethod == 1) CopyProductFull(TableName, KXWBusComponent);
@@ -20,51 +34,51 @@ void clsDataCopy::CopyProduct(const Text& TableName, const Text& KXWBusComponent
 
 void clsDataCopy::CopyProductFull(const Text& TableName, const Text& KXWBusComponent) {
   CopyFull(TableName, KXWBusComponent,
-           {.entityLabel = kProductLabel,
+           {.entity = kProduct,
             .open =
                 [this](ErpSource& erp) {
-                  erp.manager = Manager(process_.components.Create(kInstallationsManager1));
-                  erp.erpLabel = GetLabel(process_, kErpLabel);
+                  erp.manager = Manager(process_.components.Create(kInstallations.managerClass));
+                  erp.erpLabel = GetLabel(process_, kInstallations.erpLabel);
                 },
             .list = [](const Manager& products) { return products.List("", HighValueString(20)); },
             .apply = [&](const Row& row) { ApplyProductRow(row, TableName); }});
 }
 
 void clsDataCopy::CopyProductChanged(const Text& TableName, const Text& KXWBusComponent) {
-  CopyOnlyChanged(
-      TableName, KXWBusComponent,
-      {.entityLabel = kProductLabel,
-       .failureSource = "Product - Only Changed",
-       .known = {.tableCode = "tssma102", .erpLabel = GetLabel(process_, kErpLabel)},
-       .open = [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kInstallationsManager1)); },
-       .ranges = {{"cins", "", HighValueString(20)}},
-       .fields = {"cins", "desc", "cloc", "ccon", "cgua", "gdat", "sdat", "edat"},
-       .listing = "NetListInstallations",
-       .change =
-           [&](const Row& row, const Text& action) {
-             if (action != "D") return ApplyProductRow(row, TableName);
-             CountDelete(SqlText("DELETE FROM ", TableName, " WHERE PRODUCT= ", Encoded(row, "getInstallation")));
-           }});
+  OnlyChangedPass products = {
+      .entity = kProduct,
+      .failureSource = "Product - Only Changed",
+      .erp = {.tableCode = kInstallations.tableCode, .erpLabel = GetLabel(process_, kInstallations.erpLabel)},
+      .open =
+          [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kInstallations.managerClass)); },
+      .ranges = {{"cins", "", HighValueString(20)}},
+      .fields = {"cins", "desc", "cloc", "ccon", "cgua", "gdat", "sdat", "edat"},
+      .listing = "NetListInstallations"};
+  products.change = [&](const Row& row, const Text& action) {
+    if (action != "D") return ApplyProductRow(row, TableName);
+    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE PRODUCT= ", Encoded(process_, row, "getInstallation")));
+  };
+  CopyOnlyChanged(TableName, KXWBusComponent, products);
 }
 
 void clsDataCopy::ApplyProductRow(const Row& row, const Text& TableName) {
   SqlText update("UPDATE ", TableName, " SET ");
-  update.Add("PRODUCT = ", Encoded(row, "getInstallation"));
-  if (row.Has("hasDescription")) update.Add(", DESCRIPTION = ", Encoded(row, "getDescription"));
-  if (row.Has("hasLocation")) update.Add(", SITE = ", Encoded(row, "getLocation"));
+  update.Add("PRODUCT = ", Encoded(process_, row, "getInstallation"));
+  if (row.Has("hasDescription")) update.Add(", DESCRIPTION = ", Encoded(process_, row, "getDescription"));
+  if (row.Has("hasLocation")) update.Add(", SITE = ", Encoded(process_, row, "getLocation"));
   if (row.Has("hasContract")) {
     // A blank contract clears the column here; the insert below stores it as it comes.
     const bool blank = Trim(row.GetText("getContract")).empty();
-    update.Add(", CONTRACT = ", blank ? "NULL" : Encoded(row, "getContract"));
+    update.Add(", CONTRACT = ", blank ? "NULL" : Encoded(process_, row, "getContract"));
   }
   if (row.Has("hasMaintenanceStartDate")) {
     update.Add(", EFFECTIVE_DATE = ", EncodedDate(row, "getMaintenanceStartDate"));
   }
   if (row.Has("hasMaintenanceEndDate")) update.Add(", EXPIRY_DATE = ", EncodedDate(row, "getMaintenanceEndDate"));
-  if (row.Has("hasWarranty")) update.Add(", WARRANTY = ", Encoded(row, "getWarranty"));
+  if (row.Has("hasWarranty")) update.Add(", WARRANTY = ", Encoded(process_, row, "getWarranty"));
   if (row.Has("hasWarrantyExpiryDate")) update.Add(", WEXPIRY_DATE = ", EncodedDate(row, "getWarrantyExpiryDate"));
   update.Add(", upd_flag = 0 WHERE ");
-  update.Add("PRODUCT =", Encoded(row, "getInstallation"));
+  update.Add("PRODUCT =", Encoded(process_, row, "getInstallation"));
   if (CountUpdate(update)) return;
 
   SqlText insert("INSERT INTO ", TableName, " (PRODUCT ");
@@ -76,13 +90,13 @@ void clsDataCopy::ApplyProductRow(const Row& row, const Text& TableName) {
   if (row.Has("hasWarranty")) insert.Add(",WARRANTY ");
   if (row.Has("hasWarrantyExpiryDate")) insert.Add(",WEXPIRY_DATE ");
   insert.Add(",upd_flag )VALUES (");
-  insert.Add(Encoded(row, "getInstallation"));
-  if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
-  if (row.Has("hasLocation")) insert.Add(",", Encoded(row, "getLocation"));
-  if (row.Has("hasContract")) insert.Add(",", Encoded(row, "getContract"));
+  insert.Add(Encoded(process_, row, "getInstallation"));
+  if (row.Has("hasDescription")) insert.Add(",", Encoded(process_, row, "getDescription"));
+  if (row.Has("hasLocation")) insert.Add(",", Encoded(process_, row, "getLocation"));
+  if (row.Has("hasContract")) insert.Add(",", Encoded(process_, row, "getContract"));
   if (row.Has("hasMaintenanceStartDate")) insert.Add(",", EncodedDate(row, "getMaintenanceStartDate"));
   if (row.Has("hasMaintenanceEndDate")) insert.Add(",", EncodedDate(row, "getMaintenanceEndDate"));
-  if (row.Has("hasWarranty")) insert.Add(",", Encoded(row, "getWarranty"));
+  if (row.Has("hasWarranty")) insert.Add(",", Encoded(process_, row, "getWarranty"));
   if (row.Has("hasWarrantyExpiryDate")) insert.Add(",", EncodedDate(row, "getWarrantyExpiryDate"));
   insert.Add(",0)");
   CountInsert(insert);

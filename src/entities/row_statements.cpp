@@ -1,17 +1,9 @@
-// What all row operations share: a field's literal, and the statements that count.
+// What all row operations share: the statements that count.
 #include "base/numbers.h"
+#include "entities/sql_text.h"
 #include "job/clsDataCopy.h"
-#include "localdb/sql_literals.h"
 
 namespace zenqay {
-
-Text clsDataCopy::Encoded(const Row& row, std::string_view getX) const {
-  return EncodeSqlString(process_, row.GetText(getX));
-}
-
-Text clsDataCopy::EncodedDate(const Row& row, std::string_view getX) const {
-  return SQLEncodeForDate(row.Get(getX));
-}
 
 bool clsDataCopy::CountUpdate(const SqlText& update) {
   std::int16_t recordsAffected = 0;

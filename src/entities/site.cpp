@@ -1,13 +1,20 @@
 // Site: the locations, configurations or clusters of the ERP, by generation.
+#include "entities/passes.h"
+#include "entities/row_literals.h"
+#include "entities/sql_text.h"
 #include "job/clsDataCopy.h"
-#include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
-#include "process/labels.h"
 
 namespace zenqay {
 namespace {
 
-constexpr const char* kSiteLabel = "STIT0089";
+constexpr const char* kColumns[] = {"SITE", "DESCRIPTION", "CUSTOMER", "upd_flag"};
+
+constexpr EntitySource kSources[] = {
+    {kGeneration1, "Kv40QTMtssmaLocations.LocationsManager", "tssma110", "STIT0088", kColumns},
+    {kGeneration3, "Kv50QTMtscfgConfigurations.ConfigurationsManager", "tscfg220", "STIT0095", kColumns},
+    {kGeneration8, "Kv61QTMtsbscClusters.ClustersManager", "tsbsc100", "STIT0097", kColumns},
+};
 
 /// One local table, three ERP entities: what a row's fields are called.
 struct SiteAccessors {
@@ -34,31 +41,21 @@ const SiteAccessors* SiteAccessorsOf(const Text& generation) {
 
 }  // namespace
 
+const Entity clsDataCopy::kSite = {
+    .name = "site",
+    .label = "STIT0089",
+    .sources = kSources,
+    .copy = &clsDataCopy::CopySite,
+};
+
 void clsDataCopy::CopySite(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
   if (SyncMethod == 1) CopySiteFull(TableName, KXWBusComponent);
   if (SyncMethod == 2) CopySiteChanged(TableName, KXWBusComponent);
 }
 
-void clsDataCopy::OpenSites(ErpSource& erp) {
-  if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create(kLocationsManager1));
-    erp.tableCode = "tssma110";
-    erp.erpLabel = GetLabel(process_, "STIT0088");
-  } else if (process_.ErpGeneration == kGeneration3) {
-    erp.manager = Manager(process_.components.Create(kConfigurationsManager3));
-    erp.tableCode = "tscfg220";
-    erp.erpLabel = GetLabel(process_, "STIT0095");
-  } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create(kClustersManager8));
-    erp.tableCode = "tsbsc100";
-    erp.erpLabel = GetLabel(process_, "STIT0097");
-  }
-}
-
 void clsDataCopy::CopySiteFull(const Text& TableName, const Text& KXWBusComponent) {
   CopyFull(TableName, KXWBusComponent,
-           {.entityLabel = kSiteLabel,
-            .open = [this](ErpSource& erp) { OpenSites(erp); },
+           {.entity = kSite,
             .list =
                 [this](const Manager& sites) {
                   if (process_.ErpGeneration == kGeneration1) return sites.List("", HighValueString(10));
@@ -71,9 +68,7 @@ void clsDataCopy::CopySiteFull(const Text& TableName, const Text& KXWBusComponen
 }
 
 void clsDataCopy::CopySiteChanged(const Text& TableName, const Text& KXWBusComponent) {
-  OnlyChangedPass sites = {.entityLabel = kSiteLabel,
-                           .failureSource = "Site - Only Changed",
-                           .open = [this](ErpSource& erp) { OpenSites(erp); }};
+  OnlyChangedPass sites = {.entity = kSite, .failureSource = "Site - Only Changed"};
   if (process_.ErpGeneration == kGeneration1) {
     sites.ranges = {{"cloc", "", HighValueString(10)}};
     sites.fields = {"cloc", "cuno", "desc"};
@@ -90,7 +85,7 @@ void clsDataCopy::CopySiteChanged(const Text& TableName, const Text& KXWBusCompo
   sites.change = [&](const Row& row, const Text& action) {
     if (action != "D") return ApplySiteRow(row, TableName);
     const SiteAccessors* erp = SiteAccessorsOf(process_.ErpGeneration);
-    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE SITE=", Encoded(row, erp->getKey)));
+    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE SITE=", Encoded(process_, row, erp->getKey)));
   };
   CopyOnlyChanged(TableName, KXWBusComponent, sites);
 }
@@ -101,11 +96,11 @@ void clsDataCopy::ApplySiteRow(const Row& row, const Text& TableName) {
   SqlText update;
   if (erp != nullptr) {
     update.Add("UPDATE ", TableName, " SET ");
-    update.Add("SITE = ", Encoded(row, erp->getKey));
-    if (row.Has(erp->hasDescription)) update.Add(", DESCRIPTION = ", Encoded(row, erp->getDescription));
-    if (row.Has(erp->hasCustomer)) update.Add(", CUSTOMER = ", Encoded(row, erp->getCustomer));
+    update.Add("SITE = ", Encoded(process_, row, erp->getKey));
+    if (row.Has(erp->hasDescription)) update.Add(", DESCRIPTION = ", Encoded(process_, row, erp->getDescription));
+    if (row.Has(erp->hasCustomer)) update.Add(", CUSTOMER = ", Encoded(process_, row, erp->getCustomer));
     update.Add(", upd_flag = 0 WHERE ");
-    update.Add("SITE =", Encoded(row, erp->getKey));  // no blank: the statement stands as it is
+    update.Add("SITE =", Encoded(process_, row, erp->getKey));  // no blank: the statement stands as it is
   }
   if (CountUpdate(update)) return;
 
@@ -114,9 +109,9 @@ void clsDataCopy::ApplySiteRow(const Row& row, const Text& TableName) {
     insert.Add("INSERT INTO ", TableName, " (SITE ");
     if (row.Has(erp->hasDescription)) insert.Add(",DESCRIPTION ");
     if (row.Has(erp->hasCustomer)) insert.Add(",CUSTOMER");
-    insert.Add(",upd_flag )VALUES (", Encoded(row, erp->getKey));
-    if (row.Has(erp->hasDescription)) insert.Add(",", Encoded(row, erp->getDescription));
-    if (row.Has(erp->hasCustomer)) insert.Add(",", Encoded(row, erp->getCustomer));
+    insert.Add(",upd_flag )VALUES (", Encoded(process_, row, erp->getKey));
+    if (row.Has(erp->hasDescription)) insert.Add(",", Encoded(process_, row, erp->getDescription));
+    if (row.Has(erp->hasCustomer)) insert.Add(",", Encoded(process_, row, erp->getCustomer));
     insert.Add(",0)");
   }
   CountInsert(insert);

@@ -1,15 +1,25 @@
 // Site contract: the lines that tie a contract to what it covers. Generation 3 knows a site, a contract, a term and a
 // line; generation 8 a site, a contract, an object with its serial number and a term. Generation 1 has no component.
 #include "base/numbers.h"
+#include "entities/passes.h"
+#include "entities/row_literals.h"
+#include "entities/sql_text.h"
 #include "job/clsDataCopy.h"
-#include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
-#include "process/labels.h"
 
 namespace zenqay {
 namespace {
 
-constexpr const char* kSiteContractLabel = "STIT0098";
+constexpr const char* kColumns3[] = {"SITE", "CONTRACT", "TERM", "LINE", "EFFECTIVE_DATE", "EXPIRY_DATE", "upd_flag"};
+constexpr const char* kColumns8[] = {"SITE", "CONTRACT",       "OBJECT",      "OBJECTNR",
+                                     "TERM", "EFFECTIVE_DATE", "EXPIRY_DATE", "upd_flag"};
+
+constexpr EntitySource kSources[] = {
+    {kGeneration3, "Kv50QTMtsctmContractConfigurationLines.ContractConfigurationLinesManager", "tsctm310", "STIT0095",
+     kColumns3},
+    {kGeneration8, "Kv61QTMtsctmContractConfigurationLines.ContractConfigurationLinesManager", "tsctm110", "STIT0097",
+     kColumns8},
+};
 
 // Ranges of the numeric keys.
 constexpr std::int16_t kLowest = 0;
@@ -19,49 +29,153 @@ constexpr std::int16_t kHighestChangedLine3 = 99;
 constexpr std::int16_t kHighest8 = 999;
 
 Text Terms(const Row& row) {
-  return row.Has("hasContractTerms") ? row.GetText("getContractTerms") : "0";
+  return row.Has("hasContractTerms") ? row.GetJoined("getContractTerms") : "0";
 }
 
 Text Line(const Row& row) {
-  return row.Has("hasLine") ? row.GetText("getLine") : "0";
+  return row.Has("hasLine") ? row.GetJoined("getLine") : "0";
 }
 
-/// A value of generation 8 that may be unknown; it is then compared with NULL by an equals sign, which no row meets.
-Text EncodedOrNull(const modDeclarations& process, const Row& row, std::string_view hasX, std::string_view getX) {
-  return row.Has(hasX) ? EncodeSqlString(process, row.GetText(getX)) : "NULL";
+SqlText Update3(const modDeclarations& process, const Row& row, const Text& TableName) {
+  SqlText update("UPDATE ", TableName, " SET ");
+  update.Add("SITE = ", Encoded(process, row, "getConfiguration"));
+  if (row.Has("hasServiceContract")) update.Add(", CONTRACT = ", Encoded(process, row, "getServiceContract"));
+  update.Add(", TERM = ", Terms(row));
+  update.Add(", LINE = ", Line(row));
+  if (row.Has("hasEffectiveDate")) update.Add(", EFFECTIVE_DATE = ", EncodedDate(row, "getEffectiveDate"));
+  if (row.Has("hasExpiryDate")) update.Add(", EXPIRY_DATE = ", EncodedDate(row, "getExpiryDate"));
+  update.Add(", upd_flag = 0 WHERE ");
+  // A line that moved to another site is found by the site that it had.
+  if (!row.Has("hasContractConfigurationLines")) {
+    update.Add("SITE =", Encoded(process, row, "getConfiguration"));
+  } else if (Row(row.Get("getContractConfigurationLines").AsObject()).Has("hasConfiguration")) {
+    const Row oldValues(row.Get("getContractConfigurationLines").AsObject());
+    update.Add("SITE =", Encoded(process, oldValues, "getConfiguration"));
+  } else {
+    update.Add("SITE  =", Encoded(process, row, "getConfiguration"));
+  }
+  update.Add(" AND CONTRACT =", Encoded(process, row, "getServiceContract"));
+  update.Add("AND TERM = ", Terms(row));  // right behind the closing quote
+  update.Add("AND LINE = ", Line(row));   // right behind the last digit
+  return update;
 }
 
-Text SiteText(const modDeclarations& process, const Row& row) {
-  return EncodedOrNull(process, row, "hasCluster", "getCluster");
+SqlText Insert3(const modDeclarations& process, const Row& row, const Text& TableName) {
+  SqlText insert("INSERT INTO ", TableName);
+  insert.Add(" (SITE ");
+  if (row.Has("hasServiceContract")) insert.Add(",CONTRACT ");
+  insert.Add(", TERM ");
+  insert.Add(", LINE ");
+  if (row.Has("hasEffectiveDate")) insert.Add(",EFFECTIVE_DATE ");
+  if (row.Has("hasExpiryDate")) insert.Add(",EXPIRY_DATE ");
+  insert.Add(",upd_flag )VALUES (", Encoded(process, row, "getConfiguration"));
+  if (row.Has("hasServiceContract")) insert.Add(",", Encoded(process, row, "getServiceContract"));
+  insert.Add(",", Terms(row));
+  insert.Add(",", Line(row));
+  if (row.Has("hasEffectiveDate")) insert.Add(",", EncodedDate(row, "getEffectiveDate"));
+  if (row.Has("hasExpiryDate")) insert.Add(",", EncodedDate(row, "getExpiryDate"));
+  insert.Add(",0)");
+  return insert;
 }
 
-Text ObjectText(const modDeclarations& process, const Row& row) {
-  return EncodedOrNull(process, row, "hasItem", "getItem");
+SqlText Update8(const modDeclarations& process, const Row& row, const Text& TableName) {
+  const ClusterItemKey key(process, row);
+  SqlText update("UPDATE ", TableName, " SET ");
+  update.Add("SITE = ", key.site);
+  if (row.Has("hasServiceContract1")) update.Add(", CONTRACT = ", Encoded(process, row, "getServiceContract1"));
+  update.Add(", OBJECT = ", key.object);
+  if (row.Has("hasSerialNumber")) update.Add(", OBJECTNR = ", Encoded(process, row, "getSerialNumber"));
+  update.Add(", TERM = ", Terms(row));
+  if (row.Has("hasEffectiveDate")) update.Add(", EFFECTIVE_DATE = ", EncodedDate(row, "getEffectiveDate"));
+  if (row.Has("hasExpiryDate")) update.Add(", EXPIRY_DATE = ", EncodedDate(row, "getExpiryDate"));
+  update.Add(", upd_flag = 0 WHERE ");
+  update.Add("SITE =", key.site);
+  update.Add(" AND CONTRACT =", Encoded(process, row, "getServiceContract1"));  // the match asks no gate
+  update.Add(" AND OBJECT =", key.object);
+  update.Add(" AND OBJECTNR =", Encoded(process, row, "getSerialNumber"));
+  update.Add("AND TERM = ", Terms(row));
+  return update;
 }
+
+SqlText Insert8(const modDeclarations& process, const Row& row, const Text& TableName) {
+  const ClusterItemKey key(process, row);
+  SqlText insert("INSERT INTO ", TableName);
+  insert.Add(" (SITE ");
+  if (row.Has("hasServiceContract1")) insert.Add(",CONTRACT ");
+  insert.Add(",OBJECT ");
+  if (row.Has("hasSerialNumber")) insert.Add(",OBJECTNR ");
+  insert.Add(",TERM ");
+  if (row.Has("hasEffectiveDate")) insert.Add(",EFFECTIVE_DATE ");
+  if (row.Has("hasExpiryDate")) insert.Add(",EXPIRY_DATE ");
+  insert.Add(",upd_flag )VALUES (", key.site);
+  if (row.Has("hasServiceContract1")) insert.Add(",", Encoded(process, row, "getServiceContract1"));
+  insert.Add(",", key.object);
+  if (row.Has("hasSerialNumber")) insert.Add(",", Encoded(process, row, "getSerialNumber"));
+  insert.Add(",", Terms(row));
+  if (row.Has("hasEffectiveDate")) insert.Add(",", EncodedDate(row, "getEffectiveDate"));
+  if (row.Has("hasExpiryDate")) insert.Add(",", EncodedDate(row, "getExpiryDate"));
+  insert.Add(",0)");
+  return insert;
+}
+
+/// Every term and line of the contract at the site, not only the line that the row names.
+SqlText Deletion3(const modDeclarations& process, const Row& row, const Text& TableName) {
+  SqlText deletion("DELETE FROM ", TableName);
+  deletion.Add(" WHERE SITE = ", Encoded(process, row, "getConfiguration"));
+  deletion.Add(" AND CONTRACT =", Encoded(process, row, "getServiceContract"));
+  return deletion;
+}
+
+SqlText Deletion8(const modDeclarations& process, const Row& row, const Text& TableName) {
+  const ClusterItemKey key(process, row);
+  SqlText deletion("DELETE FROM ", TableName);
+  deletion.Add(" WHERE SITE=", key.site);
+  deletion.Add(" AND OBJECT =", key.object);
+  if (row.Has("hasSerialNumber")) deletion.Add(" AND OBJECTNR =", Encoded(process, row, "getSerialNumber"));
+  deletion.Add(" AND TERM =", Terms(row));
+  return deletion;
+}
+
+/// The change rows of generation 3 come without their term: it is asked for by the row's own contract and line, on the
+/// manager whose change listing is still open. With several terms the last one stays.
+class TermsLookup {
+ public:
+  void Complete(const Row& row, const Manager& siteContracts) {
+    const Value fromContract = row.Get("getServiceContract");
+    const Value toContract = row.Get("getServiceContract");
+    const Value fromLine = row.Get("getLine");
+    const Value toLine = row.Get("getLine");
+    terms_ = siteContracts.List(fromContract, toContract, kLowest, kHighestTerm3, fromLine, toLine);
+    while (terms_.HasMoreElements()) {
+      element_ = terms_.NextElement();
+      const Value term = element_.Get("getContractTerms");
+      row.object().Call("setContractTerms", term);
+    }
+  }
+
+ private:
+  // Kept until the next row's, and to the end of the pass.
+  Enumeration terms_;
+  Row element_;
+};
 
 }  // namespace
+
+const Entity clsDataCopy::kSiteContract = {
+    .name = "sitecontract",
+    .label = "STIT0098",
+    .sources = kSources,
+    .copy = &clsDataCopy::CopySiteContract,
+};
 
 void clsDataCopy::CopySiteContract(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
   if (SyncMethod == 1) CopySiteContractFull(TableName, KXWBusComponent);
   if (SyncMethod == 2) CopySiteContractChanged(TableName, KXWBusComponent);
 }
 
-void clsDataCopy::OpenSiteContracts(ErpSource& erp) {
-  if (process_.ErpGeneration == kGeneration3) {
-    erp.manager = Manager(process_.components.Create(kContractConfigurationLinesManager3));
-    erp.tableCode = "tsctm310";
-    erp.erpLabel = GetLabel(process_, "STIT0095");
-  } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create(kContractConfigurationLinesManager8));
-    erp.tableCode = "tsctm110";
-    erp.erpLabel = GetLabel(process_, "STIT0097");
-  }
-}
-
 void clsDataCopy::CopySiteContractFull(const Text& TableName, const Text& KXWBusComponent) {
   CopyFull(TableName, KXWBusComponent,
-           {.entityLabel = kSiteContractLabel,
-            .open = [this](ErpSource& erp) { OpenSiteContracts(erp); },
+           {.entity = kSiteContract,
             .list =
                 [this](const Manager& lines) {
                   if (process_.ErpGeneration == kGeneration3) {
@@ -74,14 +188,8 @@ void clsDataCopy::CopySiteContractFull(const Text& TableName, const Text& KXWBus
 }
 
 void clsDataCopy::CopySiteContractChanged(const Text& TableName, const Text& KXWBusComponent) {
-  Manager siteContracts;
-  OnlyChangedPass lines = {.entityLabel = kSiteContractLabel,
+  OnlyChangedPass lines = {.entity = kSiteContract,
                            .failureSource = "SiteContracts - Only Changed",
-                           .open =
-                               [&](ErpSource& erp) {
-                                 OpenSiteContracts(erp);
-                                 siteContracts = erp.manager;
-                               },
                            .parameterCount = 2,
                            .listing = "NetListContractConfigurationLines"};
   if (process_.ErpGeneration == kGeneration3) {
@@ -92,139 +200,26 @@ void clsDataCopy::CopySiteContractChanged(const Text& TableName, const Text& KXW
     lines.ranges = {{"term", kLowest, "9999"}, {"cfln", "0", "99"}};
     lines.fields = {"clst", "csco", "item", "sern", "efdt", "exdt"};
   }
+  TermsLookup terms;
   lines.change = [&](const Row& row, const Text& action) {
-    if (action == "D") return DeleteSiteContract(row, TableName);
-    if (process_.ErpGeneration == kGeneration3) LookUpTerms(siteContracts, row);
-    ApplySiteContractRow(row, TableName);
+    const bool isGeneration3 = process_.ErpGeneration == kGeneration3;
+    if (action != "D") {
+      if (isGeneration3) terms.Complete(row, lines.erp.manager);
+      return ApplySiteContractRow(row, TableName);
+    }
+    const SqlText deletion = isGeneration3 ? Deletion3(process_, row, TableName) : Deletion8(process_, row, TableName);
+    Text recordsAffected;
+    process_.LocalConnection->Execute(deletion.text(), recordsAffected);
+    // Counts the rows that went, unlike every other entity.
+    dcount = CheckedAdd(dcount, RoundToInt32(ToDouble(recordsAffected)));
   };
   CopyOnlyChanged(TableName, KXWBusComponent, lines);
 }
 
-/// The change rows of generation 3 come without their term: it is asked for by the row's own contract and line, on the
-/// manager whose change listing is still open. With several terms the last one stays.
-void clsDataCopy::LookUpTerms(const Manager& siteContracts, const Row& row) {
-  const Value fromContract = row.Get("getServiceContract");
-  const Value toContract = row.Get("getServiceContract");
-  const Value fromLine = row.Get("getLine");
-  const Value toLine = row.Get("getLine");
-  const Enumeration terms = siteContracts.List(fromContract, toContract, kLowest, kHighestTerm3, fromLine, toLine);
-  while (terms.HasMoreElements()) {
-    const Row element = terms.NextElement();
-    const Value term = element.Get("getContractTerms");
-    row.object().Call("setContractTerms", term);
-  }
-}
-
-/// Counts the rows that went, unlike every other entity.
-void clsDataCopy::DeleteSiteContract(const Row& row, const Text& TableName) {
-  SqlText deletion;
-  if (process_.ErpGeneration == kGeneration3) {
-    // Every term and line of the contract at the site, not only the line that the row names.
-    deletion.Add("DELETE FROM ", TableName);
-    deletion.Add(" WHERE SITE = ", Encoded(row, "getConfiguration"));
-    deletion.Add(" AND CONTRACT =", Encoded(row, "getServiceContract"));
-  } else if (process_.ErpGeneration == kGeneration8) {
-    const Text site = SiteText(process_, row);
-    const Text object = ObjectText(process_, row);
-    deletion.Add("DELETE FROM ", TableName);
-    deletion.Add(" WHERE SITE=", site);
-    deletion.Add(" AND OBJECT =", object);
-    if (row.Has("hasSerialNumber")) deletion.Add(" AND OBJECTNR =", Encoded(row, "getSerialNumber"));
-    deletion.Add(" AND TERM =", Terms(row));
-  }
-  Text recordsAffected;
-  process_.LocalConnection->Execute(deletion.text(), recordsAffected);
-  dcount = CheckedAdd(dcount, RoundToInt32(ToDouble(recordsAffected)));
-}
-
 void clsDataCopy::ApplySiteContractRow(const Row& row, const Text& TableName) {
   const bool isGeneration3 = process_.ErpGeneration == kGeneration3;
-  if (CountUpdate(isGeneration3 ? SiteContractUpdate3(row, TableName) : SiteContractUpdate8(row, TableName))) return;
-  CountInsert(isGeneration3 ? SiteContractInsert3(row, TableName) : SiteContractInsert8(row, TableName));
-}
-
-SqlText clsDataCopy::SiteContractUpdate3(const Row& row, const Text& TableName) const {
-  SqlText update("UPDATE ", TableName, " SET ");
-  update.Add("SITE = ", Encoded(row, "getConfiguration"));
-  if (row.Has("hasServiceContract")) update.Add(", CONTRACT = ", Encoded(row, "getServiceContract"));
-  update.Add(", TERM = ", Terms(row));
-  update.Add(", LINE = ", Line(row));
-  if (row.Has("hasEffectiveDate")) update.Add(", EFFECTIVE_DATE = ", EncodedDate(row, "getEffectiveDate"));
-  if (row.Has("hasExpiryDate")) update.Add(", EXPIRY_DATE = ", EncodedDate(row, "getExpiryDate"));
-  update.Add(", upd_flag = 0 WHERE ");
-  // A line that moved to another site is found by the site that it had.
-  if (!row.Has("hasContractConfigurationLines")) {
-    update.Add("SITE =", Encoded(row, "getConfiguration"));
-  } else if (Row(row.Get("getContractConfigurationLines").AsObject()).Has("hasConfiguration")) {
-    const Row oldValues(row.Get("getContractConfigurationLines").AsObject());
-    update.Add("SITE =", Encoded(oldValues, "getConfiguration"));
-  } else {
-    update.Add("SITE  =", Encoded(row, "getConfiguration"));
-  }
-  update.Add(" AND CONTRACT =", Encoded(row, "getServiceContract"));
-  update.Add("AND TERM = ", Terms(row));  // right behind the closing quote
-  update.Add("AND LINE = ", Line(row));   // right behind the last digit
-  return update;
-}
-
-SqlText clsDataCopy::SiteContractInsert3(const Row& row, const Text& TableName) const {
-  SqlText insert("INSERT INTO ", TableName);
-  insert.Add(" (SITE ");
-  if (row.Has("hasServiceContract")) insert.Add(",CONTRACT ");
-  insert.Add(", TERM ");
-  insert.Add(", LINE ");
-  if (row.Has("hasEffectiveDate")) insert.Add(",EFFECTIVE_DATE ");
-  if (row.Has("hasExpiryDate")) insert.Add(",EXPIRY_DATE ");
-  insert.Add(",upd_flag )VALUES (", Encoded(row, "getConfiguration"));
-  if (row.Has("hasServiceContract")) insert.Add(",", Encoded(row, "getServiceContract"));
-  insert.Add(",", Terms(row));
-  insert.Add(",", Line(row));
-  if (row.Has("hasEffectiveDate")) insert.Add(",", EncodedDate(row, "getEffectiveDate"));
-  if (row.Has("hasExpiryDate")) insert.Add(",", EncodedDate(row, "getExpiryDate"));
-  insert.Add(",0)");
-  return insert;
-}
-
-SqlText clsDataCopy::SiteContractUpdate8(const Row& row, const Text& TableName) const {
-  const Text site = SiteText(process_, row);
-  const Text object = ObjectText(process_, row);
-  SqlText update("UPDATE ", TableName, " SET ");
-  update.Add("SITE = ", site);
-  if (row.Has("hasServiceContract1")) update.Add(", CONTRACT = ", Encoded(row, "getServiceContract1"));
-  update.Add(", OBJECT = ", object);
-  if (row.Has("hasSerialNumber")) update.Add(", OBJECTNR = ", Encoded(row, "getSerialNumber"));
-  update.Add(", TERM = ", Terms(row));
-  if (row.Has("hasEffectiveDate")) update.Add(", EFFECTIVE_DATE = ", EncodedDate(row, "getEffectiveDate"));
-  if (row.Has("hasExpiryDate")) update.Add(", EXPIRY_DATE = ", EncodedDate(row, "getExpiryDate"));
-  update.Add(", upd_flag = 0 WHERE ");
-  update.Add("SITE =", site);
-  update.Add(" AND CONTRACT =", Encoded(row, "getServiceContract1"));  // the match asks no gate
-  update.Add(" AND OBJECT =", object);
-  update.Add(" AND OBJECTNR =", Encoded(row, "getSerialNumber"));
-  update.Add("AND TERM = ", Terms(row));
-  return update;
-}
-
-SqlText clsDataCopy::SiteContractInsert8(const Row& row, const Text& TableName) const {
-  const Text site = SiteText(process_, row);
-  const Text object = ObjectText(process_, row);
-  SqlText insert("INSERT INTO ", TableName);
-  insert.Add(" (SITE ");
-  if (row.Has("hasServiceContract1")) insert.Add(",CONTRACT ");
-  insert.Add(",OBJECT ");
-  if (row.Has("hasSerialNumber")) insert.Add(",OBJECTNR ");
-  insert.Add(",TERM ");
-  if (row.Has("hasEffectiveDate")) insert.Add(",EFFECTIVE_DATE ");
-  if (row.Has("hasExpiryDate")) insert.Add(",EXPIRY_DATE ");
-  insert.Add(",upd_flag )VALUES (", site);
-  if (row.Has("hasServiceContract1")) insert.Add(",", Encoded(row, "getServiceContract1"));
-  insert.Add(",", object);
-  if (row.Has("hasSerialNumber")) insert.Add(",", Encoded(row, "getSerialNumber"));
-  insert.Add(",", Terms(row));
-  if (row.Has("hasEffectiveDate")) insert.Add(",", EncodedDate(row, "getEffectiveDate"));
-  if (row.Has("hasExpiryDate")) insert.Add(",", EncodedDate(row, "getExpiryDate"));
-  insert.Add(",0)");
-  return insert;
+  if (CountUpdate(isGeneration3 ? Update3(process_, row, TableName) : Update8(process_, row, TableName))) return;
+  CountInsert(isGeneration3 ? Insert3(process_, row, TableName) : Insert8(process_, row, TableName));
 }
 
 }  // namespace zenqay

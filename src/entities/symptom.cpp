@@ -1,17 +1,30 @@
 // Symptom: only generation 1 has the component. The passes ask for it under every generation; the row operation alone
 // looks at the generation, and under another one its statements stay empty.
+#include "entities/passes.h"
+#include "entities/row_literals.h"
+#include "entities/sql_text.h"
 #include "job/clsDataCopy.h"
-#include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
 #include "process/labels.h"
 
 namespace zenqay {
 namespace {
 
-constexpr const char* kSymptomLabel = "STIT0092";
-constexpr const char* kErpLabel = "STIT0088";
+constexpr const char* kColumns[] = {"SYMPTOM", "DESCRIPTION", "upd_flag"};
+
+constexpr EntitySource kSources[] = {
+    {kGeneration1, "Kv40QTMtsspfSymptoms.SymptomsManager", "tsspf101", "STIT0088", kColumns},
+};
+constexpr const EntitySource& kSymptoms = kSources[0];
 
 }  // namespace
+
+const Entity clsDataCopy::kSymptom = {
+    .name = "symptom",
+    .label = "STIT0092",
+    .sources = kSources,
+    .copy = &clsDataCopy::CopySymptom,
+};
 
 void clsDataCopy::CopySymptom(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
   if (SyncMethod == 1) CopySymptomFull(TableName, KXWBusComponent);
@@ -20,41 +33,40 @@ void clsDataCopy::CopySymptom(const Text& TableName, const Text& KXWBusComponent
 
 void clsDataCopy::CopySymptomFull(const Text& TableName, const Text& KXWBusComponent) {
   CopyFull(TableName, KXWBusComponent,
-           {.entityLabel = kSymptomLabel,
+           {.entity = kSymptom,
             .open =
                 [this](ErpSource& erp) {
-                  erp.manager = Manager(process_.components.Create(kSymptomsManager1));
-                  erp.erpLabel = GetLabel(process_, kErpLabel);
+                  erp.manager = Manager(process_.components.Create(kSymptoms.managerClass));
+                  erp.erpLabel = GetLabel(process_, kSymptoms.erpLabel);
                 },
             .list = [](const Manager& symptoms) { return symptoms.List("", HighValueString(10)); },
             .apply = [&](const Row& row) { ApplySymptomRow(row, TableName); }});
 }
 
 void clsDataCopy::CopySymptomChanged(const Text& TableName, const Text& KXWBusComponent) {
-  CopyOnlyChanged(
-      TableName, KXWBusComponent,
-      {.entityLabel = kSymptomLabel,
-       .failureSource = "Symptoms - Only Changed",
-       .known = {.tableCode = "tsspf101", .erpLabel = GetLabel(process_, kErpLabel)},
-       .open = [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kSymptomsManager1)); },
-       .ranges = {{"csym", "", HighValueString(10)}},
-       .fields = {"csym", "desc"},
-       .listing = "NetListSymptoms",
-       .change =
-           [&](const Row& row, const Text& action) {
-             if (action != "D") return ApplySymptomRow(row, TableName);
-             CountDelete(SqlText("DELETE FROM ", TableName, " WHERE SYMPTOM = ", Encoded(row, "getSymptom")));
-           }});
+  OnlyChangedPass symptoms = {
+      .entity = kSymptom,
+      .failureSource = "Symptoms - Only Changed",
+      .erp = {.tableCode = kSymptoms.tableCode, .erpLabel = GetLabel(process_, kSymptoms.erpLabel)},
+      .open = [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kSymptoms.managerClass)); },
+      .ranges = {{"csym", "", HighValueString(10)}},
+      .fields = {"csym", "desc"},
+      .listing = "NetListSymptoms"};
+  symptoms.change = [&](const Row& row, const Text& action) {
+    if (action != "D") return ApplySymptomRow(row, TableName);
+    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE SYMPTOM = ", Encoded(process_, row, "getSymptom")));
+  };
+  CopyOnlyChanged(TableName, KXWBusComponent, symptoms);
 }
 
 void clsDataCopy::ApplySymptomRow(const Row& row, const Text& TableName) {
   SqlText update;
   if (process_.ErpGeneration == kGeneration1) {
     update.Add("UPDATE ", TableName, " SET ");
-    update.Add("SYMPTOM = ", Encoded(row, "getSymptom"));
-    if (row.Has("hasDescription")) update.Add(", DESCRIPTION = ", Encoded(row, "getDescription"));
+    update.Add("SYMPTOM = ", Encoded(process_, row, "getSymptom"));
+    if (row.Has("hasDescription")) update.Add(", DESCRIPTION = ", Encoded(process_, row, "getDescription"));
     update.Add(", upd_flag = 0 WHERE ");
-    update.Add("SYMPTOM =", Encoded(row, "getSymptom"));
+    update.Add("SYMPTOM =", Encoded(process_, row, "getSymptom"));
   }
   if (CountUpdate(update)) return;
 
@@ -63,8 +75,8 @@ void clsDataCopy::ApplySymptomRow(const Row& row, const Text& TableName) {
     insert.Add("INSERT INTO ", TableName, " (SYMPTOM ");
     if (row.Has("hasDescription")) insert.Add(",DESCRIPTION ");
     insert.Add(",upd_flag )VALUES (");
-    insert.Add(Encoded(row, "getSymptom"));
-    if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
+    insert.Add(Encoded(process_, row, "getSymptom"));
+    if (row.Has("hasDescription")) insert.Add(",", Encoded(process_, row, "getDescription"));
     insert.Add(",0)");
   }
   CountInsert(insert);

@@ -1,42 +1,42 @@
 // Warranty: the terms of a warranty, whose periods only generations 3 and 8 have.
+#include "entities/passes.h"
+#include "entities/row_literals.h"
+#include "entities/sql_text.h"
 #include "job/clsDataCopy.h"
-#include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
-#include "process/labels.h"
 
 namespace zenqay {
 namespace {
 
-constexpr const char* kWarrantyLabel = "STIT0099";
+constexpr const char* kColumns1[] = {"WARRANTY", "WDESCRIPTION", "upd_flag"};
+constexpr const char* kColumns[] = {"WARRANTY",    "WDESCRIPTION",  "NUMBER_OF_PERIODS",
+                                    "PERIOD_UNIT", "WARRANTY_TYPE", "upd_flag"};
+
+constexpr EntitySource kSources[] = {
+    {kGeneration1, "Kv40QTMtssmaWarranties.WarrantiesManager", "tssma130", "STIT0088", kColumns1},
+    // The table stands in another module than the class.
+    {kGeneration3, "Kv50QTMtsctmWarranties.WarrantiesManager", "tscfg020", "STIT0095", kColumns,
+     /*isFollowedByWarrantyExpiry=*/true},
+    {kGeneration8, "Kv61QTMtsctmWarranties.WarrantiesManager", "tsctm020", "STIT0097", kColumns},
+};
 
 }  // namespace
+
+const Entity clsDataCopy::kWarranty = {
+    .name = "warranties",
+    .label = "STIT0099",
+    .sources = kSources,
+    .copy = &clsDataCopy::CopyWarranty,
+};
 
 void clsDataCopy::CopyWarranty(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
   if (SyncMethod == 1) CopyWarrantyFull(TableName, KXWBusComponent);
   if (SyncMethod == 2) CopyWarrantyChanged(TableName, KXWBusComponent);
 }
 
-void clsDataCopy::OpenWarranties(ErpSource& erp) {
-  if (process_.ErpGeneration == kGeneration1) {
-    erp.manager = Manager(process_.components.Create(kWarrantiesManager1));
-    erp.tableCode = "tssma130";
-    erp.erpLabel = GetLabel(process_, "STIT0088");
-  } else if (process_.ErpGeneration == kGeneration3) {
-    // The table stands in another module than the class.
-    erp.manager = Manager(process_.components.Create(kWarrantiesManager3));
-    erp.tableCode = "tscfg020";
-    erp.erpLabel = GetLabel(process_, "STIT0095");
-  } else if (process_.ErpGeneration == kGeneration8) {
-    erp.manager = Manager(process_.components.Create(kWarrantiesManager8));
-    erp.tableCode = "tsctm020";
-    erp.erpLabel = GetLabel(process_, "STIT0097");
-  }
-}
-
 void clsDataCopy::CopyWarrantyFull(const Text& TableName, const Text& KXWBusComponent) {
   CopyFull(TableName, KXWBusComponent,
-           {.entityLabel = kWarrantyLabel,
-            .open = [this](ErpSource& erp) { OpenWarranties(erp); },
+           {.entity = kWarranty,
             .list =
                 [this](const Manager& warranties) {
                   return warranties.List("", HighValueString(process_.ErpGeneration == kGeneration1 ? 3 : 16));
@@ -45,10 +45,8 @@ void clsDataCopy::CopyWarrantyFull(const Text& TableName, const Text& KXWBusComp
 }
 
 void clsDataCopy::CopyWarrantyChanged(const Text& TableName, const Text& KXWBusComponent) {
-  OnlyChangedPass warranties = {.entityLabel = kWarrantyLabel,
-                                .failureSource = "Warranties - Only Changed",
-                                .open = [this](ErpSource& erp) { OpenWarranties(erp); },
-                                .listing = "NetListWarranties"};
+  OnlyChangedPass warranties = {
+      .entity = kWarranty, .failureSource = "Warranties - Only Changed", .listing = "NetListWarranties"};
   if (process_.ErpGeneration == kGeneration1) {
     warranties.ranges = {{"cgua", "", HighValueString(3)}};
     warranties.fields = {"cgua", "desc"};
@@ -58,7 +56,7 @@ void clsDataCopy::CopyWarrantyChanged(const Text& TableName, const Text& KXWBusC
   }
   warranties.change = [&](const Row& row, const Text& action) {
     if (action != "D") return ApplyWarrantyRow(row, TableName);
-    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE WARRANTY=", Encoded(row, "getWarranty")));
+    CountDelete(SqlText("DELETE FROM ", TableName, " WHERE WARRANTY=", Encoded(process_, row, "getWarranty")));
   };
   CopyOnlyChanged(TableName, KXWBusComponent, warranties);
 }
@@ -67,15 +65,15 @@ void clsDataCopy::ApplyWarrantyRow(const Row& row, const Text& TableName) {
   const bool hasPeriods = process_.ErpGeneration == kGeneration3 || process_.ErpGeneration == kGeneration8;
 
   SqlText update("UPDATE ", TableName, " SET ");
-  update.Add("WARRANTY = ", Encoded(row, "getWarranty"));
-  if (row.Has("hasDescription")) update.Add(", WDESCRIPTION = ", Encoded(row, "getDescription"));
+  update.Add("WARRANTY = ", Encoded(process_, row, "getWarranty"));
+  if (row.Has("hasDescription")) update.Add(", WDESCRIPTION = ", Encoded(process_, row, "getDescription"));
   if (hasPeriods && row.Has("hasNumberOfPeriods")) {
-    update.Add(", NUMBER_OF_PERIODS = ", row.GetText("getNumberOfPeriods"));
+    update.Add(", NUMBER_OF_PERIODS = ", row.GetJoined("getNumberOfPeriods"));
   }
-  if (hasPeriods && row.Has("hasPeriodUnit")) update.Add(", PERIOD_UNIT = ", row.GetText("getPeriodUnit"));
-  if (hasPeriods && row.Has("hasWarrantyType")) update.Add(", WARRANTY_TYPE = ", row.GetText("getWarrantyType"));
+  if (hasPeriods && row.Has("hasPeriodUnit")) update.Add(", PERIOD_UNIT = ", row.GetJoined("getPeriodUnit"));
+  if (hasPeriods && row.Has("hasWarrantyType")) update.Add(", WARRANTY_TYPE = ", row.GetJoined("getWarrantyType"));
   update.Add(", upd_flag = 0 WHERE ");
-  update.Add("WARRANTY =", Encoded(row, "getWarranty"));
+  update.Add("WARRANTY =", Encoded(process_, row, "getWarranty"));
   if (CountUpdate(update)) return;
 
   SqlText insert("INSERT INTO ", TableName, " (WARRANTY ");
@@ -85,11 +83,11 @@ void clsDataCopy::ApplyWarrantyRow(const Row& row, const Text& TableName) {
   }
   if (hasPeriods && row.Has("hasPeriodUnit")) insert.Add(", PERIOD_UNIT ");
   if (hasPeriods && row.Has("hasWarrantyType")) insert.Add(", WARRANTY_TYPE ");
-  insert.Add(",upd_flag )VALUES (", Encoded(row, "getWarranty"));
-  if (row.Has("hasDescription")) insert.Add(",", Encoded(row, "getDescription"));
-  if (hasPeriods && row.Has("hasNumberOfPeriods")) insert.Add(",", row.GetText("getNumberOfPeriods"));
-  if (hasPeriods && row.Has("hasPeriodUnit")) insert.Add(",", row.GetText("getPeriodUnit"));
-  if (hasPeriods && row.Has("hasWarrantyType")) insert.Add(",", row.GetText("getWarrantyType"));
+  insert.Add(",upd_flag )VALUES (", Encoded(process_, row, "getWarranty"));
+  if (row.Has("hasDescription")) insert.Add(",", Encoded(process_, row, "getDescription"));
+  if (hasPeriods && row.Has("hasNumberOfPeriods")) insert.Add(",", row.GetJoined("getNumberOfPeriods"));
+  if (hasPeriods && row.Has("hasPeriodUnit")) insert.Add(",", row.GetJoined("getPeriodUnit"));
+  if (hasPeriods && row.Has("hasWarrantyType")) insert.Add(",", row.GetJoined("getWarrantyType"));
   insert.Add(",0)");
   CountInsert(insert);
 }

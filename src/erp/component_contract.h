@@ -11,17 +11,21 @@ namespace zenqay {
 /// One record of a listing. A field is asked for anew at each use; nothing is kept between two answers.
 class Row {
  public:
+  Row() = default;
   explicit Row(Object object) : object_(std::move(object)) {}
 
   /// The answer of a `hasX`; a null counts as false.
   bool Has(std::string_view hasX) const { return object_.Call(hasX).IsTrue(); }
 
-  /// The answer of a `getX`, as it comes, or as text, which a null fails with 94.
+  /// The answer of a `getX`: as it comes; as text, which a null fails with 94; or joined to a text, where a null adds
+  /// nothing.
   Value Get(std::string_view getX) const { return object_.Call(getX); }
   Text GetText(std::string_view getX) const { return object_.Call(getX).AsText(); }
+  Text GetJoined(std::string_view getX) const { return object_.Call(getX).Joined(); }
 
   /// The row as an object, for what is more than reading a field.
   const Object& object() const { return object_; }
+  void Release() { object_.Release(); }
 
  private:
   Object object_;

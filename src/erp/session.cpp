@@ -36,10 +36,11 @@ bool OpenErpSession(modDeclarations& process) {
   }
 }
 
-void RegisterManager(modDeclarations& process, const Object& manager) {
-  if (process.ErpSession.IsNothing()) return;
+Object RegisterManager(modDeclarations& process, const Object& manager) {
+  if (process.ErpSession.IsNothing()) return manager;
   Value reference = manager;
   process.ErpSession.Call("addManager", Argument::ByReference(reference));
+  return reference.AsObject();
 }
 
 }  // namespace zenqay

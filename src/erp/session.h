@@ -15,7 +15,8 @@ double AdapterVersion(modDeclarations& process);
 /// or when a step fails, which empties it and is recorded in the start-up log; a record that cannot be written raises.
 bool OpenErpSession(modDeclarations& process);
 
-/// Registers a manager, also an empty reference, with the session. Without a session nothing happens.
-void RegisterManager(modDeclarations& process, const Object& manager);
+/// Registers a manager, also an empty reference, with the session. Without a session nothing happens. Gives the manager
+/// to go on with, which the session may have put in the place of the one that it was handed.
+Object RegisterManager(modDeclarations& process, const Object& manager);
 
 }  // namespace zenqay

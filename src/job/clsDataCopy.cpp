@@ -1,13 +1,10 @@
 #include "job/clsDataCopy.h"
 
-#include <array>
-#include <utility>
-
+#include "entities/entity.h"
 #include "localdb/copy_state.h"
 #include "localdb/local_connection.h"
 #include "localdb/sql_literals.h"
 #include "localdb/table_registry.h"
-#include "process/QTMDeclarations.h"
 #include "process/labels.h"
 #include "process/logs.h"
 
@@ -69,21 +66,8 @@ CopyResult clsDataCopy::CopySingleTable(const Text&, const Text&, std::int16_t T
 }
 
 void clsDataCopy::Dispatch(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
-  static constexpr std::array<std::pair<const char*, CopyOperation>, 10> kOperations = {{
-      {"site", &clsDataCopy::CopySite},
-      {"product", &clsDataCopy::CopyProduct},
-      {"problem", &clsDataCopy::CopyProblem},
-      {"symptom", &clsDataCopy::CopySymptom},
-      {"priority", &clsDataCopy::CopyPriority},
-      {"object", &clsDataCopy::CopyObject},
-      {"warranties", &clsDataCopy::CopyWarranty},
-      {"sitecontract", &clsDataCopy::CopySiteContract},
-      {"contracts", &clsDataCopy::CopyContract},
-      {"serializeditem", &clsDataCopy::CopySerializedItem},
-  }};
-  const Text key = LowerCased(TableName);
-  for (const auto& [entityKey, copy] : kOperations) {
-    if (key == entityKey) return (this->*copy)(TableName, KXWBusComponent, SyncMethod);
+  if (const Entity* entity = FindEntity(TableName)) {
+    return (this->*entity->copy)(TableName, KXWBusComponent, SyncMethod);
   }
   process_.platform.ShowMessageBox(GetLabel(process_, "SLBL0302"));
 }
@@ -92,8 +76,9 @@ void clsDataCopy::RunPostCopy(const Text& TableName) {
   const bool changed = icount > 0 || ucount > 0 || dcount > 0;
   if (process_.DatabasePlatform != 1 || !changed) return;
   UpdateTableStatistics(process_, TableName);
-  const Text key = LowerCased(TableName);
-  if (process_.ErpGeneration == kGeneration3 && (key == "object" || key == "warranties")) CalculateWarrantyExpiry();
+  const Entity* entity = FindEntity(TableName);
+  const EntitySource* source = entity == nullptr ? nullptr : entity->SourceUnder(process_.ErpGeneration);
+  if (source != nullptr && source->isFollowedByWarrantyExpiry) CalculateWarrantyExpiry();
 }
 
 void clsDataCopy::SetRunLogPath(const Text& directory, std::int32_t tableId) {

@@ -1,15 +1,18 @@
 // One copy job: copies one table, or all tables of the generation's group, and raises what became of each.
 #pragma once
 
-#include <functional>
-#include <vector>
+#include <span>
 
 #include "contracts/data_copy_events.h"
-#include "entities/sql_text.h"
-#include "erp/component_contract.h"
 #include "process/modDeclarations.h"
 
 namespace zenqay {
+
+class Row;
+class SqlText;
+struct Entity;
+struct FullCopy;
+struct OnlyChangedPass;
 
 /// What a table's copy came to.
 enum class CopyResult : std::int16_t {
@@ -47,99 +50,53 @@ class clsDataCopy {
   CopyResult CopySingleTable(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
                              std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent);
 
-  // The two passes are written once; what an entity says to them is what is particular to it.
+  // The entities, in their order: what each is, and its operations. CopyX chooses the pass by the sync method: 1 full,
+  // 2 only changed, else nothing.
+  friend std::span<const Entity* const> Entities();
 
-  /// An entity's way into the ERP, as far as a pass has got with it.
-  struct ErpSource {
-    Manager manager;
-    Text tableCode;  // of a net-change listing
-    Text erpLabel;   // names the ERP in a failure's description
-  };
-
-  struct FullCopy {
-    Text entityLabel;  // key of the entity's caption
-    std::function<void(ErpSource&)> open;
-    std::function<Enumeration(const Manager&)> list;
-    std::function<void(const Row&)> apply;
-  };
-
-  /// A range over one key field of a net-change listing.
-  struct KeyRange {
-    Text fieldName;
-    Value from;
-    Value to;
-  };
-
-  /// A field that a net-change listing is asked for: its new value, or its old value as well.
-  struct OutputField {
-    OutputField(const char* fieldName, bool wantsOld = false) : name(fieldName), withOld(wantsOld) {}
-
-    Text name;
-    bool withOld;
-  };
-  static OutputField WithOld(const char* name) { return {name, true}; }
-
-  struct OnlyChangedPass {
-    Text entityLabel;
-    Text failureSource;  // what the source of a failure names
-    ErpSource known;     // what is settled before the failure path is armed
-    std::function<void(ErpSource&)> open;
-    std::size_t parameterCount = 1;  // parameter objects that are created; the ranges use the first of them
-    std::vector<KeyRange> ranges;
-    std::vector<OutputField> fields;                             // asked for in this order
-    Text listing;                                                // the manager's operation
-    std::function<void(const Row&, const Text& action)> change;  // applies or deletes; the action is trimmed
-  };
-
-  // The entities, in their order. CopyX chooses the pass by the sync method: 1 full, 2 only changed, else nothing.
-  using CopyOperation = void (clsDataCopy::*)(const Text& TableName, const Text& KXWBusComponent,
-                                              std::int16_t SyncMethod);
-
+  static const Entity kSite;
   void CopySite(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopySiteFull(const Text& TableName, const Text& KXWBusComponent);
   void CopySiteChanged(const Text& TableName, const Text& KXWBusComponent);
   void ApplySiteRow(const Row& row, const Text& TableName);
-  void OpenSites(ErpSource& erp);
 
+  static const Entity kProduct;
   void CopyProduct(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopyProductFull(const Text& TableName, const Text& KXWBusComponent);
   void CopyProductChanged(const Text& TableName, const Text& KXWBusComponent);
   void ApplyProductRow(const Row& row, const Text& TableName);
 
+  static const Entity kProblem;
   void CopyProblem(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopyProblemFull(const Text& TableName, const Text& KXWBusComponent);
   void CopyProblemChanged(const Text& TableName, const Text& KXWBusComponent);
   void ApplyProblemRow(const Row& row, const Text& TableName);
-  void OpenProblems(ErpSource& erp);
 
+  static const Entity kPriority;
   void CopyPriority(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopyPriorityFull(const Text& TableName, const Text& KXWBusComponent);
   void CopyPriorityChanged(const Text& TableName, const Text& KXWBusComponent);
   void ApplyPriorityRow(const Row& row, const Text& TableName);
-  void OpenPriorities(ErpSource& erp);
 
+  static const Entity kSymptom;
   void CopySymptom(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopySymptomFull(const Text& TableName, const Text& KXWBusComponent);
   void CopySymptomChanged(const Text& TableName, const Text& KXWBusComponent);
   void ApplySymptomRow(const Row& row, const Text& TableName);
 
+  static const Entity kObject;
   void CopyObject(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopyObjectFull(const Text& TableName, const Text& KXWBusComponent);
   void CopyObjectChanged(const Text& TableName, const Text& KXWBusComponent);
   void ApplyObjectRow(const Row& row, const Text& TableName);
 
+  static const Entity kSiteContract;
   void CopySiteContract(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopySiteContractFull(const Text& TableName, const Text& KXWBusComponent);
   void CopySiteContractChanged(const Text& TableName, const Text& KXWBusComponent);
   void ApplySiteContractRow(const Row& row, const Text& TableName);
-  void OpenSiteContracts(ErpSource& erp);
-  void LookUpTerms(const Manager& siteContracts, const Row& row);
-  void DeleteSiteContract(const Row& row, const Text& TableName);
-  SqlText SiteContractUpdate3(const Row& row, const Text& TableName) const;
-  SqlText SiteContractInsert3(const Row& row, const Text& TableName) const;
-  SqlText SiteContractUpdate8(const Row& row, const Text& TableName) const;
-  SqlText SiteContractInsert8(const Row& row, const Text& TableName) const;
 
+  static const Entity kContract;
   void CopyContract(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopyContractFull(const Text& TableName, const Text& KXWBusComponent);
   void CopyContractChanged(const Text& TableName, const Text& KXWBusComponent);
@@ -148,20 +105,18 @@ class clsDataCopy {
   void DeleteContractRow(const Row& row, const Text& TableName);
   void UpdateContractRow(const Row& row, const Text& TableName);
   void InsertContractRow(const Row& row, const Text& TableName);
-  void OpenContracts(ErpSource& erp);
-  SqlText ContractUpdate(const Row& row, const Text& TableName) const;
 
+  static const Entity kWarranty;
   void CopyWarranty(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopyWarrantyFull(const Text& TableName, const Text& KXWBusComponent);
   void CopyWarrantyChanged(const Text& TableName, const Text& KXWBusComponent);
   void ApplyWarrantyRow(const Row& row, const Text& TableName);
-  void OpenWarranties(ErpSource& erp);
 
+  static const Entity kSerializedItem;
   void CopySerializedItem(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void CopySerializedItemFull(const Text& TableName, const Text& KXWBusComponent);
   void CopySerializedItemChanged(const Text& TableName, const Text& KXWBusComponent);
   void ApplySerializedItemRow(const Row& row, const Text& TableName);
-  void OpenSerializedItems(ErpSource& erp);
 
   // Behind the copy of objects or warranties.
   void CalculateWarrantyExpiry();
@@ -170,16 +125,11 @@ class clsDataCopy {
                              DateTime& expiry);
   void ClampWarrantyDay();
 
-  void CopyFull(const Text& TableName, const Text& KXWBusComponent, const FullCopy& entity);
-  void CopyOnlyChanged(const Text& TableName, const Text& KXWBusComponent, const OnlyChangedPass& entity);
-  Enumeration ListChanges(const Text& KXWBusComponent, const OnlyChangedPass& entity, const Text& TableName,
-                          ErpSource& erp, Object& toDate);
-  [[noreturn]] void RaiseCopyFailure(const RuntimeError& error, const Text& failureSource, const Text& entityLabel,
+  // The two passes, which every entity shares.
+  void CopyFull(const Text& TableName, const Text& KXWBusComponent, const FullCopy& pass);
+  void CopyOnlyChanged(const Text& TableName, const Text& KXWBusComponent, OnlyChangedPass& pass);
+  [[noreturn]] void RaiseCopyFailure(const RuntimeError& error, const Text& failureSource, const Entity& entity,
                                      const Text& erpLabel);
-
-  /// The literal of a row's field, as a text or as a date.
-  Text Encoded(const Row& row, std::string_view getX) const;
-  Text EncodedDate(const Row& row, std::string_view getX) const;
 
   /// Runs the update of a row. True when it touched a row, which counts one, however many rows it was.
   bool CountUpdate(const SqlText& update);

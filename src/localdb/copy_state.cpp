@@ -58,7 +58,7 @@ bool IsCopyInProgress(modDeclarations& process, const Text& tableName) {
     return inUse;
   } catch (const RuntimeError& error) {
     WriteErrorLog(process, error);
-    if (row->State() != 0) row->Close();
+    if (row != nullptr && row->State() != 0) row->Close();
     const Text description = FilledLabel(process, "SLBL0041", tableName);
     throw RuntimeError(CheckedAdd(error.number(), 100), "Data Copy In Progress", description);
   }

@@ -26,7 +26,7 @@ void StoreRow(modDeclarations& process, Recordset& row) {
   TableEntry& entry = process.TableRegistry[RegistryIndex(tableId)];
   entry.ERPTableID = row.FieldValue("ERPTableID").Joined();
   entry.TableName = row.FieldValue("TableName").Joined();
-  entry.Caption = row.FieldValue("Text").Joined();
+  entry.Text = row.FieldValue("Text").Joined();
 }
 
 [[noreturn]] void RefuseEmptyRegistry(modDeclarations& process) {
@@ -40,9 +40,12 @@ void StoreRow(modDeclarations& process, Recordset& row) {
 
 void LoadTableRegistry(modDeclarations& process, const Text& ConnectionString, const Text& LocalDatabase,
                        std::int16_t DatabasePlatform) {
+  // Behind a failure both go without a Close, once it is recorded.
+  std::shared_ptr<Connection> connection;
+  std::shared_ptr<Recordset> rows;
   try {
-    const std::shared_ptr<Connection> connection = process.database.CreateConnection();
-    const std::shared_ptr<Recordset> rows = process.database.CreateRecordset();
+    connection = process.database.CreateConnection();
+    rows = process.database.CreateRecordset();
     connection->PutConnectionString(ConnectionString);
     connection->Open();
     SelectDatabase(*connection, DatabasePlatform, LocalDatabase);
@@ -69,7 +72,7 @@ Text GroupQuery(const modDeclarations& process) {
 }
 
 Text GetTableCaption(const modDeclarations& process, std::int32_t tableId) {
-  return process.TableRegistry[RegistryIndex(tableId)].Caption;
+  return process.TableRegistry[RegistryIndex(tableId)].Text;
 }
 
 Text GetErpTableId(const modDeclarations& process, std::int32_t tableId) {

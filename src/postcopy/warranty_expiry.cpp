@@ -1,4 +1,5 @@
-// The warranty expiry of objects, computed locally from their warranty's periods.
+#include "postcopy/warranty_expiry.h"
+
 #include "base/numbers.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
@@ -56,13 +57,13 @@ void clsDataCopy::StoreWarrantyExpiry(Recordset& row) {
 
   DateTime expiry = kZeroDate;
   ComputeWarrantyExpiry(baseDate, numberOfPeriods, periodUnit, expiry);
-  SqlText update("UPDATE OBJECT SET WEXPIRY_DATE = ");
-  update.Add("CONVERT(DATETIME,'", DateText(expiry), "',101)");
-  update.Add(" Where OBJECT.SITE = ", EncodeSqlString(process_, row.FieldValue("SITE").Joined()));
-  update.Add(" And OBJECT.OBJECT = ", EncodeSqlString(process_, row.FieldValue("OBJECT").Joined()));
-  update.Add(" And OBJECT.OBJECTNR = ", row.FieldValue("OBJECTNR").Joined());
+  Text update = "UPDATE OBJECT SET WEXPIRY_DATE = ";
+  update += "CONVERT(DATETIME,'" + DateText(expiry) + "',101)";
+  update += " Where OBJECT.SITE = " + EncodeSqlString(process_, row.FieldValue("SITE").Joined());
+  update += " And OBJECT.OBJECT = " + EncodeSqlString(process_, row.FieldValue("OBJECT").Joined());
+  update += " And OBJECT.OBJECTNR = " + row.FieldValue("OBJECTNR").Joined();
   std::int32_t recordsAffected = 0;  // not looked at
-  process_.LocalConnection->Execute(update.text(), recordsAffected);
+  process_.LocalConnection->Execute(update, recordsAffected);
 }
 
 void clsDataCopy::ComputeWarrantyExpiry(DateTime baseDate, std::int32_t numberOfPeriods, std::int32_t periodUnit,

@@ -15,11 +15,13 @@ class xml_document;
 
 namespace zenqay {
 
-/// One table that can be copied, at the index of its table id.
+class clsDataCopyHandler;
+
+/// One table that can be copied, at the index of its table id. The type is qualified since a field bears its name.
 struct TableEntry {
-  Text ERPTableID;
-  Text TableName;
-  Text Caption;
+  zenqay::Text ERPTableID;
+  zenqay::Text TableName;
+  zenqay::Text Text;  // the caption
 };
 
 inline constexpr std::int32_t kHighestTableId = 128;
@@ -46,6 +48,8 @@ struct modDeclarations {
   Text FreeText99;
   Text LogDirectoryAsGiven;
   bool AllTablesRun = false;
+
+  std::shared_ptr<clsDataCopyHandler> DataCopyHandler;  // the one handler, while the entry has it
 
   // The local database.
   std::int16_t DatabasePlatform = 0;  // 1 SQL Server, 2 Oracle

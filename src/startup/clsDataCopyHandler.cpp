@@ -24,8 +24,9 @@ constexpr std::int32_t kTableFailed = 16;
 void clsDataCopyHandler::HandleDataCopy(const Text& ConnString, const Text& DBName, std::int16_t iTableID,
                                         std::int16_t SyncMethod, const Text& LogDirectory, const Text& BusComponent,
                                         std::int32_t DatabasePlatform) {
+  Object creator;  // of the status component; behind a failure it goes once that is recorded
   try {
-    if (!process_.NoStatusComponent) ObtainStatusComponent();
+    if (!process_.NoStatusComponent) ObtainStatusComponent(creator);
     DataCopyJob = std::make_unique<clsDataCopy>(process_, process_.eventsThrough(*this));
     process_.AllTablesRun = false;
     if (iTableID != kAllTables) {
@@ -40,12 +41,13 @@ void clsDataCopyHandler::HandleDataCopy(const Text& ConnString, const Text& DBNa
   }
 }
 
-void clsDataCopyHandler::ObtainStatusComponent() {
-  const Object created = process_.components.Create(kStatusClass);
+void clsDataCopyHandler::ObtainStatusComponent(Object& creator) {
+  creator = process_.components.Create(kStatusClass);
   Value instance = process_.InstanceNumber;
-  StatusComponent = created.Call("getInstance", Argument::ByReference(instance)).AsObject();
+  StatusComponent = creator.Call("getInstance", Argument::ByReference(instance)).AsObject();
   process_.InstanceNumber = instance.AsInt16();  // passed by reference, so the component may change it
-  created.Put("CurrentInstanceNumber", process_.InstanceNumber);
+  creator.Put("CurrentInstanceNumber", process_.InstanceNumber);
+  creator.Release();
   if (StatusComponent.IsNothing()) throw RuntimeError(100, "Handle Data Copy", GetLabel(process_, "SLBL0120"));
 }
 

@@ -23,7 +23,7 @@ class clsDataCopyHandler : public DataCopyEvents {
   void DataCopyJob_DataCopyStarted(Value iTime, Value iTableName) override;
 
  private:
-  void ObtainStatusComponent();
+  void ObtainStatusComponent(Object& creator);
 
   /// The table id that the look-ups use; the status calls keep the event's own.
   std::int32_t LookupId(const Value& iTableName) const;

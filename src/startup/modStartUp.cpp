@@ -62,14 +62,15 @@ void TakeStatusHandle(modDeclarations& process, const Text& text) {
 }
 
 void RunJob(modDeclarations& process, const std::vector<Text>& args) {
-  clsDataCopyHandler handler(process);
+  process.DataCopyHandler = std::make_shared<clsDataCopyHandler>(process);
   OpenErpSession(process);
   process.platform.SetTitle(GetLabel(process, "SLBL0504"));
   const std::int16_t iTableID = RoundToInt16(Val(Item(args, 2)));
   const std::int16_t SyncMethod = RoundToInt16(Val(Item(args, 3)));
   const std::int32_t DatabasePlatform = RoundToInt32(Val(Item(args, 8)));
-  handler.HandleDataCopy(Trim(Item(args, 0)), Trim(Item(args, 1)), iTableID, SyncMethod, Trim(Item(args, 4)),
-                         Trim(Item(args, 5)), DatabasePlatform);
+  process.DataCopyHandler->HandleDataCopy(Trim(Item(args, 0)), Trim(Item(args, 1)), iTableID, SyncMethod,
+                                          Trim(Item(args, 4)), Trim(Item(args, 5)), DatabasePlatform);
+  process.DataCopyHandler.reset();
 }
 
 }  // namespace
@@ -87,6 +88,7 @@ void RunProcess(modDeclarations& process, const Text& commandLine) {
     process.platform.StartLogging(Trim(Item(args, 4)) + "\\ZNQevtLG.txt");
     RunJob(process, args);
   } catch (const RuntimeError& error) {
+    process.DataCopyHandler.reset();
     if (HighestPosition(args) < 4) process.platform.NameCause(error);
     WriteStartupErrorLog(process, Item(args, 4), error);
   }

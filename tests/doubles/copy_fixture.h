@@ -10,6 +10,7 @@
 #include "doubles/scripted_components.h"
 #include "doubles/scripted_database.h"
 #include "doubles/temp_directory.h"
+#include "erp/component_contract.h"
 #include "job/clsDataCopy.h"
 
 namespace zenqay {

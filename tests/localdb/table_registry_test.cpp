@@ -28,7 +28,7 @@ Text Entries(const modDeclarations& process) {
   Text text;
   for (std::size_t id = 0; id < process.TableRegistry.size(); ++id) {
     const TableEntry& entry = process.TableRegistry[id];
-    const Text fields = entry.ERPTableID + "|" + entry.TableName + "|" + entry.Caption;
+    const Text fields = entry.ERPTableID + "|" + entry.TableName + "|" + entry.Text;
     if (fields != "||") text += std::to_string(id) + ": " + fields + "\n";
   }
   return text;
@@ -367,7 +367,7 @@ TEST(RegistryLookup, GivesEmptyTextsForAnIdThatNoRowFilled) {
 
 TEST(RegistryLookup, TrimsBlanksOffTheErpTableAndTheNameButNotOffTheCaption) {
   ProcessFixture fixture;
-  fixture.process.TableRegistry[128] = {.ERPTableID = "  110 ", .TableName = " Site\t ", .Caption = "  Sites "};
+  fixture.process.TableRegistry[128] = {.ERPTableID = "  110 ", .TableName = " Site\t ", .Text = "  Sites "};
 
   EXPECT_EQ(GetErpTableId(fixture.process, 128), "110");
   EXPECT_EQ(GetTableName(fixture.process, 128), "Site\t");

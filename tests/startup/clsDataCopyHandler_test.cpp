@@ -29,7 +29,7 @@ struct SinkFixture : StartFixture {
   const Value time = DateTime::FromParts({1899, 12, 30, 10, 11, 12});
 
   void SetEntry(std::size_t id, const Text& name, const Text& erpTableId, const Text& caption) {
-    process.TableRegistry[id] = {.ERPTableID = erpTableId, .TableName = name, .Caption = caption};
+    process.TableRegistry[id] = {.ERPTableID = erpTableId, .TableName = name, .Text = caption};
   }
 
   void RaiseStarted(const Value& id) { handler.DataCopyJob_DataCopyStarted(time, id); }

@@ -22,6 +22,8 @@ std::shared_ptr<const RowShape> MakeRowShape(const CsvSource& source, ExportColu
 class ExportRow : public Component, public std::enable_shared_from_this<ExportRow> {
  public:
   ExportRow(std::shared_ptr<const RowShape> shape, CsvRecord record, bool hasOldValues);
+  ExportRow(const ExportRow&) = delete;  // its part with the old values points to it
+  ExportRow& operator=(const ExportRow&) = delete;
 
   /// Raises 438 for a field whose column the file does not have, naming file and column.
   Value Call(std::string_view operation, Arguments arguments) override;

@@ -1,0 +1,23 @@
+// The warranty expiry of objects, computed locally from their warranty's periods; and what it finds in the database for
+// it. Its tables are these, whatever names `tstables` holds.
+#pragma once
+
+#include <span>
+
+namespace zenqay {
+
+inline constexpr const char* kExpiryObjectColumns[] = {
+    "SITE", "OBJECT", "OBJECTNR", "WARRANTY", "INSTALLATION_DATE", "DELIVERY_DATE", "WEXPIRY_DATE"};
+inline constexpr const char* kExpiryWarrantyColumns[] = {"WARRANTY", "NUMBER_OF_PERIODS", "PERIOD_UNIT",
+                                                         "WARRANTY_TYPE"};
+
+/// A table that the expiry reads or writes, with all columns that it names.
+struct ExpiryTable {
+  const char* name;
+  std::span<const char* const> columns;
+};
+
+inline constexpr ExpiryTable kExpiryTables[] = {{"OBJECT", kExpiryObjectColumns},
+                                                {"WARRANTIES", kExpiryWarrantyColumns}};
+
+}  // namespace zenqay
