@@ -6,6 +6,7 @@
 #include "check/entity_needs.h"
 #include "localdb/table_registry.h"
 #include "process/QTMDeclarations.h"
+#include "startup/modStartUp.h"
 
 namespace zenqay {
 namespace {
