@@ -35,6 +35,16 @@ Text Replaced(std::string_view text, std::string_view mark, std::string_view rep
   return result.append(text.substr(from));
 }
 
+std::vector<std::string_view> Split(std::string_view text, std::string_view mark) {
+  std::vector<std::string_view> parts;
+  for (auto at = text.find(mark); at != std::string_view::npos; at = text.find(mark)) {
+    parts.push_back(text.substr(0, at));
+    text.remove_prefix(at + mark.size());
+  }
+  parts.push_back(text);
+  return parts;
+}
+
 Text LowerCased(std::string_view text) {
   Text result(text);
   for (char& c : result) c = LowerCased(c);

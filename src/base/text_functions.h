@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zenqay {
 
@@ -16,6 +17,9 @@ Text TrimLeft(std::string_view text);
 
 /// Replaces every occurrence of `mark`, compared exactly, from left to right; the replacement is not searched again.
 Text Replaced(std::string_view text, std::string_view mark, std::string_view replacement);
+
+/// The parts between the marks: one more than there are marks, also where nothing stands between two of them.
+std::vector<std::string_view> Split(std::string_view text, std::string_view mark);
 
 /// Lower-cases A to Z. The keys that texts are compared with are ASCII, so no other letter can make them equal.
 Text LowerCased(std::string_view text);

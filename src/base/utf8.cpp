@@ -1,44 +1,33 @@
 #include "base/utf8.h"
 
+#include <utf8.h>
+
+#include <algorithm>
+#include <iterator>
+
 namespace zenqay {
 namespace {
 
-/// The bytes that may follow a lead byte: how many, and the range of the first of them, which is what keeps out long
-/// forms, surrogates and everything beyond U+10FFFF. A count of 0 is no lead byte.
-struct Continuation {
-  std::size_t count;
-  unsigned char low;
-  unsigned char high;
-};
+constexpr char32_t kReplacement = 0xFFFD;
 
-Continuation ContinuationOf(unsigned char lead) {
-  if (lead >= 0xC2 && lead <= 0xDF) return {1, 0x80, 0xBF};
-  if (lead == 0xE0) return {2, 0xA0, 0xBF};
-  if (lead == 0xED) return {2, 0x80, 0x9F};
-  if (lead >= 0xE1 && lead <= 0xEF) return {2, 0x80, 0xBF};
-  if (lead == 0xF0) return {3, 0x90, 0xBF};
-  if (lead >= 0xF1 && lead <= 0xF3) return {3, 0x80, 0xBF};
-  if (lead == 0xF4) return {3, 0x80, 0x8F};
-  return {0, 0, 0};
+constexpr bool IsHigh(char32_t unit) {
+  return unit >= 0xD800 && unit < 0xDC00;
 }
-
-bool IsWithin(char byte, unsigned char low, unsigned char high) {
-  const auto value = static_cast<unsigned char>(byte);
-  return value >= low && value <= high;
-}
-
-/// The length of the character that the bytes start with, 0 when they start with none.
-std::size_t CharacterLength(std::string_view bytes) {
-  if (IsWithin(bytes.front(), 0x00, 0x7F)) return 1;
-  const auto [count, low, high] = ContinuationOf(static_cast<unsigned char>(bytes.front()));
-  if (count == 0 || bytes.size() <= count || !IsWithin(bytes[1], low, high)) return 0;
-  for (std::size_t i = 2; i <= count; ++i) {
-    if (!IsWithin(bytes[i], 0x80, 0xBF)) return 0;
-  }
-  return count + 1;
+constexpr bool IsLow(char32_t unit) {
+  return unit >= 0xDC00 && unit < 0xE000;
 }
 
 }  // namespace
+
+std::size_t Utf8Length(std::string_view bytes) {
+  return static_cast<std::size_t>(utf8::find_invalid(bytes.begin(), bytes.end()) - bytes.begin());
+}
+
+std::string_view FlawOf(std::string_view bytes) {
+  const std::size_t length = Utf8Length(bytes);
+  if (bytes.substr(0, length).find('\0') != std::string_view::npos) return "holds a NUL byte";
+  return length == bytes.size() ? "" : "is no UTF-8 text";
+}
 
 bool IsPlain(std::string_view bytes) {
   bool isPlain = true;
@@ -46,14 +35,26 @@ bool IsPlain(std::string_view bytes) {
   return isPlain;
 }
 
-std::string_view FlawOf(std::string_view bytes) {
-  while (!bytes.empty()) {
-    if (bytes.front() == '\0') return "holds a NUL byte";
-    const std::size_t length = CharacterLength(bytes);
-    if (length == 0) return "is no UTF-8 text";
-    bytes.remove_prefix(length);
+std::optional<std::size_t> WriteUtf16(std::string_view text, std::uint16_t* units) {
+  if (IsAscii(text)) return static_cast<std::size_t>(std::copy(text.begin(), text.end(), units) - units);
+  if (Utf8Length(text) < text.size()) return {};
+  return static_cast<std::size_t>(utf8::unchecked::utf8to16(text.begin(), text.end(), units) - units);
+}
+
+bool AppendUtf16(const std::uint16_t* units, std::size_t count, Text& text) {
+  bool isWhole = true;
+  text.reserve(text.size() + count);
+  for (std::size_t at = 0; at < count; ++at) {
+    char32_t point = units[at];
+    if (IsHigh(point) && at + 1 < count && IsLow(units[at + 1])) {
+      point = 0x10000 + ((point - 0xD800) << 10) + (units[++at] - 0xDC00U);
+    } else if (IsHigh(point) || IsLow(point)) {
+      point = kReplacement;
+      isWhole = false;
+    }
+    utf8::unchecked::append(point, std::back_inserter(text));
   }
-  return {};
+  return isWhole;
 }
 
 }  // namespace zenqay

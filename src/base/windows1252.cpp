@@ -1,9 +1,11 @@
 #include "base/windows1252.h"
 
 #include <iconv.h>
+#include <utf8.h>
 
-#include <algorithm>
 #include <stdexcept>
+
+#include "base/utf8.h"
 
 namespace zenqay {
 namespace {
@@ -17,25 +19,24 @@ class Converter {
   Converter& operator=(const Converter&) = delete;
   ~Converter() { iconv_close(handle_); }
 
-  Text Convert(std::string_view utf8) {
+  Text Convert(std::string_view bytes) {
     Text output;
-    while (!utf8.empty()) {
-      const std::size_t length = CodePointLength(utf8);
-      output += ByteOf(utf8.substr(0, length));
-      utf8.remove_prefix(length);
+    for (;;) {
+      const std::size_t length = Utf8Length(bytes);
+      Append(bytes.substr(0, length), output);
+      if (length == bytes.size()) return output;
+      output += '?';
+      bytes.remove_prefix(length + 1);
     }
-    return output;
   }
 
  private:
-  /// The bytes of the code point that the text begins with, 1 for a byte that begins none.
-  static std::size_t CodePointLength(std::string_view text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = lead < 0xC2 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 1;
-    if (length > text.size()) return 1;
-    const std::string_view rest = text.substr(1, length - 1);
-    const bool whole = std::all_of(rest.begin(), rest.end(), [](char c) { return (c & 0xC0) == 0x80; });
-    return whole ? length : 1;
+  void Append(std::string_view text, Text& output) {
+    for (auto end = text.begin(); end != text.end();) {
+      const auto begin = end;
+      utf8::unchecked::next(end);
+      output += ByteOf({begin, end});
+    }
   }
 
   /// One code point at a time: some, such as the tags of a flag, iconv would drop without a word.

@@ -6,7 +6,6 @@
 
 namespace zenqay {
 
-inline constexpr std::int16_t kAllTables = 128;
 inline constexpr std::int16_t kOnlyChanged = 2;
 
 /// The items that the process-wide values do not hold.

@@ -4,6 +4,8 @@
 #include "entities/entity.h"
 #include "localdb/table_registry.h"
 #include "postcopy/warranty_expiry.h"
+#include "process/QTMDeclarations.h"
+#include "startup/modStartUp.h"
 
 namespace zenqay {
 namespace {

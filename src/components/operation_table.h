@@ -1,8 +1,7 @@
 // The operations of the rows of one listing, by name.
 #pragma once
 
-#include <cstdint>
-#include <vector>
+#include <unordered_map>
 
 #include "base/text_functions.h"
 
@@ -15,12 +14,12 @@ struct RowOperation {
   std::size_t column = 0;  // of Has, Get and Set
 };
 
-/// A row is asked up to a dozen times, each time by name: finding one takes no memory and about as long as hashing the
-/// name. Names are matched without regard to the case of A to Z.
+/// A row is asked up to a dozen times, each time by name: finding one takes no memory. Names are matched without regard
+/// to the case of A to Z.
 class OperationTable {
  public:
   /// Of operations with the same name the first one stays.
-  void Add(Text name, RowOperation operation);
+  void Add(Text name, RowOperation operation) { operations_.emplace(std::move(name), operation); }
 
   /// Adds hasX, getX and setX of a column X.
   void AddAccessors(const Text& columnName, std::size_t column);
@@ -29,17 +28,16 @@ class OperationTable {
   const RowOperation* Find(std::string_view name) const;
 
  private:
-  struct Entry {
-    std::uint64_t hash;
-    Text name;
-    RowOperation operation;
+  struct Hash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view name) const;
+  };
+  struct Equal {
+    using is_transparent = void;
+    bool operator()(std::string_view left, std::string_view right) const { return EqualsIgnoringCase(left, right); }
   };
 
-  void Place(std::size_t entry);
-  void Grow();
-
-  std::vector<Entry> entries_;
-  std::vector<std::uint32_t> slots_;  // open addressing: an entry's number from 1, 0 where nothing stands
+  std::unordered_map<Text, RowOperation, Hash, Equal> operations_;
 };
 
 }  // namespace zenqay

@@ -2,6 +2,8 @@
 // operation name.
 #pragma once
 
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -66,13 +68,15 @@ class Value {
  public:
   Value() = default;
   Value(Null) : held_(Null()) {}
-  Value(bool value) : held_(value) {}
+  template <std::same_as<bool> Truth>  // and no pointer, which would convert to one
+  Value(Truth value) : held_(value) {}
   Value(std::int16_t value) : held_(value) {}
   Value(std::int32_t value) : held_(value) {}
   Value(double value) : held_(value) {}
   Value(Text value) : held_(std::move(value)) {}
   Value(std::string_view value) : held_(Text(value)) {}
   Value(const char* value) : held_(Text(value)) {}
+  Value(std::nullptr_t) = delete;
   Value(DateTime value) : held_(value) {}
   Value(Object value) : held_(std::move(value)) {}
 

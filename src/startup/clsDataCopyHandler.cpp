@@ -4,23 +4,10 @@
 #include "process/QTMDeclarations.h"
 #include "process/labels.h"
 #include "process/logs.h"
+#include "process/status_codes.h"
+#include "startup/modStartUp.h"
 
 namespace zenqay {
-namespace {
-
-constexpr std::int16_t kAllTables = 128;
-
-// What the status component is told of a table: a plain sequence, and single bits.
-constexpr std::int16_t kSyncStarted = 1;
-constexpr std::int16_t kSyncComplete = 2;
-constexpr std::int16_t kSyncFailed = 3;
-constexpr std::int32_t kTableStarted = 2;
-constexpr std::int32_t kTableComplete = 4;
-constexpr std::int32_t kTableInUse = 8;
-constexpr std::int32_t kTableFailed = 16;
-
-}  // namespace
-
 void clsDataCopyHandler::HandleDataCopy(const Text& ConnString, const Text& DBName, std::int16_t iTableID,
                                         std::int16_t SyncMethod, const Text& LogDirectory, const Text& BusComponent,
                                         std::int32_t DatabasePlatform) {

@@ -110,15 +110,9 @@ void ValidateArguments(modDeclarations& process, const std::vector<Text>& args) 
 }
 
 std::vector<Text> SplitCommandLine(const Text& commandLine) {
-  std::vector<Text> items;
-  if (commandLine.empty()) return items;
-  std::size_t from = 0;
-  for (auto found = commandLine.find(kSeparator); found != Text::npos; found = commandLine.find(kSeparator, from)) {
-    items.push_back(commandLine.substr(from, found - from));
-    from = found + kSeparator.size();
-  }
-  items.push_back(commandLine.substr(from));
-  return items;
+  if (commandLine.empty()) return {};
+  const std::vector<std::string_view> items = Split(commandLine, kSeparator);
+  return {items.begin(), items.end()};
 }
 
 }  // namespace zenqay

@@ -13,6 +13,9 @@
 
 namespace zenqay {
 
+/// The table id that stands for all tables of the generation's group.
+inline constexpr std::int16_t kAllTables = 128;
+
 /// Runs the process from its command line to its end. A failure is recorded in the start-up log; what leaves this
 /// operation is a failure that could not be recorded.
 void RunProcess(modDeclarations& process, const Text& commandLine);

@@ -62,6 +62,15 @@ TEST(Replaced, ReplacesEveryOccurrenceFromLeftToRight) {
   }
 }
 
+TEST(Split, GivesOnePartMoreThanThereAreMarks) {
+  using Parts = std::vector<std::string_view>;
+
+  EXPECT_EQ(Split("", ","), (Parts{""}));
+  EXPECT_EQ(Split("a", ","), (Parts{"a"}));
+  EXPECT_EQ(Split(",a,,b,", ","), (Parts{"", "a", "", "b", ""}));
+  EXPECT_EQ(Split("a{}{b}{}", "{}"), (Parts{"a", "{b}", ""}));
+}
+
 TEST(LowerCased, LowersTheAsciiLettersAlone) {
   EXPECT_EQ(LowerCased("SerializedItem"), "serializeditem");
   EXPECT_EQ(LowerCased("AZaz@[`{09"), "azaz@[`{09");

@@ -40,6 +40,57 @@ TEST(FlawOf, NamesANulByte) {
   EXPECT_EQ(FlawOf("a\0b"sv), "holds a NUL byte");
 }
 
+TEST(FlawOf, NamesWhatComesFirst) {
+  EXPECT_EQ(FlawOf("a\0\xFF"sv), "holds a NUL byte");
+  EXPECT_EQ(FlawOf("a\xFF\0"sv), "is no UTF-8 text");
+}
+
+TEST(Utf8Length, EndsAtTheFirstByteThatIsNoUtf8) {
+  EXPECT_EQ(Utf8Length(""sv), 0u);
+  EXPECT_EQ(Utf8Length("a\0\xC3\xA4"sv), 4u);
+  EXPECT_EQ(Utf8Length("\xC3\xA4\xE0\x80\x80z"sv), 2u);
+  EXPECT_EQ(Utf8Length("\x80\x80z"sv), 0u);
+  EXPECT_EQ(Utf8Length("z\xF0\x9F\x98"sv), 1u);
+}
+
+TEST(Utf16, IsWrittenAndReadInEveryPlane) {
+  using Units = std::vector<std::uint16_t>;
+  const std::pair<std::string_view, Units> cases[] = {
+      {"", {}},
+      {"A\x7F", {0x41, 0x7F}},
+      {"A\0ö"sv, {0x41, 0, 0xF6}},
+      {"東\uFFFF", {0x6771, 0xFFFF}},
+      {"a😀\U0010FFFF", {0x61, 0xD83D, 0xDE00, 0xDBFF, 0xDFFF}},
+  };
+  for (const auto& [text, units] : cases) {
+    Units written(text.size());
+    std::string read = "behind: ";
+
+    const auto count = WriteUtf16(text, written.data());
+    ASSERT_TRUE(count);
+    written.resize(*count);
+
+    EXPECT_EQ(written, units) << text;
+    EXPECT_TRUE(AppendUtf16(units.data(), units.size(), read));
+    EXPECT_EQ(read, "behind: " + std::string(text));
+  }
+}
+
+TEST(Utf16, IsNotMadeOfWhatIsNoUtf8) {
+  for (const std::string_view text : {"\xFF"sv, "ab\xC3"sv, "\xE0\x80\x80"sv, "\xED\xA0\x80"sv}) {
+    std::uint16_t units[4];
+    EXPECT_FALSE(WriteUtf16(text, units)) << text;
+  }
+}
+
+TEST(Utf16, HasAReplacementForEachHalfOfAPair) {
+  const std::uint16_t units[] = {0x61, 0xD83D, 0x62, 0xDE00, 0xD83D, 0xD83D};
+  std::string read;
+
+  EXPECT_FALSE(AppendUtf16(units, std::size(units), read));
+  EXPECT_EQ(read, "a\uFFFDb\uFFFD\uFFFD\uFFFD");
+}
+
 TEST(IsPlain, HoldsForAsciiWithoutNulOfAnyLength) {
   for (std::size_t length = 0; length < 70; ++length) {
     std::string text(length, '\x7F');

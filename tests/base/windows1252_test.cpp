@@ -62,6 +62,10 @@ TEST(ToWindows1252, PutsOneQuestionMarkForEachByteThatIsNoUtf8) {
        "??A"},
       {"\xF0\x9F\x98", "???"},
       {"\xC0\xAF", "??"},  // longer than it must be
+      {"\xE0\x80\x80", "???"},
+      {"\xF0\x8F\xBF\xBF", "????"},
+      {"\xED\xA0\x80", "???"},         // a surrogate
+      {"\xF4\x90\x80\x80z", "????z"},  // beyond U+10FFFF
       {"\xF8\x88\x80\x80\x80", "?????"},
       {"é\xFF€", "\xE9?\x80"},
   };

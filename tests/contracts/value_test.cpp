@@ -15,6 +15,12 @@ constexpr const char* kNotSet = "91 ZenqayDBSync: Object variable not set";
 constexpr const char* kNullUse = "94 ZenqayDBSync: Invalid use of Null";
 constexpr const char* kNoDefault = "438 ZenqayDBSync: Object doesn't support this property or method";
 
+// A pointer is no truth: what it points to is meant, or nothing.
+static_assert(std::is_convertible_v<bool, Value> && std::is_convertible_v<const char*, Value>);
+static_assert(!std::is_constructible_v<Value, Component*> && !std::is_constructible_v<Argument, Component*>);
+static_assert(!std::is_constructible_v<Value, const void*> && !std::is_constructible_v<Value, std::nullptr_t>);
+static_assert(!std::is_constructible_v<Value, void (*)()> && !std::is_constructible_v<Value, bool Object::*>);
+
 /// An object that stands for a value, and one that stands for none.
 class Standing : public Component {
  public:

@@ -431,7 +431,9 @@ TEST(Export, WithAFlawedHeaderLeavesTheTableAlone) {
       {"", "Type mismatch: Kv40QTMtssmaLocations.csv, line 1, column 1: the file has no header"},
       {"Location:text:cloc:key,Description:words\n",
        "Type mismatch: Kv40QTMtssmaLocations.csv, line 1, column 2: \"Description:words\" has an unknown type"},
-      {"Location:text:cloc,Description:text\n",
+      {"Location:text:cloc:key,Descr",
+       "Object doesn't support this property or method: List (Kv40QTMtssmaLocations.csv has no column Description)"},
+      {"Location:text:cloc,Description:text,Customer\n",
        "Invalid procedure call or argument: List takes 0 arguments, a lowest and a highest value for each key column "
        "of "
        "Kv40QTMtssmaLocations.csv"},
@@ -459,9 +461,49 @@ TEST(Export, WithoutAColumnThatTheJobReadsNamesTheColumn) {
 
   EXPECT_EQ(home.Report(run),
             FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"Object doesn't support this property or method: "
-                        "hasCustomer (Kv40QTMtssmaLocations.csv has no column Customer)\"\r\n" +
+                        "List (Kv40QTMtssmaLocations.csv has no column Customer)\"\r\n" +
                         std::string(kFullCopyFailed)));
   EXPECT_EQ(home.Sites(), "");
+}
+
+/// Priorities stand in statements as the export gives them.
+TEST(Export, WithANumberDeclaredAsATextRunsNoSql) {
+  ProgramHome home;
+  home.Execute("INSERT INTO SITE VALUES ('B1', 'there', NULL, 0); INSERT INTO PRIORITY VALUES (6, 'there', 0)");
+  home.WriteExport("Kv40QTMtssmaPriorities.csv",
+                   "Priority::prno:key,Description:text:desc\n"
+                   "6 WHERE 1=0; DELETE FROM SITE; UPDATE PRIORITY SET PRIORITY=6,High\n");
+  CommandLine line = home.Line();
+  line.tableId = "4";
+
+  home.Run(line);
+
+  EXPECT_EQ(
+      home.Log("PRIORITY_<day>.log"),
+      "\"Date-Time :<date> : <time>\"\r\n"
+      "\"Kv40QTMtssmaPriorities.PrioritiesManager\",\"Type mismatch: Kv40QTMtssmaPriorities.csv, line 1, column 1: "
+      "\"Priority::prno:key\" is not declared as int\"\r\n"
+      "\"Data copy: Priorities\",\"Priorities could not be copied from the ERP (generation 1).\"\r\n");
+  EXPECT_EQ(home.Sites(), "B1|there|NULL|0\n");
+  EXPECT_EQ(home.Query("SELECT PRIORITY, DESCRIPTION, upd_flag FROM PRIORITY"), "6|there|0\n");
+}
+
+TEST(Export, CutOffInTheMiddleIsNotSwept) {
+  ProgramHome home;
+  home.Execute("INSERT INTO SITE VALUES ('B1', 'there', NULL, 0)");
+  home.WriteExport(kLocationsFile, kTwoLocations);
+  home.WriteExport("Kv40QTMtssmaLocations.rows", "3\n");
+
+  const ProgramRun run = home.Run(home.Line());
+
+  EXPECT_EQ(home.Report(run), FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"Type mismatch: "
+                                          "Kv40QTMtssmaLocations.csv ends after 2 records in place of 3\"\r\n" +
+                                          std::string(kFullCopyFailed)));
+  EXPECT_EQ(home.Sites(),
+            "A1|North|C7|0\n"
+            "A2|South|NULL|0\n"
+            "B1|there|NULL|1\n");
+  EXPECT_EQ(home.SiteState(), "NULL|0\n");
 }
 
 TEST(Export, WithAWrongTypeInRecord70000KeepsThe69999BeforeIt) {

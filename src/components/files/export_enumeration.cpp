@@ -9,10 +9,21 @@ ExportRows::ExportRows(CsvReader reader, std::shared_ptr<const RowShape> shape, 
 
 std::shared_ptr<ExportRow> ExportRows::Next() {
   while (reader_.Read(record_)) {
+    ++recordsRead_;
     RequireSound();
     if (IsSelected()) return MakeRow();
   }
+  RequireWhole();
   return nullptr;
+}
+
+void ExportRows::RequireWhole() const {
+  if (!selection_.recordCount || *selection_.recordCount == recordsRead_) return;
+  const CsvSource& source = reader_.source();
+  const Text expected = std::to_string(*selection_.recordCount);
+  throw RuntimeError(PlatformFault::TypeMismatch,
+                     source.file + " ends after " + std::to_string(recordsRead_) + " records in place of " + expected,
+                     source.classId);
 }
 
 void ExportRows::RequireSound() const {

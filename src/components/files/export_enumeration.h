@@ -20,8 +20,9 @@ struct ChangePeriod {
 struct RowSelection {
   std::vector<KeyRange> ranges;
   std::optional<ChangePeriod> period;
-  std::vector<std::size_t> silentColumns;  // not asked for: absent in every row
-  std::vector<std::size_t> oldColumns;     // asked for with their old values
+  std::vector<std::size_t> silentColumns;    // not asked for: absent in every row
+  std::vector<std::size_t> oldColumns;       // asked for with their old values
+  std::optional<std::uint64_t> recordCount;  // how many records the file must have, selected or not
 };
 
 /// Reads the rows of a file behind its header, each one when it is asked for.
@@ -30,11 +31,13 @@ class ExportRows {
   ExportRows(CsvReader reader, std::shared_ptr<const RowShape> shape, RowSelection selection);
 
   /// The next row that is selected, nullptr behind the last one. Raises 13 for a record that is broken, has another
-  /// number of cells than the header or a cell that does not read as its column's type, selected or not.
+  /// number of cells than the header or a cell that does not read as its column's type, selected or not; and behind the
+  /// last record when there were more or fewer than there must be.
   std::shared_ptr<ExportRow> Next();
 
  private:
   void RequireSound() const;
+  void RequireWhole() const;
   bool IsSelected() const;
   std::shared_ptr<ExportRow> MakeRow();
   DateTime ChangedAt() const;
@@ -44,6 +47,7 @@ class ExportRows {
   std::shared_ptr<const RowShape> shape_;
   RowSelection selection_;
   CsvRecord record_;
+  std::uint64_t recordsRead_ = 0;
 };
 
 /// Answers hasMoreElements and nextElement. It reads no further than the row that is asked about, so everything in

@@ -15,28 +15,16 @@ struct HeaderCell {
   std::size_t number;  // from 0
   std::vector<std::string_view> parts;
 
-  [[noreturn]] void Raise(std::string_view what) const {
-    RaiseMismatch(source, record.line, std::to_string(number + 1), Quoted(record.TextOf(number)).append(what));
-  }
+  [[noreturn]] void Raise(std::string_view what) const { RaiseHeaderCell(record, source, number, what); }
 
   std::string_view Part(std::size_t part) const { return part < parts.size() ? parts[part] : std::string_view(); }
 };
-
-std::vector<std::string_view> SplitAtColons(std::string_view text) {
-  std::vector<std::string_view> parts;
-  for (auto colon = text.find(':'); colon != std::string_view::npos; colon = text.find(':')) {
-    parts.push_back(text.substr(0, colon));
-    text.remove_prefix(colon + 1);
-  }
-  parts.push_back(text);
-  return parts;
-}
 
 HeaderCell ReadCell(const CsvRecord& record, const CsvSource& source, std::size_t number) {
   const std::string_view text = record.TextOf(number);
   const std::string_view flaw = FlawOf(text);
   if (!flaw.empty()) RaiseMismatch(source, record.line, std::to_string(number + 1), flaw);
-  return {record, source, number, SplitAtColons(text)};
+  return {record, source, number, Split(text, ":")};
 }
 
 ExportColumn ColumnOf(const HeaderCell& cell) {
@@ -66,7 +54,7 @@ void AddColumn(ExportColumns& columns, const ExportColumn& column, const HeaderC
 
 std::size_t RequireColumn(const ExportColumns& columns, std::string_view name, const CsvRecord& record,
                           const CsvSource& source) {
-  const ExportColumn* column = Find(columns, name, false);
+  const ExportColumn* column = FindColumn(columns, name);
   if (column == nullptr) RaiseMismatch(source, record.line, name, "missing in the header");
   const std::size_t number = column - columns.data();
   const bool isPlain = column->type == ColumnType::Plain && column->code.empty() && !column->isKey;
@@ -76,7 +64,7 @@ std::size_t RequireColumn(const ExportColumns& columns, std::string_view name, c
 
 /// An "Old." column has the type and the code of its own column; where the cell says them too, they must agree.
 void TakeOver(ExportColumn& old, const ExportColumns& columns, const HeaderCell& cell) {
-  const ExportColumn* own = Find(columns, old.name, false);
+  const ExportColumn* own = FindColumn(columns, old.name);
   if (own == nullptr) cell.Raise("has no column " + old.name + " beside it");
   const bool typeDiffers = !cell.Part(1).empty() && old.type != own->type;
   const bool codeDiffers = !cell.Part(2).empty() && old.code != own->code;
@@ -86,6 +74,14 @@ void TakeOver(ExportColumn& old, const ExportColumns& columns, const HeaderCell&
 }
 
 }  // namespace
+
+void RaiseHeaderCell(const CsvRecord& record, const CsvSource& source, std::size_t number, std::string_view what) {
+  RaiseMismatch(source, record.line, std::to_string(number + 1), Quoted(record.TextOf(number)).append(what));
+}
+
+const ExportColumn* FindColumn(const ExportColumns& columns, std::string_view name) {
+  return Find(columns, name, false);
+}
 
 Text ExportColumn::Title() const {
   return isOld ? Text(kOldPrefix) + name : name;

@@ -20,6 +20,13 @@ struct ExportColumn {
 
 using ExportColumns = std::vector<ExportColumn>;
 
+/// The column of a name, in any case, that is no "Old." column; null when there is none.
+const ExportColumn* FindColumn(const ExportColumns& columns, std::string_view name);
+
+/// 13 for the cell of a header, counted from 0.
+[[noreturn]] void RaiseHeaderCell(const CsvRecord& record, const CsvSource& source, std::size_t number,
+                                  std::string_view what);
+
 /// True for the record that stands in the place of a header when a listing is to give nothing.
 bool SaysNothing(const CsvRecord& record);
 

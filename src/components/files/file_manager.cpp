@@ -1,5 +1,8 @@
 #include "components/files/file_manager.h"
 
+#include <charconv>
+
+#include "components/files/reference_headers.h"
 #include "components/files/selection_criteria.h"
 
 namespace zenqay {
@@ -52,7 +55,7 @@ std::optional<ManagerClass> ManagerClass::Read(const Text& classId) {
 
 FileManager::FileManager(Text classId, const std::filesystem::path& directory, const ManagerClass& names)
     : FileComponent(std::move(classId)),
-      plural_(names.plural),
+      names_(names),
       exportPath_(ExportPath(directory, names)),
       changesPath_(directory / (names.fileStem + ".changes.csv")) {}
 
@@ -62,7 +65,7 @@ std::filesystem::path FileManager::ExportPath(const std::filesystem::path& direc
 
 Value FileManager::Call(std::string_view operation, Arguments arguments) {
   if (EqualsIgnoringCase(operation, "List")) return List(arguments);
-  if (EqualsIgnoringCase(operation, "NetList" + plural_)) {
+  if (EqualsIgnoringCase(operation, "NetList" + names_.plural)) {
     RequireArguments(operation, arguments, 2, classId());
     return NetList(arguments);
   }
@@ -82,8 +85,9 @@ Value FileManager::List(Arguments bounds) {
   const CsvRecord header = ReadHeaderRecord(reader);
   if (SaysNothing(header)) return Object();
   ExportColumns columns = ReadListHeader(header, reader.source());
-  RowSelection selection{.ranges = RangesOf(columns, bounds)};
-  auto shape = MakeRowShape(reader.source(), std::move(columns), plural_);
+  RequireReferenceColumns(names_.fileStem, columns, "List", header, reader.source());
+  RowSelection selection{.ranges = RangesOf(columns, bounds), .recordCount = CountBeside(exportPath_)};
+  auto shape = MakeRowShape(reader.source(), std::move(columns), names_.plural);
   return Enumeration(ExportRows(std::move(reader), std::move(shape), std::move(selection)));
 }
 
@@ -97,8 +101,10 @@ Value FileManager::NetList(Arguments arguments) {
   const CsvRecord record = ReadHeaderRecord(reader);
   if (SaysNothing(record)) return Object();
   ChangesHeader header = ReadChangesHeader(record, reader.source());
+  RequireReferenceColumns(names_.fileStem, header.columns, "NetList" + names_.plural, record, reader.source());
   RowSelection selection = SelectionOf(header, criteria, classId());
-  auto shape = MakeRowShape(reader.source(), std::move(header.columns), plural_);
+  selection.recordCount = CountBeside(changesPath_);
+  auto shape = MakeRowShape(reader.source(), std::move(header.columns), names_.plural);
   return Enumeration(ExportRows(std::move(reader), std::move(shape), std::move(selection)));
 }
 
@@ -117,6 +123,20 @@ std::vector<KeyRange> FileManager::RangesOf(const ExportColumns& columns, Argume
     ranges.emplace_back(columns, keys[key], low, high, classId());
   }
   return ranges;
+}
+
+/// The number in the file NAME.rows beside NAME.csv, where there is one.
+std::optional<std::uint64_t> FileManager::CountBeside(std::filesystem::path exportPath) const {
+  const std::filesystem::path path = exportPath.replace_extension(".rows");
+  if (IsMissing(path)) return {};
+  CsvReader reader(path, classId());
+  CsvRecord record;
+  reader.Read(record);
+  const std::string_view text = record.bytes;
+  std::uint64_t count = 0;
+  const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), count);
+  if (fault == std::errc() && end == text.data() + text.size() && record.cells.size() == 1) return count;
+  RaiseMismatch(reader.source(), 1, "1", Quoted(text).append("is no number of records"));
 }
 
 Value FileManager::Enumeration(std::optional<ExportRows> rows) const {

@@ -34,7 +34,9 @@ class FileManager : public FileComponent {
   std::vector<KeyRange> RangesOf(const ExportColumns& columns, Arguments bounds) const;
   Value Enumeration(std::optional<ExportRows> rows) const;
 
-  Text plural_;
+  std::optional<std::uint64_t> CountBeside(std::filesystem::path exportPath) const;
+
+  ManagerClass names_;
   std::filesystem::path exportPath_;
   std::filesystem::path changesPath_;
 };

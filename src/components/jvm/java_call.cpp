@@ -81,76 +81,44 @@ Text Signatures(const JavaClass::Overloads& methods, std::size_t count) {
 }
 
 /// What a call answers, before it is known whether it threw.
-jvalue Perform(JNIEnv& env, jobject object, const JavaMethod& method, const jvalue* arguments) {
+jvalue Perform(const JavaTarget& target, const JavaMethod& method, const jvalue* arguments) {
+  JNIEnv& env = target.machine->env();
+  const auto call = [&](auto onObject, auto onClass) {
+    return method.isStatic ? (env.*onClass)(target.type.type(), method.id, arguments)
+                           : (env.*onObject)(target.object, method.id, arguments);
+  };
   jvalue result{};
   switch (method.result.kind) {
     case JavaKind::Void:
-      env.CallVoidMethodA(object, method.id, arguments);
+      call(&JNIEnv::CallVoidMethodA, &JNIEnv::CallStaticVoidMethodA);
       break;
     case JavaKind::Boolean:
-      result.z = env.CallBooleanMethodA(object, method.id, arguments);
+      result.z = call(&JNIEnv::CallBooleanMethodA, &JNIEnv::CallStaticBooleanMethodA);
       break;
     case JavaKind::Byte:
-      result.b = env.CallByteMethodA(object, method.id, arguments);
+      result.b = call(&JNIEnv::CallByteMethodA, &JNIEnv::CallStaticByteMethodA);
       break;
     case JavaKind::Char:
-      result.c = env.CallCharMethodA(object, method.id, arguments);
+      result.c = call(&JNIEnv::CallCharMethodA, &JNIEnv::CallStaticCharMethodA);
       break;
     case JavaKind::Short:
-      result.s = env.CallShortMethodA(object, method.id, arguments);
+      result.s = call(&JNIEnv::CallShortMethodA, &JNIEnv::CallStaticShortMethodA);
       break;
     case JavaKind::Int:
-      result.i = env.CallIntMethodA(object, method.id, arguments);
+      result.i = call(&JNIEnv::CallIntMethodA, &JNIEnv::CallStaticIntMethodA);
       break;
     case JavaKind::Long:
-      result.j = env.CallLongMethodA(object, method.id, arguments);
+      result.j = call(&JNIEnv::CallLongMethodA, &JNIEnv::CallStaticLongMethodA);
       break;
     case JavaKind::Float:
-      result.f = env.CallFloatMethodA(object, method.id, arguments);
+      result.f = call(&JNIEnv::CallFloatMethodA, &JNIEnv::CallStaticFloatMethodA);
       break;
     case JavaKind::Double:
-      result.d = env.CallDoubleMethodA(object, method.id, arguments);
+      result.d = call(&JNIEnv::CallDoubleMethodA, &JNIEnv::CallStaticDoubleMethodA);
       break;
     case JavaKind::String:
     case JavaKind::Object:
-      result.l = env.CallObjectMethodA(object, method.id, arguments);
-  }
-  return result;
-}
-
-jvalue PerformStatic(JNIEnv& env, jclass type, const JavaMethod& method, const jvalue* arguments) {
-  jvalue result{};
-  switch (method.result.kind) {
-    case JavaKind::Void:
-      env.CallStaticVoidMethodA(type, method.id, arguments);
-      break;
-    case JavaKind::Boolean:
-      result.z = env.CallStaticBooleanMethodA(type, method.id, arguments);
-      break;
-    case JavaKind::Byte:
-      result.b = env.CallStaticByteMethodA(type, method.id, arguments);
-      break;
-    case JavaKind::Char:
-      result.c = env.CallStaticCharMethodA(type, method.id, arguments);
-      break;
-    case JavaKind::Short:
-      result.s = env.CallStaticShortMethodA(type, method.id, arguments);
-      break;
-    case JavaKind::Int:
-      result.i = env.CallStaticIntMethodA(type, method.id, arguments);
-      break;
-    case JavaKind::Long:
-      result.j = env.CallStaticLongMethodA(type, method.id, arguments);
-      break;
-    case JavaKind::Float:
-      result.f = env.CallStaticFloatMethodA(type, method.id, arguments);
-      break;
-    case JavaKind::Double:
-      result.d = env.CallStaticDoubleMethodA(type, method.id, arguments);
-      break;
-    case JavaKind::String:
-    case JavaKind::Object:
-      result.l = env.CallStaticObjectMethodA(type, method.id, arguments);
+      result.l = call(&JNIEnv::CallObjectMethodA, &JNIEnv::CallStaticObjectMethodA);
   }
   return result;
 }
@@ -240,8 +208,7 @@ Value CallMethod(const JavaTarget& target, const JavaMethod& method, Arguments a
     passed.push_back(ConvertedTo(env, target.machine->types(), method.parameters[at], arguments[at].value(), made,
                                  method.signature, target.source));
   }
-  const jvalue result = method.isStatic ? PerformStatic(env, target.type.type(), method, passed.data())
-                                        : Perform(env, target.object, method, passed.data());
+  const jvalue result = Perform(target, method, passed.data());
   if (env.ExceptionCheck()) RaisePending(env, method.name, target.source);
   return ResultOf(target.machine, method.result, result, method.signature, target.source);
 }

@@ -22,12 +22,14 @@ namespace {
 constexpr auto kPatience = std::chrono::seconds(5);
 constexpr int kFatalEnd = 70;
 
-/// What the machine says and does while it starts. It has no other way to its hooks, which know no caller.
+/// What the machine says and does while it starts. It has no other way to its hooks, which know no caller and may be
+/// called by threads of the machine's own.
 struct Starting {
-  std::mutex mutex;
+  std::jmp_buf giveUp;  // of the thread that starts the machine, and used by it alone
+
+  std::mutex mutex;  // of what follows
   bool isOn = false;
   std::thread::id thread;
-  std::jmp_buf giveUp;
   Text said;
 };
 
@@ -51,10 +53,16 @@ jint JNICALL TakeMessage(FILE*, const char* format, va_list arguments) {
   return length;
 }
 
+/// True on the thread that starts the machine, while it does.
+bool StartsHere() {
+  Starting& start = TheStart();
+  const std::lock_guard lock(start.mutex);
+  return start.isOn && start.thread == std::this_thread::get_id();
+}
+
 /// The machine wants to end the process. While it starts, giving it up is enough; later, what runs in it is lost.
 [[noreturn]] void EndOfMachine(const char* how) {
-  Starting& start = TheStart();
-  if (start.isOn && start.thread == std::this_thread::get_id()) std::longjmp(start.giveUp, 1);
+  if (StartsHere()) std::longjmp(TheStart().giveUp, 1);
   std::fprintf(stderr, "zenqay-dbsync: fatal error: the Java machine %s\n", how);
   std::_Exit(kFatalEnd);
 }
@@ -114,16 +122,28 @@ Text ReasonOf(jint result, const Text& said) {
   return "the Java machine does not start: error " + std::to_string(result);
 }
 
-/// Appends what the machine said while it started; outside that time messages go to standard error.
-void CreateListening(CreateJavaMachine create, JavaVM*& machine, JNIEnv*& env, JavaVMInitArgs& arguments) {
+void Listen() {
   Starting& start = TheStart();
+  const std::lock_guard lock(start.mutex);
   start.said.clear();
   start.thread = std::this_thread::get_id();
   start.isOn = true;
-  const jint result = Create(create, machine, env, arguments);
+}
+
+/// What has been said since; from now on messages go to standard error.
+Text StopListening() {
+  Starting& start = TheStart();
+  const std::lock_guard lock(start.mutex);
   start.isOn = false;
-  if (result != JNI_OK) RaiseUnusable(ReasonOf(result, start.said));
-  std::fputs(start.said.c_str(), stderr);
+  return std::move(start.said);
+}
+
+void CreateListening(CreateJavaMachine create, JavaVM*& machine, JNIEnv*& env, JavaVMInitArgs& arguments) {
+  Listen();
+  const jint result = Create(create, machine, env, arguments);
+  const Text said = StopListening();
+  if (result != JNI_OK) RaiseUnusable(ReasonOf(result, said));
+  std::fputs(said.c_str(), stderr);
 }
 
 Text SystemProperty(JNIEnv& env, const char* name) {

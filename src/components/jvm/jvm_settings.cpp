@@ -12,12 +12,10 @@ namespace fs = std::filesystem;
 constexpr const char* kFormerLocales = "-Djava.locale.providers=COMPAT";
 constexpr const char* kDefaults[] = {kFormerLocales, "-Duser.language=en", "-Duser.country=US"};
 
-std::vector<Text> Split(const Text& text, char separator) {
+std::vector<Text> PartsOf(const Text& text, const char* separator) {
   std::vector<Text> parts;
-  for (std::size_t from = 0; from <= text.size();) {
-    const std::size_t end = std::min(text.find(separator, from), text.size());
-    if (end > from) parts.push_back(text.substr(from, end - from));
-    from = end + 1;
+  for (const std::string_view part : Split(text, separator)) {
+    if (!part.empty()) parts.emplace_back(part);
   }
   return parts;
 }
@@ -50,7 +48,7 @@ Text SubjectOf(const Text& option) {
 }  // namespace
 
 void JvmSettings::AddClassPath(const fs::path& directory, const Text& classPath) {
-  for (const Text& part : Split(classPath, ':')) {
+  for (const Text& part : PartsOf(classPath, ":")) {
     const fs::path path = directory / part;
     if (path.filename() == "*.jar") {
       const std::vector<fs::path> archives = ArchivesIn(path.parent_path());
@@ -65,7 +63,7 @@ void JvmSettings::AddClassPath(const fs::path& directory, const Text& classPath)
 }
 
 void JvmSettings::AddOptions(const Text& options) {
-  for (const Text& option : Split(options, ' ')) {
+  for (const Text& option : PartsOf(options, " ")) {
     const Text subject = SubjectOf(option);
     if (!option.starts_with('-')) throw RuntimeError(PlatformFault::InvalidCall, "\"" + option + "\" is no option");
     if (subject == "-Djava.class.path") {

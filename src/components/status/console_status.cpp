@@ -6,6 +6,7 @@
 
 #include "components/status/status_components.h"
 #include "components/status/status_object.h"
+#include "process/status_codes.h"
 #include "system/standard_streams.h"
 
 namespace zenqay {
@@ -45,11 +46,11 @@ const char* StateColour(TableState state) {
 
 std::optional<TableState> StateOfSync(std::int32_t status) {
   switch (status) {
-    case 1:
+    case kSyncStarted:
       return TableState::Started;
-    case 2:
+    case kSyncComplete:
       return TableState::Complete;
-    case 3:
+    case kSyncFailed:
       return TableState::Failed;
     default:
       return std::nullopt;
@@ -58,13 +59,13 @@ std::optional<TableState> StateOfSync(std::int32_t status) {
 
 std::optional<TableState> StateOfTable(std::int32_t status) {
   switch (status) {
-    case 2:
+    case kTableStarted:
       return TableState::Started;
-    case 4:
+    case kTableComplete:
       return TableState::Complete;
-    case 8:
+    case kTableInUse:
       return TableState::InUse;
-    case 16:
+    case kTableFailed:
       return TableState::Failed;
     default:
       return std::nullopt;

@@ -2,8 +2,8 @@
 //
 // The class that the job creates answers `getInstance(number)` with the status object and takes
 // `CurrentInstanceNumber`. The status object answers `writeToMessageBox(time, text)`, `WriteToAlertBox(time, text)`,
-// `UpdateSyncStatus(table, state)` with 1 started, 2 complete, 3 failed, and
-// `UpdateStatusByTable(handle, table, state, detail)` with 2 started, 4 complete, 8 in use, 16 failed.
+// `UpdateSyncStatus(table, state)` and
+// `UpdateStatusByTable(handle, table, state, detail)`; process/status_codes.h has the states.
 #pragma once
 
 #include <memory>

@@ -111,6 +111,19 @@ inline Value CallWith(const Object& object, const Text& operation, std::vector<V
   return object.Call(operation, Arguments(arguments));
 }
 
+/// Criteria with nothing but a period.
+inline Object CriteriaOf(ComponentHost& host, const Object& from, const Object& to) {
+  const auto part = [&](const char* name) { return host.Create("NetListSelectionCriteria." + Text(name)); };
+  const Object period = part("NetListPeriod");
+  period.Call("setFrom", from);
+  period.Call("setTo", to);
+  const Object criteria = part("NetListSelectionCriteria");
+  criteria.Call("setNetListPeriod", period);
+  criteria.Call("setNetListIn", part("NetListIn"));
+  criteria.Call("setNetListOut", part("NetListOut"));
+  return criteria;
+}
+
 struct ErpFiles {
   TempDirectory directory;
   FileHost host{directory.path()};

@@ -56,9 +56,9 @@ TEST(FileHostCreate, RaisesEveryClassIdThatItDoesNotServe) {
 
 TEST(FileHostCreate, ReadsTheFileNamedInFrontOfTheDotUnderThePluralBehindIt) {
   ErpFiles erp;
-  erp.directory.Write("Kv50QTMtscfgObjects.csv", "Object:text:crob:key\nA\n");
+  erp.directory.Write("Lines.csv", "Object:text:crob:key\nA\n");
 
-  const Object manager = erp.host.Create("Kv50QTMtscfgObjects.ThingsManager");
+  const Object manager = erp.host.Create("Lines.ThingsManager");
   const Value rows = manager.Call("List", "", Highest(1));
 
   EXPECT_EQ(RowsOf(rows, {"Object", "Things"}), "'A', false nothing\n");

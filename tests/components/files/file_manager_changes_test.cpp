@@ -109,6 +109,16 @@ TEST(NetList, GivesNothingForAChangesFileThatSaysSo) {
   EXPECT_EQ(Shown(erp.NetList({})), "nothing");
 }
 
+TEST(NetList, RaisesAnotherNumberOfRecordsThanTheFileBesideTheChangesSays) {
+  ChangedErpFiles erp;
+  erp.directory.Write("Lines.rows", "7\n");
+  erp.directory.Write("Lines.changes.rows", "3\n");
+
+  EXPECT_EQ(erp.ChangedRows("ChangedAt,ActionType\n2004-01-31T10:11:12Z,U\n1999-01-31T10:11:12Z,D\n",
+                            {.from = DateAt(2004, 1, 1)}, {"ActionType"}),
+            "'U'\n13 Type mismatch: Lines.changes.csv ends after 2 records in place of 3 (Lines.LinesManager)\n");
+}
+
 TEST(NetList, TakesBothEndsOfThePeriodInWholeSeconds) {
   ChangedErpFiles erp;
 

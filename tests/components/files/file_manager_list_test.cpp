@@ -180,6 +180,51 @@ TEST(List, GivesAnEnumerationWithoutRowsForAHeaderAlone) {
   EXPECT_EQ(RowsOf(manager.Call("List", "", "Z"), {"Key"}), "");
 }
 
+TEST(List, RaisesAnotherNumberOfRecordsThanTheFileBesideSays) {
+  const struct {
+    const char* count;
+    const char* rows;
+  } cases[] = {
+      {"2", "'A'\n'B'\n"},
+      {"2\r\n", "'A'\n'B'\n"},
+      {"3\n", "'A'\n'B'\n13 Type mismatch: Lines.csv ends after 2 records in place of 3 (Lines.LinesManager)\n"},
+      {"0", "'A'\n'B'\n13 Type mismatch: Lines.csv ends after 2 records in place of 0 (Lines.LinesManager)\n"},
+  };
+
+  for (const auto& [count, rows] : cases) {
+    ErpFiles erp;
+    const Object manager = erp.Lines("Key:text:k:key\nA\n\nB\n");
+    erp.directory.Write("Lines.rows", count);
+
+    EXPECT_EQ(RowsOf(manager.Call("List", "", Highest(1)), {"Key"}), rows);
+  }
+}
+
+TEST(List, CountsTheRecordsThatTheRangesLeaveOut) {
+  ErpFiles erp;
+  const Object manager = erp.Lines("Key:text:k:key\nA\nB\nC\n");
+  erp.directory.Write("Lines.rows", "4\n");
+
+  EXPECT_EQ(RowsOf(manager.Call("List", "B", "B"), {"Key"}),
+            "'B'\n13 Type mismatch: Lines.csv ends after 3 records in place of 4 (Lines.LinesManager)\n");
+}
+
+TEST(List, RaisesANumberOfRecordsThatIsNone) {
+  const struct {
+    const char* content;
+    const char* shown;
+  } cases[] = {{"", "\"\""}, {"\n", "\"\""}, {"ten", "\"ten\""}, {" 1", "\" 1\""}, {"-1", "\"-1\""}, {"1,2", "\"12\""}};
+
+  for (const auto& [content, shown] : cases) {
+    ErpFiles erp;
+    const Object manager = erp.Lines("A\n1\n");
+    erp.directory.Write("Lines.rows", content);
+
+    EXPECT_EQ(ErrorOf([&] { manager.Call("List"); }), "13 Type mismatch: Lines.rows, line 1, column 1: " + Text(shown) +
+                                                          " is no number of records (Lines.LinesManager)");
+  }
+}
+
 TEST(List, GivesNothingForAFileThatSaysSo) {
   for (const char* content :
        {"\\NOTHING", "\\NOTHING\n", "\xEF\xBB\xBF\\NOTHING\r\n", "\\NOTHING\nKey:text:k:key\nA\n"}) {
