@@ -17,6 +17,9 @@ Text TrimLeft(std::string_view text);
 /// Replaces every occurrence of `mark`, compared exactly, from left to right; the replacement is not searched again.
 Text Replaced(std::string_view text, std::string_view mark, std::string_view replacement);
 
+/// The text on one line: line ends, with the blanks around them, become one blank, and none stands at its ends.
+Text OneLine(std::string_view text);
+
 /// Lower-cases A to Z. The keys that texts are compared with are ASCII, so no other letter can make them equal.
 Text LowerCased(std::string_view text);
 

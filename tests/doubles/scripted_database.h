@@ -40,7 +40,7 @@ class ScriptedDatabase : public Database {
   /// The journal shows the options of each query behind it: ` [keyset optimistic text]`.
   bool showQueryOptions = false;
 
-  /// The journal shows timeouts and connection strings.
+  /// The journal shows timeouts, connection strings and active connections.
   bool showSettings = false;
 
   std::shared_ptr<Connection> CreateConnection() override;

@@ -61,6 +61,7 @@ TEST_F(StartDataCopyTest, CopiesOneTableFromItsOpeningToItsClosing) {
             "sql SET DATEFORMAT YMD\n"
             "put DefaultDatabase SERVICE\n"
             "get DefaultDatabase\n"
+            "put ActiveConnection\n"
             "query SELECT * FROM tstables WHERE tablename = N'Site' [keyset optimistic text]\n"
             "close recordset\n"
             "sql UPDATE tstables SET in_use = 1WHERE tablename = N'Site' -> 1\n"

@@ -125,6 +125,7 @@ TEST(RunProcess, GoesThroughItsStepsInTheirOrder) {
                 "sql SET DATEFORMAT YMD\n"
                 "put DefaultDatabase SERVICE\n"
                 "get DefaultDatabase\n"
+                "put ActiveConnection\n"
                 "query SELECT * FROM tstables WHERE tablename = N'Branch' [keyset optimistic text]\n"
                 "close recordset\n"
                 "sql UPDATE tstables SET in_use = 1WHERE tablename = N'Branch' -> 1\n"

@@ -36,7 +36,7 @@ void Utf16::Widen(std::string_view text, WideText& wide) {
   std::size_t room = wide.size() * sizeof(unsigned short);
   iconv(toWide_.get(), nullptr, nullptr, nullptr, nullptr);
   if (iconv(toWide_.get(), &from, &left, &to, &room) == static_cast<std::size_t>(-1)) {
-    throw ProviderFailure({{ProviderNumber("22021"), kPlatformSource, "The statement is not valid UTF-8."}});
+    RaiseReported(kPlatformSource, "The statement is not valid UTF-8.", "22021");
   }
   wide.resize(wide.size() - room / sizeof(unsigned short));
 }
