@@ -45,7 +45,6 @@ class RecordedConnection : public Connection {
   RecordedConnection(std::shared_ptr<Connection> inner, Recorder& recorder)
       : inner_(std::move(inner)), recorder_(recorder) {}
 
-  const std::shared_ptr<Connection>& inner() const { return inner_; }
   void PutConnectionTimeout(std::int16_t seconds) override { inner_->PutConnectionTimeout(seconds); }
   void PutCommandTimeout(std::int16_t seconds) override { inner_->PutCommandTimeout(seconds); }
   void PutConnectionString(const Text& text) override { inner_->PutConnectionString(text); }
@@ -58,50 +57,17 @@ class RecordedConnection : public Connection {
   std::shared_ptr<Errors> ErrorCollection() override { return inner_->ErrorCollection(); }
   void Close() override { inner_->Close(); }
 
- protected:
   std::int64_t Run(const Text& statement, Count count) override {
     recorder_.Record(statement);
-    std::int32_t rows = 0;
-    if (count == Count::Asked) {
-      inner_->Execute(statement, rows);
-    } else {
-      inner_->Execute(statement);
-    }
-    return rows;
+    return inner_->Run(statement, count);
+  }
+  std::unique_ptr<QueryRows> RowsOf(const Text& query, CursorType cursor, LockType lock, CommandType options) override {
+    recorder_.Record(query);
+    return inner_->RowsOf(query, cursor, lock, options);
   }
 
  private:
   std::shared_ptr<Connection> inner_;
-  Recorder& recorder_;
-};
-
-class RecordedRecordset : public Recordset {
- public:
-  RecordedRecordset(std::shared_ptr<Recordset> inner, Recorder& recorder)
-      : inner_(std::move(inner)), recorder_(recorder) {}
-
-  void PutActiveConnection(std::shared_ptr<Connection> connection) override {
-    inner_->PutActiveConnection(Inner(connection));
-  }
-  void Open(const Text& source, std::shared_ptr<Connection> connection, CursorType cursor, LockType lock,
-            CommandType options) override {
-    recorder_.Record(source);
-    inner_->Open(source, Inner(connection), cursor, lock, options);
-  }
-  bool AtEnd() override { return inner_->AtEnd(); }
-  bool AtBeginning() override { return inner_->AtBeginning(); }
-  std::int32_t RecordCount() override { return inner_->RecordCount(); }
-  void MoveNext() override { inner_->MoveNext(); }
-  Value FieldValue(std::string_view name) override { return inner_->FieldValue(name); }
-  std::int32_t State() override { return inner_->State(); }
-  void Close() override { inner_->Close(); }
-
- private:
-  static std::shared_ptr<Connection> Inner(const std::shared_ptr<Connection>& connection) {
-    return dynamic_cast<RecordedConnection&>(*connection).inner();
-  }
-
-  std::shared_ptr<Recordset> inner_;
   Recorder& recorder_;
 };
 
@@ -112,9 +78,7 @@ class RecordedDatabase : public Database {
   std::shared_ptr<Connection> CreateConnection() override {
     return std::make_shared<RecordedConnection>(databases_.CreateConnection(), recorder_);
   }
-  std::shared_ptr<Recordset> CreateRecordset() override {
-    return std::make_shared<RecordedRecordset>(databases_.CreateRecordset(), recorder_);
-  }
+  std::shared_ptr<Recordset> CreateRecordset() override { return databases_.CreateRecordset(); }
 
  private:
   LocalDatabases databases_;

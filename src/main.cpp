@@ -1,6 +1,5 @@
 // The process: makes what stands behind the three seams and hands its command line over.
 #include <cstdio>
-#include <exception>
 
 #include "base/secrets.h"
 #include "components/component_catalogue.h"
@@ -38,12 +37,10 @@ int main(int argc, char** argv) {
   try {
     OsPlatform platform(argc, argv);
     Run(platform);
-  } catch (const RuntimeError& fatal) {
+  } catch (...) {
+    const RuntimeError fatal = ErrorInFlight();
     std::fprintf(stderr, "zenqay-dbsync: fatal error %d: %s\n", fatal.number(),
                  WithoutSecrets(fatal.description()).c_str());
-    return 70;
-  } catch (const std::exception& fatal) {
-    std::fprintf(stderr, "zenqay-dbsync: fatal error: %s\n", fatal.what());
     return 70;
   }
   return 0;

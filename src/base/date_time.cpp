@@ -1,11 +1,11 @@
 #include "base/date_time.h"
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <cstdio>
 
 #include "base/runtime_error.h"
+#include "base/text_reader.h"
 
 namespace zenqay {
 namespace {
@@ -15,14 +15,37 @@ using std::chrono::days;
 using std::chrono::month;
 using std::chrono::sys_days;
 using std::chrono::year;
+using std::chrono::year_month;
 using std::chrono::year_month_day;
 
 constexpr std::int64_t kSecondsPerDay = 24 * 60 * 60;
 constexpr sys_days kZeroDate = year(1899) / month(12) / day(30);
 
+/// Further than from any date to any other, so that what is added never overflows.
+constexpr std::int64_t kFarthestYears = 10'000;
+
+std::int64_t Floored(std::int64_t number, std::int64_t divisor) {
+  const std::int64_t truncated = number / divisor;
+  return number % divisor < 0 ? truncated - 1 : truncated;
+}
+
 std::int64_t WholeDays(DateTime value) {
-  const std::int64_t truncated = value.seconds() / kSecondsPerDay;
-  return value.seconds() % kSecondsPerDay < 0 ? truncated - 1 : truncated;
+  return Floored(value.seconds(), kSecondsPerDay);
+}
+
+/// January of the year 0 has the number 0. Raises 5 for a month outside the years 1 to 9999.
+year_month MonthOf(std::int64_t number) {
+  const std::int64_t wholeYear = Floored(number, 12);
+  if (wholeYear < 1 || wholeYear > 9999) throw RuntimeError(PlatformFault::InvalidCall, "year outside 1 to 9999");
+  return year(static_cast<int>(wholeYear)) / month(static_cast<unsigned>(number - wholeYear * 12 + 1));
+}
+
+std::int64_t MonthNumber(const DateTimeParts& parts) {
+  return parts.year * std::int64_t{12} + parts.month - 1;
+}
+
+std::int64_t DaysUpTo(sys_days date) {
+  return (date - kZeroDate).count();
 }
 
 template <typename... Numbers>
@@ -32,31 +55,10 @@ Text Formatted(const char* format, Numbers... numbers) {
   return Text(text, static_cast<std::size_t>(length));
 }
 
-/// Takes `least` to `most` digits off the front of `text`.
-bool TakeDigits(std::string_view& text, std::size_t least, std::size_t most, int& number) {
-  std::size_t digits = 0;
-  while (digits < text.size() && digits < most && text[digits] >= '0' && text[digits] <= '9') ++digits;
-  if (digits < least) return false;
-  std::from_chars(text.data(), text.data() + digits, number);
-  text.remove_prefix(digits);
-  return true;
-}
-
-bool TakeChar(std::string_view& text, char c) {
-  if (text.empty() || text.front() != c) return false;
-  text.remove_prefix(1);
-  return true;
-}
-
 }  // namespace
 
 DateTime DateTime::FromParts(const DateTimeParts& parts) {
-  const int monthsFromYearZero = parts.year * 12 + parts.month - 1;
-  const int wholeYear = monthsFromYearZero >= 0 ? monthsFromYearZero / 12 : (monthsFromYearZero - 11) / 12;
-  if (wholeYear < 1 || wholeYear > 9999) throw RuntimeError(PlatformFault::InvalidCall, "year outside 1 to 9999");
-  const auto monthOfYear = static_cast<unsigned>(monthsFromYearZero - wholeYear * 12 + 1);
-  const sys_days firstOfMonth = year(wholeYear) / month(monthOfYear) / day(1);
-  const std::int64_t dayCount = (firstOfMonth - kZeroDate).count() + parts.day - 1;
+  const std::int64_t dayCount = DaysUpTo(MonthOf(MonthNumber(parts)) / day(1)) + parts.day - 1;
   return DateTime(dayCount * kSecondsPerDay + parts.hour * std::int64_t{3600} + parts.minute * std::int64_t{60} +
                   parts.second);
 }
@@ -84,25 +86,23 @@ DateTime DateTime::TimeOnly() const {
 DateTime AddDays(DateTime value, std::int64_t dayCount) {
   static const DateTime first = DateTime::FromParts({.year = 1, .month = 1, .day = 1});
   static const DateTime last = DateTime::FromParts({9999, 12, 31, 23, 59, 59});
-  const DateTime sum(value.seconds() + dayCount * kSecondsPerDay);
+  const std::int64_t farthest = kFarthestYears * 366;
+  const DateTime sum(value.seconds() + std::clamp(dayCount, -farthest, farthest) * kSecondsPerDay);
   if (sum < first || sum > last) throw RuntimeError(PlatformFault::Overflow);
   return sum;
 }
 
 DateTime AddMonths(DateTime value, std::int64_t months) {
-  DateTimeParts parts = value.Parts();
-  const std::int64_t month = parts.year * std::int64_t{12} + parts.month - 1 + months;
-  const std::int64_t wholeYear = month >= 0 ? month / 12 : (month - 11) / 12;
-  if (wholeYear < 1 || wholeYear > 9999) throw RuntimeError(PlatformFault::InvalidCall, "year outside 1 to 9999");
-  parts.year = static_cast<int>(wholeYear);
-  parts.month = static_cast<int>(month - wholeYear * 12) + 1;
-  const auto lastDay = year(parts.year) / std::chrono::month(static_cast<unsigned>(parts.month)) / std::chrono::last;
-  parts.day = std::min(parts.day, static_cast<int>(static_cast<unsigned>(lastDay.day())));
-  return DateTime::FromParts(parts);
+  const std::int64_t farthest = kFarthestYears * 12;
+  const DateTimeParts parts = value.Parts();
+  const year_month target = MonthOf(MonthNumber(parts) + std::clamp(months, -farthest, farthest));
+  const day lastDay = (target / std::chrono::last).day();
+  const std::int64_t dayCount = DaysUpTo(target / std::min(day(static_cast<unsigned>(parts.day)), lastDay));
+  return DateTime(dayCount * kSecondsPerDay + value.TimeOnly().seconds());
 }
 
 DateTime AddYears(DateTime value, std::int64_t years) {
-  return AddMonths(value, years * 12);
+  return AddMonths(value, std::clamp(years, -kFarthestYears, kFarthestYears) * 12);
 }
 
 Text ShortDate(DateTime value) {
@@ -134,23 +134,24 @@ Text CompactDate(DateTime value) {
 }
 
 bool ReadIsoText(std::string_view text, DateTime& value) {
+  TextReader reader(text);
   DateTimeParts parts;
-  if (!TakeDigits(text, 1, 4, parts.year) || !TakeChar(text, '-') || !TakeDigits(text, 2, 2, parts.month) ||
-      !TakeChar(text, '-') || !TakeDigits(text, 2, 2, parts.day)) {
+  if (!reader.Number(1, 4, parts.year) || !reader.Mark("-") || !reader.Number(2, 2, parts.month) || !reader.Mark("-") ||
+      !reader.Number(2, 2, parts.day)) {
     return false;
   }
-  if (!text.empty()) {
-    if (!TakeChar(text, ' ') && !TakeChar(text, 'T')) return false;
-    if (!TakeDigits(text, 2, 2, parts.hour) || !TakeChar(text, ':') || !TakeDigits(text, 2, 2, parts.minute) ||
-        !TakeChar(text, ':') || !TakeDigits(text, 2, 2, parts.second)) {
+  if (!reader.atEnd()) {
+    if (!reader.Mark(" ") && !reader.Mark("T")) return false;
+    if (!reader.Number(2, 2, parts.hour) || !reader.Mark(":") || !reader.Number(2, 2, parts.minute) ||
+        !reader.Mark(":") || !reader.Number(2, 2, parts.second)) {
       return false;
     }
     int fraction = 0;
-    if (TakeChar(text, '.') && !TakeDigits(text, 1, 9, fraction)) return false;
+    if (reader.Mark(".") && !reader.Number(1, 9, fraction)) return false;
   }
   const year_month_day date(year(parts.year), month(static_cast<unsigned>(parts.month)),
                             day(static_cast<unsigned>(parts.day)));
-  if (!text.empty() || parts.year < 1 || !date.ok() || parts.hour > 23 || parts.minute > 59 || parts.second > 59) {
+  if (!reader.atEnd() || parts.year < 1 || !date.ok() || parts.hour > 23 || parts.minute > 59 || parts.second > 59) {
     return false;
   }
   value = DateTime::FromParts(parts);

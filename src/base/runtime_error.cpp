@@ -1,5 +1,6 @@
 #include "base/runtime_error.h"
 
+#include <new>
 #include <utility>
 
 namespace zenqay {
@@ -11,13 +12,61 @@ Text Described(PlatformFault fault, std::string_view about) {
   return description;
 }
 
+const Text kNoText;
+
+/// Made while there is memory.
+const RuntimeError kOutOfMemory(PlatformFault::OutOfMemory);
+
 }  // namespace
 
+RuntimeError::RuntimeError(Facts facts) : facts_(std::make_shared<const Facts>(std::move(facts))) {}
+
 RuntimeError::RuntimeError(std::int32_t number, Text source, Text description)
-    : number_(number), source_(std::move(source)), description_(std::move(description)) {}
+    : RuntimeError(Facts{number, std::move(source), std::move(description), {}, {}}) {}
 
 RuntimeError::RuntimeError(PlatformFault fault, std::string_view about, Text source)
     : RuntimeError(static_cast<std::int32_t>(fault), std::move(source), Described(fault, about)) {}
+
+RuntimeError::RuntimeError(std::vector<ProviderError> items)
+    : RuntimeError(Facts{items.front().Number, items.front().Source, items.front().Description, std::move(items), {}}) {
+}
+
+const Text& RuntimeError::sqlState() const noexcept {
+  return items().empty() ? kNoText : items().front().SqlState;
+}
+
+std::int32_t RuntimeError::nativeError() const noexcept {
+  return items().empty() ? 0 : items().front().NativeError;
+}
+
+RuntimeError RuntimeError::With(const Text& statement) const noexcept {
+  if (statement.empty()) return *this;
+  try {
+    Facts facts = *facts_;
+    facts.statement = statement;
+    return RuntimeError(std::move(facts));
+  } catch (const std::bad_alloc&) {
+    return *this;
+  }
+}
+
+RuntimeError ErrorInFlight() noexcept {
+  try {
+    try {
+      throw;
+    } catch (const RuntimeError& error) {
+      return error;
+    } catch (const std::bad_alloc&) {
+      return kOutOfMemory;
+    } catch (const std::exception& error) {
+      return RuntimeError(PlatformFault::Automation, error.what());
+    } catch (...) {
+      return RuntimeError(PlatformFault::Automation);
+    }
+  } catch (...) {
+    return kOutOfMemory;  // for the texts of the failure
+  }
+}
 
 const char* FaultText(PlatformFault fault) {
   switch (fault) {
@@ -25,6 +74,8 @@ const char* FaultText(PlatformFault fault) {
       return "Invalid procedure call or argument";
     case PlatformFault::Overflow:
       return "Overflow";
+    case PlatformFault::OutOfMemory:
+      return "Out of memory";
     case PlatformFault::SubscriptOutOfRange:
       return "Subscript out of range";
     case PlatformFault::TypeMismatch:

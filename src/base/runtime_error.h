@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <exception>
+#include <memory>
+#include <vector>
 
 #include "base/text_functions.h"
 
@@ -12,6 +14,7 @@ namespace zenqay {
 enum class PlatformFault : std::int32_t {
   InvalidCall = 5,
   Overflow = 6,
+  OutOfMemory = 7,
   SubscriptOutOfRange = 9,
   TypeMismatch = 13,
   BadFileNumber = 52,
@@ -32,6 +35,16 @@ enum class PlatformFault : std::int32_t {
 /// The source of the platform's own errors.
 inline constexpr const char* kPlatformSource = "ZenqayDBSync";
 
+/// One thing that a database reported: its number, the driver's name, the driver's text, and what both come from.
+struct ProviderError {
+  std::int32_t Number = 0;
+  Text Source;
+  Text Description;
+  Text SqlState;                 // five characters; empty where there is none
+  std::int32_t NativeError = 0;  // the database's own number
+};
+
+/// What it holds never changes and is shared by all copies, so that no copy can fail.
 class RuntimeError : public std::exception {
  public:
   RuntimeError(std::int32_t number, Text source, Text description);
@@ -40,16 +53,50 @@ class RuntimeError : public std::exception {
   /// stands behind ": " when it is not empty.
   explicit RuntimeError(PlatformFault fault, std::string_view about = {}, Text source = kPlatformSource);
 
-  std::int32_t number() const noexcept { return number_; }
-  const Text& source() const noexcept { return source_; }
-  const Text& description() const noexcept { return description_; }
-  const char* what() const noexcept override { return description_.c_str(); }
+  /// What a database reported, at least one item; the first speaks for all.
+  explicit RuntimeError(std::vector<ProviderError> items);
+
+  RuntimeError(const RuntimeError&) noexcept = default;
+  RuntimeError& operator=(const RuntimeError&) noexcept = default;
+  ~RuntimeError() override = default;
+
+  std::int32_t number() const noexcept { return facts_->number; }
+  const Text& source() const noexcept { return facts_->source; }
+  const Text& description() const noexcept { return facts_->description; }
+  const char* what() const noexcept override { return facts_->description.c_str(); }
+
+  /// What the database said of it; empty and 0 for every other failure.
+  const Text& sqlState() const noexcept;
+  std::int32_t nativeError() const noexcept;
+  const std::vector<ProviderError>& items() const noexcept { return facts_->items; }
+
+  /// The statement that failed, as the job composed it, with all the values in it: it goes into no log. Empty where it
+  /// was none.
+  const Text& statement() const noexcept { return facts_->statement; }
+
+  /// The same failure, about this statement; as it is where memory for that is missing.
+  RuntimeError With(const Text& statement) const noexcept;
 
  private:
-  std::int32_t number_;
-  Text source_;
-  Text description_;
+  struct Facts {
+    std::int32_t number = 0;
+    Text source;
+    Text description;
+    std::vector<ProviderError> items;
+    Text statement;
+  };
+
+  explicit RuntimeError(Facts facts);
+
+  std::shared_ptr<const Facts> facts_;
 };
+
+/// The exception that is being handled, as what failure paths handle: a RuntimeError as it is, a lack of memory as 7,
+/// every other exception of the library as 440 with its text. To be called in a handler.
+///
+///     } catch (...) {
+///       const RuntimeError error = ErrorInFlight();
+RuntimeError ErrorInFlight() noexcept;
 
 /// What the platform says of a fault, without the thing it was about.
 const char* FaultText(PlatformFault fault);

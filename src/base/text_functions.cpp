@@ -45,6 +45,19 @@ std::vector<std::string_view> Split(std::string_view text, std::string_view mark
   return parts;
 }
 
+Text OneLine(std::string_view text) {
+  constexpr std::string_view kLineEnds = "\r\n";
+  if (text.find_first_of(kLineEnds) == std::string_view::npos) return Text(text);
+  Text line;
+  while (!text.empty()) {
+    const Text part = Trim(text.substr(0, text.find_first_of(kLineEnds)));
+    if (!line.empty() && !part.empty()) line += ' ';
+    line += part;
+    text.remove_prefix(std::min(text.find_first_of(kLineEnds), text.size() - 1) + 1);
+  }
+  return line;
+}
+
 Text LowerCased(std::string_view text) {
   Text result(text);
   for (char& c : result) c = LowerCased(c);

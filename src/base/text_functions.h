@@ -21,6 +21,9 @@ Text Replaced(std::string_view text, std::string_view mark, std::string_view rep
 /// The parts between the marks: one more than there are marks, also where nothing stands between two of them.
 std::vector<std::string_view> Split(std::string_view text, std::string_view mark);
 
+/// The text on one line: line ends, with the blanks around them, become one blank, and none stands at its ends.
+Text OneLine(std::string_view text);
+
 /// Lower-cases A to Z. The keys that texts are compared with are ASCII, so no other letter can make them equal.
 Text LowerCased(std::string_view text);
 

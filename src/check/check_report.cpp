@@ -25,8 +25,7 @@ Text CheckReport::ErrorText(const RuntimeError& error) {
 
 void CheckReport::Write(const char* state, const Text& step, const Text& detail) {
   const Text text = detail.empty() ? step : step + ": " + detail;
-  const Text line = Replaced(Replaced(text, "\r\n", " "), "\n", " ");
-  out_ << std::left << std::setw(10) << state << WithoutSecrets(line) << '\n' << std::flush;
+  out_ << std::left << std::setw(10) << state << WithoutSecrets(OneLine(text)) << '\n' << std::flush;
 }
 
 }  // namespace zenqay

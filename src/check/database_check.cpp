@@ -12,9 +12,6 @@
 namespace zenqay {
 namespace {
 
-constexpr std::int32_t kNoSuchField = 3265;
-constexpr std::int32_t kNoCurrentRow = 3021;
-
 constexpr std::array kSteps = {"driver",         "login",    "database",
                                "control tables", "registry", "tables and their ERP components"};
 
@@ -165,8 +162,9 @@ Text MissingColumns(Database& database, const std::shared_ptr<Connection>& conne
     try {
       none->FieldValue(column);
     } catch (const RuntimeError& error) {
-      if (error.number() == kNoCurrentRow) continue;  // the column is known
-      if (error.number() != kNoSuchField) throw;
+      const auto fault = static_cast<DatabaseFault>(error.number());
+      if (fault == DatabaseFault::NoCurrentRow) continue;  // the column is known
+      if (fault != DatabaseFault::NoSuchField) throw;
       missing += Text(missing.empty() ? "" : ", ") + column;
     }
   }

@@ -1,23 +1,30 @@
 // The contract with the local database: what a connection, its error collection and a recordset offer.
 //
-// Numbers of failures: what the database itself reports carries the provider's number (provider_errors in localdb);
-// an operation on a closed connection or recordset raises 3704, a row that is not there 3021, an unknown field 3265.
+// Numbers of failures: what the database itself reports carries the provider's number (provider_errors in engines);
+// what the connection and the recordset refuse by themselves has one of DatabaseFault.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <vector>
 
+#include "base/runtime_error.h"
 #include "contracts/value.h"
 
 namespace zenqay {
 
-/// One thing that the provider reported: its number, the driver's name, the driver's text.
-struct ProviderError {
-  std::int32_t Number = 0;
-  Text Source;
-  Text Description;
+/// What a connection or a recordset refuses before a database is asked. The source is the platform's.
+enum class DatabaseFault : std::int32_t {
+  NoCurrentRow = 3021,
+  NoSuchField = 3265,
+  Closed = 3704,
+  OpenAlready = 3705,
+  NoUsableConnection = 3709,
+  NoCommandText = -2147217908,
 };
+
+/// `about` names the thing it was about and stands behind ": " when it is not empty.
+[[noreturn]] void Raise(DatabaseFault fault, std::string_view about = {});
 
 /// The provider's error collection of one connection. A new failure replaces what the one before it left.
 class Errors {
@@ -30,6 +37,28 @@ class Errors {
 
  private:
   std::vector<ProviderError> items_;
+};
+
+enum class CursorType : std::int16_t { Keyset = 1, Static = 3 };
+enum class LockType : std::int16_t { ReadOnly = 1, Optimistic = 3 };
+enum class CommandType : std::int16_t { Unspecified = -1, SqlText = 1 };
+
+/// The rows of one query, read once, forward.
+class QueryRows {
+ public:
+  virtual ~QueryRows() = default;
+
+  virtual const std::vector<Text>& columns() const = 0;
+
+  /// The number of rows, read or not.
+  virtual std::int64_t count() const = 0;
+
+  /// Goes to the next row, at first to the first. False behind the last one.
+  virtual bool Next() = 0;
+  virtual bool atRow() const = 0;
+
+  /// A field of the current row, which there must be.
+  virtual Value Field(std::size_t column) const = 0;
 };
 
 /// A connection. Every statement commits by itself, none has a time limit, and each reaches the database once.
@@ -55,39 +84,47 @@ class Connection {
   void Execute(const Text& statement, std::int32_t& recordsAffected);
   void Execute(const Text& statement, Text& recordsAffected);
 
- protected:
+  // What the operations of a connection and a recordset are made of.
+
   enum class Count { NotAsked, Asked };
 
-  /// The number of rows touched. Only meaningful when it was asked for.
+  /// Runs a statement and gives the number of rows touched, which means something only when it was asked for.
   virtual std::int64_t Run(const Text& statement, Count count) = 0;
 
-  friend class TracedConnection;
+  /// Runs a query and gives its rows. They do not see what other statements change, and outlive the connection.
+  virtual std::unique_ptr<QueryRows> RowsOf(const Text& query, CursorType cursor, LockType lock,
+                                            CommandType options) = 0;
 };
 
-enum class CursorType : std::int16_t { Keyset = 1, Static = 3 };
-enum class LockType : std::int16_t { ReadOnly = 1, Optimistic = 3 };
-enum class CommandType : std::int16_t { Unspecified = -1, SqlText = 1 };
-
-/// The rows of one query, read forward. It stays readable while other statements run on its connection, and does not
-/// see what they change.
+/// The rows of one query, which its connection gives it when it is opened. It stays readable while other statements run
+/// on the connection, does not see what they change, and needs the connection no more.
 class Recordset {
  public:
   virtual ~Recordset() = default;
 
-  virtual void PutActiveConnection(std::shared_ptr<Connection> connection) = 0;
-  virtual void Open(const Text& source, std::shared_ptr<Connection> connection, CursorType cursor, LockType lock,
-                    CommandType options) = 0;
-  virtual bool AtEnd() = 0;
-  virtual bool AtBeginning() = 0;
-  virtual std::int32_t RecordCount() = 0;
-  virtual void MoveNext() = 0;
+  virtual void PutActiveConnection(std::shared_ptr<Connection> connection) { connection_ = std::move(connection); }
 
-  /// The field of the current row, its name without regard to case; the first of that name where a join has two.
-  virtual Value FieldValue(std::string_view name) = 0;
+  /// Without a connection, the active one serves; with one, it becomes the active one.
+  void Open(const Text& source, std::shared_ptr<Connection> connection, CursorType cursor, LockType lock,
+            CommandType options);
+  bool AtEnd() const { return !Rows().atRow(); }
+  bool AtBeginning() const { return Rows().count() == 0; }
+  std::int32_t RecordCount() const;
+  void MoveNext();
+
+  /// The field of the current row, its name without regard to case; the first of that name where a join has two. That
+  /// the field is unknown is found out first, with or without a row.
+  Value FieldValue(std::string_view name) const;
 
   /// 0 when closed, 1 when open.
-  virtual std::int32_t State() = 0;
-  virtual void Close() = 0;
+  std::int32_t State() const { return rows_ ? 1 : 0; }
+  virtual void Close();
+
+ private:
+  QueryRows& Rows() const;
+
+  std::shared_ptr<Connection> connection_;
+  std::unique_ptr<QueryRows> rows_;  // null while closed
 };
 
 /// A field of a recordset as an object: its default value is what the field holds in the current row.

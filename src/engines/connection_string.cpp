@@ -81,7 +81,10 @@ Text WithoutEntry(std::string_view text, std::string_view key) {
 }
 
 ConnectionString::ConnectionString(std::string_view text) {
-  for (ConnectionEntry& entry : EntriesOf(text)) Put(std::move(entry.key), std::move(entry.value));
+  for (ConnectionEntry& entry : EntriesOf(text)) {
+    const bool staysFirst = EqualsIgnoringCase(entry.key, "Provider") && Find(entry.key) != nullptr;
+    if (!staysFirst) Put(entry.key, std::move(entry.value));
+  }
 }
 
 Text ConnectionString::Value(std::string_view key) const {
@@ -91,13 +94,23 @@ Text ConnectionString::Value(std::string_view key) const {
   return "";
 }
 
-void ConnectionString::Put(Text key, Text value) {
-  for (auto& [name, held] : entries_) {
-    if (!EqualsIgnoringCase(name, key)) continue;
-    if (!EqualsIgnoringCase(name, "Provider")) held = std::move(value);
-    return;
+void ConnectionString::Put(const Text& key, Text value) {
+  if (Text* held = Find(key)) {
+    *held = std::move(value);
+  } else {
+    entries_.emplace_back(key, std::move(value));
   }
-  entries_.emplace_back(std::move(key), std::move(value));
+}
+
+void ConnectionString::Remove(std::string_view key) {
+  std::erase_if(entries_, [&](const auto& entry) { return EqualsIgnoringCase(entry.first, key); });
+}
+
+Text* ConnectionString::Find(std::string_view key) {
+  for (auto& [name, value] : entries_) {
+    if (EqualsIgnoringCase(name, key)) return &value;
+  }
+  return nullptr;
 }
 
 }  // namespace zenqay

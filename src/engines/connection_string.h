@@ -35,8 +35,12 @@ class ConnectionString {
   /// Each key once, in the order of their first entries.
   const std::vector<std::pair<Text, Text>>& entries() const { return entries_; }
 
+  /// Gives a key a value of its own, in its place or as the last entry, and takes a key away.
+  void Put(const Text& key, Text value);
+  void Remove(std::string_view key);
+
  private:
-  void Put(Text key, Text value);
+  Text* Find(std::string_view key);
 
   std::vector<std::pair<Text, Text>> entries_;
 };

@@ -9,7 +9,7 @@ std::shared_ptr<Connection> LocalDatabases::CreateConnection() {
 }
 
 std::shared_ptr<Recordset> LocalDatabases::CreateRecordset() {
-  return std::make_shared<EngineRecordset>();
+  return std::make_shared<Recordset>();
 }
 
 }  // namespace zenqay

@@ -10,10 +10,15 @@ namespace zenqay {
 /// What a session may do. The connection string asks for a reading one by Mode=Read.
 enum class Access { ReadWrite, ReadOnly };
 
-/// One open session of one engine; its end closes it. What the database reports is thrown as ProviderFailure.
+/// How many seconds a session waits for what; 0 is without limit.
+struct TimeLimits {
+  std::int16_t connection = 0;  // for the connection to stand
+  std::int16_t command = 0;     // for the end of a statement
+};
+
+/// One open session of one engine; its end closes it. What the database reports is thrown with its items.
 ///
-/// Statements come as the job composed them and are never empty. Each commits by itself and waits without limit for
-/// what another process holds.
+/// Statements come as the job composed them and are never empty. Each commits by itself.
 class EngineSession {
  public:
   virtual ~EngineSession() = default;

@@ -1,6 +1,5 @@
 #include "engines/engine_connection.h"
 
-#include "base/numbers.h"
 #include "engines/connection_string.h"
 #include "engines/odbc/odbc_session.h"
 #include "engines/provider_errors.h"
@@ -9,104 +8,72 @@
 namespace zenqay {
 namespace {
 
-constexpr std::int32_t kNoCurrentRow = 3021;
-constexpr std::int32_t kNoSuchField = 3265;
-constexpr std::int32_t kClosed = 3704;
-constexpr std::int32_t kOpenAlready = 3705;
-constexpr std::int32_t kNoUsableConnection = 3709;
-constexpr std::int32_t kNoCommandText = -2147217908;
-
-[[noreturn]] void Raise(std::int32_t number, Text description) {
-  throw RuntimeError(number, kPlatformSource, std::move(description));
-}
-
-[[noreturn]] void RaiseClosed() {
-  Raise(kClosed, "Operation is not allowed when the object is closed.");
-}
-
-[[noreturn]] void RaiseOpenAlready() {
-  Raise(kOpenAlready, "Operation is not allowed when the object is open.");
-}
-
 void RequireCommandText(const Text& statement) {
   const bool isEmpty = statement.find_first_not_of(' ') == Text::npos;
-  if (isEmpty) Raise(kNoCommandText, "Command text was not set for the command object.");
+  if (isEmpty) Raise(DatabaseFault::NoCommandText);
 }
 
-/// Runs an operation and leaves in the error collection what its failure consists of.
+/// Runs an operation. Of a failure, its items go into the error collection, and it travels with the statement that it
+/// is about.
 template <typename Operation>
-auto Reporting(Errors& errors, Operation operation) {
+auto Reporting(Errors& errors, const Text& statement, Operation operation) {
   try {
     return operation();
-  } catch (const ProviderFailure& failure) {
-    errors.Replace(failure.items());
-    throw;
-  } catch (const RuntimeError&) {
+  } catch (...) {
+    const RuntimeError failure = ErrorInFlight().With(statement);
     errors.Clear();
-    throw;
+    errors.Replace(failure.items());
+    throw failure;
   }
 }
 
-void RequireRow(const RowStore& rows) {
-  if (rows.atRow()) return;
-  Raise(kNoCurrentRow,
-        "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a current "
-        "record.");
-}
-
-std::size_t ColumnOf(const RowStore& rows, std::string_view name) {
-  const std::vector<Text>& columns = rows.columns();
-  for (std::size_t column = 0; column < columns.size(); ++column) {
-    if (EqualsIgnoringCase(columns[column], name)) return column;
-  }
-  Raise(kNoSuchField,
-        "Item cannot be found in the collection corresponding to the requested name or ordinal.: " + Text(name));
-}
-
-std::unique_ptr<EngineSession> OpenSession(const Text& connectionString) {
+std::unique_ptr<EngineSession> OpenSession(const Text& connectionString, const TimeLimits& limits) {
   const ConnectionString read(connectionString);
   const bool readsOnly = EqualsIgnoringCase(read.Value("Mode"), "Read");
   const Access access = readsOnly ? Access::ReadOnly : Access::ReadWrite;
   if (EqualsIgnoringCase(read.Value("Provider"), "SQLite")) {
     return std::make_unique<SqliteSession>(read.Value("Data Source"), access);
   }
-  return std::make_unique<OdbcSession>(readsOnly ? WithoutEntry(connectionString, "Mode") : connectionString, access);
+  const Text driversOwn = readsOnly ? WithoutEntry(connectionString, "Mode") : connectionString;
+  return std::make_unique<OdbcSession>(driversOwn, access, limits);
 }
 
 }  // namespace
 
 void EngineConnection::Open() {
-  Reporting(*errors_, [this] {
-    if (session_) RaiseOpenAlready();
-    session_ = OpenSession(connectionString_);
+  Reporting(*errors_, "", [this] {
+    if (session_) Raise(DatabaseFault::OpenAlready);
+    session_ = OpenSession(connectionString_, limits_);
   });
 }
 
 void EngineConnection::PutDefaultDatabase(const Text& name) {
-  Reporting(*errors_, [&] { Session().PutDefaultDatabase(name); });
+  Reporting(*errors_, "", [&] { Session().PutDefaultDatabase(name); });
 }
 
 Text EngineConnection::DefaultDatabase() {
-  return Reporting(*errors_, [this] { return Session().DefaultDatabase(); });
+  return Reporting(*errors_, "", [this] { return Session().DefaultDatabase(); });
 }
 
 void EngineConnection::Close() {
-  Reporting(*errors_, [this] {
+  Reporting(*errors_, "", [this] {
     Session();
     session_.reset();
   });
 }
 
-void EngineConnection::Query(const Text& source, RowStore& rows) {
-  Reporting(*errors_, [&] {
+std::unique_ptr<QueryRows> EngineConnection::RowsOf(const Text& query, CursorType, LockType, CommandType) {
+  return Reporting(*errors_, query, [&] {
     EngineSession& session = Session();
-    RequireCommandText(source);
-    session.Query(source, rows);
+    RequireCommandText(query);
+    auto rows = std::make_unique<RowStore>();
+    session.Query(query, *rows);
+    return rows;
   });
 }
 
 std::int64_t EngineConnection::Run(const Text& statement, Count count) {
-  return Reporting(*errors_, [&] {
+  return Reporting(*errors_, statement, [&] {
     EngineSession& session = Session();
     RequireCommandText(statement);
     return session.Run(statement, count == Count::Asked);
@@ -114,57 +81,8 @@ std::int64_t EngineConnection::Run(const Text& statement, Count count) {
 }
 
 EngineSession& EngineConnection::Session() {
-  if (!session_) RaiseClosed();
+  if (!session_) Raise(DatabaseFault::Closed);
   return *session_;
-}
-
-void EngineRecordset::Open(const Text& source, std::shared_ptr<Connection> connection, CursorType, LockType,
-                           CommandType) {
-  if (rows_) RaiseOpenAlready();
-  if (connection) connection_ = std::move(connection);
-  const auto engine = std::dynamic_pointer_cast<EngineConnection>(connection_);
-  if (!engine) {
-    Raise(kNoUsableConnection,
-          "The connection cannot be used to perform this operation. It is either closed or invalid in this context.");
-  }
-  auto rows = std::make_unique<RowStore>();
-  engine->Query(source, *rows);
-  rows->Next();
-  rows_ = std::move(rows);
-}
-
-bool EngineRecordset::AtEnd() {
-  return !Rows().atRow();
-}
-
-bool EngineRecordset::AtBeginning() {
-  return Rows().count() == 0;
-}
-
-std::int32_t EngineRecordset::RecordCount() {
-  return FitInt32(Rows().count());
-}
-
-void EngineRecordset::MoveNext() {
-  RequireRow(Rows());
-  rows_->Next();
-}
-
-Value EngineRecordset::FieldValue(std::string_view name) {
-  const RowStore& rows = Rows();
-  const std::size_t column = ColumnOf(rows, name);
-  RequireRow(rows);
-  return rows.Field(column);
-}
-
-void EngineRecordset::Close() {
-  Rows();
-  rows_.reset();
-}
-
-RowStore& EngineRecordset::Rows() {
-  if (!rows_) RaiseClosed();
-  return *rows_;
 }
 
 }  // namespace zenqay

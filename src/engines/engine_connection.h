@@ -1,4 +1,4 @@
-// Connection and Recordset over whichever engine the connection string asks for.
+// The connection over whichever engine the connection string asks for.
 #pragma once
 
 #include "contracts/connection.h"
@@ -9,8 +9,10 @@ namespace zenqay {
 /// The error collection holds the items of the latest failure, none when the failure was not the database's own.
 class EngineConnection : public Connection {
  public:
-  void PutConnectionTimeout(std::int16_t seconds) override { connectionTimeout_ = seconds; }
-  void PutCommandTimeout(std::int16_t seconds) override { commandTimeout_ = seconds; }
+  /// Both limits hold from the next Open on, for a database behind ODBC. An embedded file is opened at once and waits
+  /// for what another process holds, as long as it takes.
+  void PutConnectionTimeout(std::int16_t seconds) override { limits_.connection = seconds; }
+  void PutCommandTimeout(std::int16_t seconds) override { limits_.command = seconds; }
   void PutConnectionString(const Text& connectionString) override { connectionString_ = connectionString; }
 
   /// Raises -2147467259 for a connection string that is malformed or asks for a database without a driver, 3705 when
@@ -21,46 +23,19 @@ class EngineConnection : public Connection {
   std::shared_ptr<Errors> ErrorCollection() override { return errors_; }
   void Close() override;
 
-  /// Runs a query and puts its column names and rows into `rows`.
-  void Query(const Text& source, RowStore& rows);
-
- protected:
   std::int64_t Run(const Text& statement, Count count) override;
+
+  /// The rows are read whole, whatever the cursor: a read that stays open would pin the file's state as it then was,
+  /// and every later write on the connection would fail once another process had written.
+  std::unique_ptr<QueryRows> RowsOf(const Text& query, CursorType cursor, LockType lock, CommandType options) override;
 
  private:
   EngineSession& Session();
 
-  // No operation has a time limit; the engines wait as long as it takes.
-  std::int16_t connectionTimeout_ = 0;
-  std::int16_t commandTimeout_ = 0;
+  TimeLimits limits_;
   Text connectionString_;
   std::unique_ptr<EngineSession> session_;  // null while closed
   std::shared_ptr<Errors> errors_ = std::make_shared<Errors>();
-};
-
-/// The rows are read whole when it is opened, whatever the cursor: a read that stays open would pin the file's state as
-/// it then was, and every later write on the connection would fail once another process had written.
-class EngineRecordset : public Recordset {
- public:
-  void PutActiveConnection(std::shared_ptr<Connection> connection) override { connection_ = std::move(connection); }
-
-  /// Without a connection, the active one serves. Raises 3709 when there is none that this layer made, 3705 when the
-  /// recordset is open already.
-  void Open(const Text& source, std::shared_ptr<Connection> connection, CursorType cursor, LockType lock,
-            CommandType options) override;
-  bool AtEnd() override;
-  bool AtBeginning() override;
-  std::int32_t RecordCount() override;
-  void MoveNext() override;
-  Value FieldValue(std::string_view name) override;
-  std::int32_t State() override { return rows_ ? 1 : 0; }
-  void Close() override;
-
- private:
-  RowStore& Rows();
-
-  std::shared_ptr<Connection> connection_;
-  std::unique_ptr<RowStore> rows_;  // null while closed
 };
 
 }  // namespace zenqay

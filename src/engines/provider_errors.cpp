@@ -6,7 +6,6 @@ namespace {
 constexpr std::int32_t kNoSuchTable = -2147217865;
 constexpr std::int32_t kStatementRefused = -2147217900;
 constexpr std::int32_t kConstraintViolated = -2147217873;
-constexpr std::int32_t kLoginRefused = -2147217843;
 constexpr std::int32_t kValueTooLarge = -2147217833;
 constexpr std::int32_t kValueUnreadable = -2147217913;
 constexpr std::int32_t kTimeExpired = -2147217871;
@@ -24,7 +23,13 @@ std::int32_t ProviderNumber(std::string_view sqlState) {
   return kGeneralProviderFailure;
 }
 
-ProviderFailure::ProviderFailure(std::vector<ProviderError> items)
-    : RuntimeError(items.front().Number, items.front().Source, items.front().Description), items_(std::move(items)) {}
+ProviderError ReportedItem(Text source, std::string_view description, Text sqlState, std::int32_t nativeError) {
+  const std::int32_t number = ProviderNumber(sqlState);
+  return {number, std::move(source), OneLine(description), std::move(sqlState), nativeError};
+}
+
+void RaiseReported(Text source, std::string_view description, Text sqlState, std::int32_t nativeError) {
+  throw RuntimeError(std::vector{ReportedItem(std::move(source), description, std::move(sqlState), nativeError)});
+}
 
 }  // namespace zenqay

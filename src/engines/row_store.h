@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "contracts/value.h"
+#include "contracts/connection.h"
 
 namespace zenqay {
 
@@ -21,7 +21,7 @@ namespace zenqay {
 ///
 /// What goes beyond the memory limit goes to a temporary file without a name, so memory does not grow with the number
 /// of rows. Raises 61 when the disk of the temporary file is full, 75 for any other failure of that file.
-class RowStore {
+class RowStore : public QueryRows {
  public:
   static constexpr std::size_t kMemoryLimit = std::size_t{64} << 20;
 
@@ -31,7 +31,7 @@ class RowStore {
   RowStore& operator=(const RowStore&) = delete;
 
   void PutColumns(std::vector<Text> names);
-  const std::vector<Text>& columns() const { return columns_; }
+  const std::vector<Text>& columns() const override { return columns_; }
 
   void AddNull();
   void AddInteger(std::int32_t value);
@@ -40,15 +40,12 @@ class RowStore {
   void AddDateTime(DateTime value);
   void EndRow();
 
-  /// The number of rows, read or not.
-  std::int64_t count() const { return count_; }
+  std::int64_t count() const override { return count_; }
+  bool Next() override;
+  bool atRow() const override { return atRow_; }
 
-  /// Goes to the next row, at first to the first. False behind the last one.
-  bool Next();
-  bool atRow() const { return atRow_; }
-
-  /// A field of the current row: null, 32-bit integer, double, text or date-time. There must be a current row.
-  Value Field(std::size_t column) const;
+  /// Null, a 32-bit integer, a double, a text or a date-time.
+  Value Field(std::size_t column) const override;
 
  private:
   struct CloseFile {

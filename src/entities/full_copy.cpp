@@ -38,7 +38,8 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
     erp.manager.Close();
     rows.Release();
     row.Release();
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     WriteErrorLog(process_, error);
     erp.manager.Close();
     rows.Release();

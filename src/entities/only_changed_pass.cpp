@@ -99,7 +99,8 @@ void clsDataCopy::CopyOnlyChanged(const Text& TableName, const Text& KXWBusCompo
       SetLastUpdateTime(process_, TableName, lutm);
     }
     WriteTableRunLog(process_, TableName, icount, ucount, dcount);
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     // The manager is not closed on this path, neither here nor above; it goes with its last reference.
     WriteErrorLog(process_, error);
     RaiseCopyFailure(error, pass.failureSource, pass.entity, pass.erp.erpLabel);

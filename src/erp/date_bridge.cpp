@@ -71,7 +71,8 @@ bool ConvertErpDateToSql(modDeclarations& process, const Object& date, bool) {
     Text literal = FormatDateTimeText(ReadFields(date));
     process.DateLiteral = WrapSqlDateTime(process, literal);
     return true;
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     process.platform.NameCause(error);
     process.DateLiteral.clear();
     return false;
@@ -100,16 +101,15 @@ Text GetCurrentSqlDateTime(modDeclarations& process) {
     }
     Text literal = FormatDateTimeText(ReadFields(date));
     return WrapSqlDateTime(process, literal);
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     process.platform.NameCause(error);
     return "NULL";
   }
 }
 
 Text FormatDateTimeText(const Value& date) {
-  const DateTimeParts parts = date.AsDateTime().Parts();
-  return std::to_string(parts.year) + "-" + ZeroPad(parts.month, 2) + "-" + ZeroPad(parts.day, 2) + " " +
-         ZeroPad(parts.hour, 2) + ":" + ZeroPad(parts.minute, 2) + ":" + ZeroPad(parts.second, 2);
+  return IsoText(date.AsDateTime());
 }
 
 Text ZeroPad(const Value& value, const Value& width) {

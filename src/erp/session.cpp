@@ -27,7 +27,8 @@ bool OpenErpSession(modDeclarations& process) {
       process.ErpSession = toolkit.Get("createUserSession").AsObject();
     }
     return true;
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     process.ErpSession.Release();
     // The label's text stands in the place of a directory: unless it names one, this write fails, and that failure
     // ends the process's start.

@@ -51,7 +51,8 @@ CopyResult clsDataCopy::CopySingleTable(const Text&, const Text&, std::int16_t T
     RaiseStarted(TableID);
     Dispatch(TableName, KXWBusComponent, SyncMethod);
     RunPostCopy(TableName);
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     // The release runs also when this run never took the table.
     WriteErrorLog(process_, error);
     ReleaseCopyInProgress(process_, TableName);
@@ -59,7 +60,8 @@ CopyResult clsDataCopy::CopySingleTable(const Text&, const Text&, std::int16_t T
   }
   try {
     ReleaseCopyInProgress(process_, TableName);
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     WriteErrorLog(process_, error);  // the copy itself is complete
   }
   return CopyResult::Done;

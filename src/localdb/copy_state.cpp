@@ -56,7 +56,8 @@ bool IsCopyInProgress(modDeclarations& process, const Text& tableName) {
     const bool inUse = row->RecordCount() > 0 && row->FieldValue("in_use").EqualsNumber(1);
     row->Close();
     return inUse;
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     WriteErrorLog(process, error);
     if (row != nullptr && row->State() != 0) row->Close();
     const Text description = FilledLabel(process, "SLBL0041", tableName);

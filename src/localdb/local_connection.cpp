@@ -28,7 +28,8 @@ void OpenLocalConnection(modDeclarations& process, const Text& ConnectionString,
 void CloseLocalConnection(modDeclarations& process) {
   try {
     process.LocalConnection->Close();
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     WriteErrorLog(process, error);
   }
 }

@@ -46,7 +46,8 @@ void UpdateTableStatistics(modDeclarations& process, const Text& tableName) {
   const Text statement = "UPDATE STATISTICS " + Trim(tableName);
   try {
     process.LocalConnection->Execute(statement);
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     WriteErrorLog(process, error);
   }
 }

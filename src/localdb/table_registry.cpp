@@ -51,7 +51,8 @@ void LoadTableRegistry(modDeclarations& process, const Text& ConnectionString, c
     SelectDatabase(*connection, DatabasePlatform, LocalDatabase);
     if (!ReadTableRegistry(process, connection, *rows)) RefuseEmptyRegistry(process);
     connection->Close();
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     WriteErrorLog(process, error);
   }
 }

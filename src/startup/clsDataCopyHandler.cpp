@@ -23,7 +23,8 @@ void clsDataCopyHandler::HandleDataCopy(const Text& ConnString, const Text& DBNa
       process_.AllTablesRun = true;
       DataCopyJob->CopyAllTables(ConnString, DBName, SyncMethod, LogDirectory, BusComponent, DatabasePlatform);
     }
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     WriteStartupErrorLog(process_, LogDirectory, error);
   }
 }

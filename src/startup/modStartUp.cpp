@@ -87,7 +87,8 @@ void RunProcess(modDeclarations& process, const Text& commandLine) {
     InitErpDateLimits(process);
     process.platform.StartLogging(Trim(Item(args, 4)) + "\\ZNQevtLG.txt");
     RunJob(process, args);
-  } catch (const RuntimeError& error) {
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
     process.DataCopyHandler.reset();
     if (HighestPosition(args) < 4) process.platform.NameCause(error);
     WriteStartupErrorLog(process, Item(args, 4), error);

@@ -12,11 +12,11 @@ namespace {
 template <typename Work>
 auto Traced(Trace& trace, std::string_view kind, ordered_json line, Work work) {
   try {
-    const auto result = work(line);
+    auto result = work(line);
     trace.Write(kind, line);
     return result;
-  } catch (const RuntimeError& error) {
-    line["error"] = Trace::Shown(error);
+  } catch (...) {
+    line["error"] = Trace::Shown(ErrorInFlight());
     trace.Write(kind, line);
     throw;
   }
@@ -28,9 +28,6 @@ class TracedConnection : public Connection {
  public:
   TracedConnection(std::shared_ptr<Connection> inner, Trace& trace, int number)
       : inner_(std::move(inner)), trace_(trace), number_(number) {}
-
-  const std::shared_ptr<Connection>& inner() const { return inner_; }
-  int number() const { return number_; }
 
   void PutConnectionTimeout(std::int16_t seconds) override { inner_->PutConnectionTimeout(seconds); }
   void PutCommandTimeout(std::int16_t seconds) override { inner_->PutCommandTimeout(seconds); }
@@ -66,11 +63,18 @@ class TracedConnection : public Connection {
     });
   }
 
- protected:
   std::int64_t Run(const Text& statement, Count count) override {
     return Traced(trace_, "sql", {{"connection", number_}, {"text", statement}}, [&](ordered_json& line) {
       const std::int64_t rows = inner_->Run(statement, count);
       if (count == Count::Asked) line["affected"] = rows;
+      return rows;
+    });
+  }
+
+  std::unique_ptr<QueryRows> RowsOf(const Text& query, CursorType cursor, LockType lock, CommandType options) override {
+    return Traced(trace_, "query", {{"connection", number_}, {"text", query}}, [&](ordered_json& line) {
+      std::unique_ptr<QueryRows> rows = inner_->RowsOf(query, cursor, lock, options);
+      line["rows"] = rows->count();
       return rows;
     });
   }
@@ -81,51 +85,12 @@ class TracedConnection : public Connection {
   int number_;
 };
 
-namespace {
-
-class TracedRecordset : public Recordset {
- public:
-  TracedRecordset(std::shared_ptr<Recordset> inner, Trace& trace) : inner_(std::move(inner)), trace_(trace) {}
-
-  void PutActiveConnection(std::shared_ptr<Connection> connection) override {
-    inner_->PutActiveConnection(TracedOf(connection).inner());
-  }
-
-  void Open(const Text& source, std::shared_ptr<Connection> connection, CursorType cursor, LockType lock,
-            CommandType options) override {
-    const TracedConnection& traced = TracedOf(connection);
-    Traced(trace_, "query", {{"connection", traced.number()}, {"text", source}}, [&](ordered_json& line) {
-      inner_->Open(source, traced.inner(), cursor, lock, options);
-      line["rows"] = inner_->RecordCount();
-      return true;
-    });
-  }
-
-  bool AtEnd() override { return inner_->AtEnd(); }
-  bool AtBeginning() override { return inner_->AtBeginning(); }
-  std::int32_t RecordCount() override { return inner_->RecordCount(); }
-  void MoveNext() override { inner_->MoveNext(); }
-  Value FieldValue(std::string_view name) override { return inner_->FieldValue(name); }
-  std::int32_t State() override { return inner_->State(); }
-  void Close() override { inner_->Close(); }
-
- private:
-  static TracedConnection& TracedOf(const std::shared_ptr<Connection>& connection) {
-    return dynamic_cast<TracedConnection&>(*connection);
-  }
-
-  std::shared_ptr<Recordset> inner_;
-  Trace& trace_;
-};
-
-}  // namespace
-
 std::shared_ptr<Connection> TracedDatabase::CreateConnection() {
   return std::make_shared<TracedConnection>(inner_.CreateConnection(), trace_, ++connections_);
 }
 
 std::shared_ptr<Recordset> TracedDatabase::CreateRecordset() {
-  return std::make_shared<TracedRecordset>(inner_.CreateRecordset(), trace_);
+  return inner_.CreateRecordset();
 }
 
 }  // namespace zenqay

@@ -1,4 +1,5 @@
-// Connections and recordsets that write the trace. They exist only while a trace is written.
+// Connections that write the trace, also of the queries that recordsets ask of them. They exist only while a trace is
+// written.
 #pragma once
 
 #include "contracts/connection.h"

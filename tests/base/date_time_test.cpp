@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "doubles/outcome.h"
 
 namespace zenqay {
@@ -55,6 +57,35 @@ TEST(DateTimeFromParts, RefusesAYearOutside1To9999) {
   EXPECT_EQ(Raised([] { At(9999, 13, 1); }), refusal);
   EXPECT_EQ(IsoText(At(1, 1, 1)), "1-01-01 00:00:00");
   EXPECT_EQ(IsoText(At(9999, 12, 31, 23, 59, 59)), "9999-12-31 23:59:59");
+}
+
+TEST(DateTimeFromParts, RefusesTheFarthestYearsToo) {
+  const Text refusal = "5 ZenqayDBSync: Invalid procedure call or argument: year outside 1 to 9999";
+  constexpr int kMost = std::numeric_limits<int>::max();
+  constexpr int kLeast = std::numeric_limits<int>::min();
+  EXPECT_EQ(Raised([] { At(kMost, 1, 1); }), refusal);
+  EXPECT_EQ(Raised([] { At(kLeast, 12, 1); }), refusal);
+  EXPECT_EQ(Raised([] { At(2004, kMost, 1); }), refusal);
+  EXPECT_EQ(Raised([] { At(2004, kLeast, 1); }), refusal);
+  // 2,147,507,640 months and as many taken off again, but for 1999 years and 4 months
+  EXPECT_EQ(IsoText(DateTime::FromParts({178'958'970, -2'147'483'647, 1})), "1999-05-01 00:00:00");
+}
+
+TEST(CalendarArithmetic, RefusesWhatLeadsOutsideTheYears1To9999HoweverFar) {
+  const Text refusal = "5 ZenqayDBSync: Invalid procedure call or argument: year outside 1 to 9999";
+  const DateTime value = At(2004, 1, 31);
+  constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+  constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
+  for (const std::int64_t number : {kMost, kLeast, kMost / 12 + 1, std::int64_t{120'000}, std::int64_t{-120'000}}) {
+    EXPECT_EQ(Raised([&] { AddMonths(value, number); }), refusal) << number;
+    EXPECT_EQ(Raised([&] { AddYears(value, number); }), refusal) << number;
+  }
+  for (const std::int64_t number : {kMost, kLeast, std::int64_t{3'660'000}, std::int64_t{-3'660'000}}) {
+    EXPECT_EQ(Raised([&] { AddDays(value, number); }), "6 ZenqayDBSync: Overflow") << number;
+  }
+  EXPECT_EQ(IsoText(AddMonths(At(1, 1, 1), 9'998 * 12 + 11)), "9999-12-01 00:00:00");
+  EXPECT_EQ(IsoText(AddYears(At(9999, 12, 31, 10, 11, 12), -9'998)), "1-12-31 10:11:12");
+  EXPECT_EQ(IsoText(AddDays(At(1, 1, 1), 3'652'058)), "9999-12-31 00:00:00");
 }
 
 TEST(DateTimeParts, AreThoseThatItWasMadeFrom) {

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <new>
 #include <tuple>
+#include <type_traits>
 
 namespace zenqay {
 namespace {
@@ -11,6 +14,7 @@ TEST(RuntimeError, HasTheNumberAndTextOfThePlatformsOwnErrors) {
   const std::tuple<PlatformFault, int, const char*> cases[] = {
       {PlatformFault::InvalidCall, 5, "Invalid procedure call or argument"},
       {PlatformFault::Overflow, 6, "Overflow"},
+      {PlatformFault::OutOfMemory, 7, "Out of memory"},
       {PlatformFault::SubscriptOutOfRange, 9, "Subscript out of range"},
       {PlatformFault::TypeMismatch, 13, "Type mismatch"},
       {PlatformFault::BadFileNumber, 52, "Bad file name or number"},
@@ -51,6 +55,92 @@ TEST(RuntimeError, KeepsWhatItWasRaisedWith) {
   EXPECT_EQ(error.source(), "zenqa Data Copy - Start");
   EXPECT_EQ(error.description(), "first\r\nsecond");
   EXPECT_STREQ(error.what(), "first\r\nsecond");
+}
+
+TEST(RuntimeError, SpeaksWithItsFirstItemAndKeepsAll) {
+  const RuntimeError error(std::vector<ProviderError>{{-2147217900, "FreeTDS", "first", "42000", 102},
+                                                      {-2147467259, "FreeTDS", "second", "01000", 3621}});
+
+  EXPECT_EQ(error.number(), -2147217900);
+  EXPECT_EQ(error.source(), "FreeTDS");
+  EXPECT_EQ(error.description(), "first");
+  EXPECT_EQ(error.sqlState(), "42000");
+  EXPECT_EQ(error.nativeError(), 102);
+  ASSERT_EQ(error.items().size(), 2u);
+  EXPECT_EQ(error.items()[1].Description, "second");
+  EXPECT_EQ(error.items()[1].SqlState, "01000");
+  EXPECT_EQ(error.items()[1].NativeError, 3621);
+}
+
+TEST(RuntimeError, HasNothingOfADatabaseWhereNoneReported) {
+  const RuntimeError error(PlatformFault::Overflow);
+
+  EXPECT_EQ(error.sqlState(), "");
+  EXPECT_EQ(error.nativeError(), 0);
+  EXPECT_TRUE(error.items().empty());
+  EXPECT_EQ(error.statement(), "");
+}
+
+TEST(RuntimeError, CanBeGivenTheStatementThatItIsAbout) {
+  const RuntimeError error(
+      std::vector<ProviderError>{{-2147217873, "SQLite", "UNIQUE constraint failed", "23000", 1555}});
+
+  const RuntimeError about = error.With("INSERT INTO Site (SITE ) VALUES (N'A1')");
+
+  EXPECT_EQ(about.statement(), "INSERT INTO Site (SITE ) VALUES (N'A1')");
+  EXPECT_EQ(about.number(), -2147217873);
+  EXPECT_EQ(about.description(), "UNIQUE constraint failed");
+  EXPECT_EQ(about.sqlState(), "23000");
+  EXPECT_EQ(about.nativeError(), 1555);
+  EXPECT_EQ(error.statement(), "");
+  EXPECT_EQ(about.With("").statement(), about.statement());
+}
+
+TEST(RuntimeError, IsCopiedWithoutFailing) {
+  static_assert(std::is_nothrow_copy_constructible_v<RuntimeError>);
+  static_assert(std::is_nothrow_copy_assignable_v<RuntimeError>);
+  static_assert(std::is_nothrow_move_constructible_v<RuntimeError>);
+  const RuntimeError error(5, "source", Text(1000, 'x'));
+
+  RuntimeError copy(PlatformFault::Overflow);
+  copy = error;
+  const RuntimeError moved = std::move(copy);
+
+  EXPECT_EQ(moved.description().data(), error.description().data());  // shared
+  EXPECT_EQ(copy.number(), 5);                                        // NOLINT: it stays what it was
+}
+
+/// What a failure path gets to handle for what was thrown.
+template <typename Thrown>
+RuntimeError Met(const Thrown& thrown) {
+  try {
+    throw thrown;
+  } catch (...) {
+    return ErrorInFlight();
+  }
+}
+
+TEST(ErrorInFlight, IsARuntimeErrorWhateverWasThrown) {
+  const std::filesystem::filesystem_error unreadable("cannot walk", "/erp", std::make_error_code(std::errc::io_error));
+  const std::pair<RuntimeError, Text> cases[] = {
+      {Met(RuntimeError(100, "Handle Data Copy", "no status")), "100 Handle Data Copy: no status"},
+      {Met(std::bad_alloc()), "7 ZenqayDBSync: Out of memory"},
+      {Met(std::runtime_error("no such page")), "440 ZenqayDBSync: Automation error: no such page"},
+      {Met(unreadable), "440 ZenqayDBSync: Automation error: filesystem error: cannot walk: Input/output error [/erp]"},
+      {Met(5), "440 ZenqayDBSync: Automation error"},
+  };
+  for (const auto& [error, text] : cases) {
+    EXPECT_EQ(std::to_string(error.number()) + " " + error.source() + ": " + error.description(), text);
+  }
+}
+
+TEST(ErrorInFlight, KeepsWhatARuntimeErrorHolds) {
+  const RuntimeError error(std::vector<ProviderError>{{-2147217865, "SQLite", "no such table", "42S02", 1}});
+
+  const RuntimeError met = Met(error.With("SELECT 1"));
+
+  EXPECT_EQ(met.sqlState(), "42S02");
+  EXPECT_EQ(met.statement(), "SELECT 1");
 }
 
 }  // namespace

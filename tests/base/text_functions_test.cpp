@@ -107,5 +107,19 @@ TEST(IsAscii, HoldsUpToU007FForTextsOfAnyLength) {
   }
 }
 
+TEST(OneLine, PutsABlankWhereALineEnds) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},
+      {"a  b ", "a  b "},
+      {"a\nb", "a b"},
+      {"a\r\nb", "a b"},
+      {"a \n\n\r b", "a b"},
+      {"\r\na\r\n", "a"},
+      {"\n", ""},
+      {"a;\nError while executing the query", "a; Error while executing the query"},
+  };
+  for (const auto& [text, line] : cases) EXPECT_EQ(OneLine(text), line) << "\"" << text << "\"";
+}
+
 }  // namespace
 }  // namespace zenqay

@@ -429,7 +429,7 @@ class RefusingDatabase : public LocalDatabases {
           {-2147217843, "Driver", "Login failed for user 'sync'\n(UID=sync;PWD=geheim;)"},
           {-2147467259, "Driver", "Connection closed."}};
       ErrorCollection()->Replace(items);
-      throw ProviderFailure(items);
+      throw RuntimeError(items);
     }
   };
 };

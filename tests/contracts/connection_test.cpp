@@ -63,6 +63,88 @@ TEST(Errors, AreReplacedByTheNextFailureAndCleared) {
   EXPECT_TRUE(errors.begin() == errors.end());
 }
 
+constexpr const char* kClosed = "3704 ZenqayDBSync: Operation is not allowed when the object is closed.";
+constexpr const char* kNoUsableConnection =
+    "3709 ZenqayDBSync: The connection cannot be used to perform this operation. It is either closed or invalid in "
+    "this "
+    "context.";
+
+struct Query : Statements {
+  Text Open(const std::shared_ptr<Connection>& over) {
+    return Raised([&] { rows->Open("Q", over, CursorType::Keyset, LockType::Optimistic, CommandType::SqlText); });
+  }
+
+  std::shared_ptr<Recordset> rows = database.CreateRecordset();
+};
+
+TEST(Recordset, AsksItsConnectionForTheRows) {
+  Query query;
+  query.database.Answer("Q", {{{"site", "A1"}}, {{"site", "A2"}}});
+
+  EXPECT_EQ(query.Open(query.connection), "nothing");
+
+  EXPECT_EQ(query.rows->RecordCount(), 2);
+  EXPECT_EQ(query.rows->FieldValue("SITE"), Value("A1"));
+  query.rows->MoveNext();
+  EXPECT_EQ(query.rows->FieldValue("SITE"), Value("A2"));
+  EXPECT_EQ(query.journal.Take(), "query Q\n");
+}
+
+TEST(Recordset, TakesTheConnectionOfItsOpeningOrTheOneThatWasPut) {
+  Query query;
+  EXPECT_EQ(query.Open(nullptr), kNoUsableConnection);
+
+  query.rows->PutActiveConnection(query.connection);
+  EXPECT_EQ(query.Open(nullptr), "nothing");
+  query.rows->Close();
+  query.rows->PutActiveConnection(nullptr);
+  EXPECT_EQ(query.Open(nullptr), kNoUsableConnection);
+  EXPECT_EQ(query.Open(query.connection), "nothing");
+  query.rows->Close();
+  EXPECT_EQ(query.Open(nullptr), "nothing");  // it has become the active one
+}
+
+TEST(Recordset, CannotBeOpenedTwiceNorReadWhileItIsClosed) {
+  Query query;
+  const auto expectClosed = [&] {
+    EXPECT_EQ(query.rows->State(), 0);
+    EXPECT_EQ(Raised([&] { query.rows->AtEnd(); }), kClosed);
+    EXPECT_EQ(Raised([&] { query.rows->AtBeginning(); }), kClosed);
+    EXPECT_EQ(Raised([&] { query.rows->RecordCount(); }), kClosed);
+    EXPECT_EQ(Raised([&] { query.rows->MoveNext(); }), kClosed);
+    EXPECT_EQ(Raised([&] { query.rows->FieldValue("a"); }), kClosed);
+    EXPECT_EQ(Raised([&] { query.rows->Close(); }), kClosed);
+  };
+
+  expectClosed();
+  EXPECT_EQ(query.Open(query.connection), "nothing");
+  EXPECT_EQ(query.rows->State(), 1);
+  EXPECT_EQ(query.Open(query.connection), "3705 ZenqayDBSync: Operation is not allowed when the object is open.");
+  query.rows->Close();
+  expectClosed();
+  query.database.FailOn("Q", RuntimeError(1, "Driver", "refused"));
+  EXPECT_EQ(query.Open(query.connection), "1 Driver: refused");
+  expectClosed();
+}
+
+TEST(Recordset, KnowsItsFieldsWithoutARowAndItsRowsWithoutAField) {
+  Query query;
+  query.database.Answer("Q", {{{"site", "A1"}}});
+  query.Open(query.connection);
+  const Text noField =
+      "3265 ZenqayDBSync: Item cannot be found in the collection corresponding to the requested name or ordinal.: b";
+  const Text noRow =
+      "3021 ZenqayDBSync: Either BOF or EOF is True, or the current record has been deleted. Requested operation "
+      "requires a current record.";
+
+  EXPECT_EQ(Raised([&] { query.rows->FieldValue("b"); }), noField);
+  query.rows->MoveNext();
+
+  EXPECT_EQ(Raised([&] { query.rows->FieldValue("b"); }), noField);
+  EXPECT_EQ(Raised([&] { query.rows->FieldValue("site"); }), noRow);
+  EXPECT_EQ(Raised([&] { query.rows->MoveNext(); }), noRow);
+}
+
 TEST(Field, StandsForWhatItHoldsInTheCurrentRow) {
   Statements statements;
   statements.database.Answer("Q", {{{"tableid", std::int32_t{5}}}, {{"tableid", Null()}}});

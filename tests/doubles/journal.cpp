@@ -26,7 +26,7 @@ Text ShownObject(const Object& object) {
 
 void Journal::Line(const Text& line) {
   text_ += line + "\n";
-  if (failure_ && failure_->linesBefore-- == 0) throw std::exchange(failure_, {})->error;
+  if (failure_ && failure_->linesBefore-- == 0) std::rethrow_exception(std::exchange(failure_, {})->thrown);
 }
 
 inline namespace journal_text {

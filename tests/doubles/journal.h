@@ -1,6 +1,7 @@
 // One text of everything that the job said to the outside, in order: what a test compares whole.
 #pragma once
 
+#include <exception>
 #include <optional>
 #include <utility>
 
@@ -20,12 +21,13 @@ class Journal {
 
   /// Makes the call fail that writes the line at `index`, counted from 0 and from now on: a double writes its line when
   /// it is called, and answers behind that.
-  void FailAtLine(std::size_t index, RuntimeError error) { failure_.emplace(Failure{index, std::move(error)}); }
+  void FailAtLine(std::size_t index, const RuntimeError& error) { FailAtLine(index, std::make_exception_ptr(error)); }
+  void FailAtLine(std::size_t index, std::exception_ptr thrown) { failure_.emplace(Failure{index, std::move(thrown)}); }
 
  private:
   struct Failure {
     std::size_t linesBefore;
-    RuntimeError error;
+    std::exception_ptr thrown;
   };
 
   Text text_;

@@ -1,6 +1,41 @@
 #include "doubles/scripted_database.h"
 
+#include <set>
+
 namespace zenqay {
+
+namespace {
+
+/// The columns are the fields that any of the rows has.
+class ScriptedRows : public QueryRows {
+ public:
+  explicit ScriptedRows(std::vector<TableRow> rows) : rows_(std::move(rows)) {
+    std::set<Text> names;
+    for (const TableRow& row : rows_) {
+      for (const auto& [name, value] : row) names.insert(name);
+    }
+    columns_.assign(names.begin(), names.end());
+  }
+
+  const std::vector<Text>& columns() const override { return columns_; }
+  std::int64_t count() const override { return static_cast<std::int64_t>(rows_.size()); }
+  bool Next() override { return ++next_ <= rows_.size(); }
+  bool atRow() const override { return next_ > 0 && next_ <= rows_.size(); }
+  Value Field(std::size_t column) const override { return rows_[next_ - 1].at(columns_[column]); }
+
+ private:
+  std::vector<TableRow> rows_;
+  std::vector<Text> columns_;
+  std::size_t next_ = 0;
+};
+
+Text OptionText(CursorType cursor, LockType lock, CommandType options) {
+  Text text = cursor == CursorType::Keyset ? " [keyset" : " [static";
+  text += lock == LockType::Optimistic ? " optimistic" : " read-only";
+  return text + (options == CommandType::SqlText ? " text]" : " unspecified]");
+}
+
+}  // namespace
 
 class ScriptedConnection : public Connection {
  public:
@@ -34,7 +69,6 @@ class ScriptedConnection : public Connection {
     database_.CheckCall("close");
   }
 
-  Errors& errors() { return *errors_; }
   int number() const { return number_; }
 
  protected:
@@ -44,6 +78,12 @@ class ScriptedConnection : public Connection {
     database_.journal_.Line("sql " + statement + (asked ? " -> " + std::to_string(rows) : ""));
     database_.Check(statement, *errors_);
     return rows;
+  }
+
+  std::unique_ptr<QueryRows> RowsOf(const Text& query, CursorType cursor, LockType lock, CommandType options) override {
+    database_.journal_.Line("query " + query + (database_.showQueryOptions ? OptionText(cursor, lock, options) : ""));
+    database_.Check(query, *errors_);
+    return std::make_unique<ScriptedRows>(database_.RowsOf(query));
   }
 
  private:
@@ -62,51 +102,21 @@ class ScriptedRecordset : public Recordset {
   explicit ScriptedRecordset(ScriptedDatabase& database) : database_(database) {}
 
   void PutActiveConnection(std::shared_ptr<Connection> connection) override {
-    if (!database_.showSettings) return;
-    database_.journal_.Line("put ActiveConnection " +
-                            std::to_string(static_cast<ScriptedConnection&>(*connection).number()));
+    if (database_.showSettings) {
+      database_.journal_.Line("put ActiveConnection " +
+                              std::to_string(static_cast<ScriptedConnection&>(*connection).number()));
+    }
+    Recordset::PutActiveConnection(std::move(connection));
   }
-
-  void Open(const Text& source, std::shared_ptr<Connection> connection, CursorType cursor, LockType lock,
-            CommandType options) override {
-    database_.journal_.Line("query " + source + (database_.showQueryOptions ? OptionText(cursor, lock, options) : ""));
-    database_.Check(source, static_cast<ScriptedConnection&>(*connection).errors());
-    rows_ = database_.RowsOf(source);
-    at_ = 0;
-    open_ = true;
-  }
-
-  bool AtEnd() override { return at_ >= rows_.size(); }
-  bool AtBeginning() override { return rows_.empty(); }
-  std::int32_t RecordCount() override { return static_cast<std::int32_t>(rows_.size()); }
-  void MoveNext() override { ++at_; }
-
-  Value FieldValue(std::string_view name) override {
-    if (AtEnd()) throw RuntimeError(3021, kPlatformSource, "no current row");
-    const auto field = rows_[at_].find(LowerCased(name));
-    if (field == rows_[at_].end()) throw RuntimeError(3265, kPlatformSource, "no field " + Text(name));
-    return field->second;
-  }
-
-  std::int32_t State() override { return open_ ? 1 : 0; }
 
   void Close() override {
     database_.journal_.Line("close recordset");
     database_.CheckCall("close recordset");
-    open_ = false;
+    Recordset::Close();
   }
 
  private:
-  static Text OptionText(CursorType cursor, LockType lock, CommandType options) {
-    Text text = cursor == CursorType::Keyset ? " [keyset" : " [static";
-    text += lock == LockType::Optimistic ? " optimistic" : " read-only";
-    return text + (options == CommandType::SqlText ? " text]" : " unspecified]");
-  }
-
   ScriptedDatabase& database_;
-  std::vector<TableRow> rows_;
-  std::size_t at_ = 0;
-  bool open_ = false;
 };
 
 void ScriptedDatabase::FailOn(const Text& part, RuntimeError error, std::vector<ProviderError> items, int times) {
@@ -122,9 +132,7 @@ std::shared_ptr<Recordset> ScriptedDatabase::CreateRecordset() {
 }
 
 void ScriptedDatabase::Check(const Text& statement, Errors& errors) {
-  if (refusesEmptyStatements && statement.empty()) {
-    throw RuntimeError(-2147217908, kPlatformSource, "Command text was not set for the command object.");
-  }
+  if (refusesEmptyStatements && statement.empty()) Raise(DatabaseFault::NoCommandText);
   for (Failure& failure : failures_) {
     if (failure.times == 0 || statement.find(failure.part) == Text::npos) continue;
     --failure.times;

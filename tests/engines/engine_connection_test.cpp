@@ -158,6 +158,38 @@ TEST_F(EngineConnectionTest, KeepsTheItemsOfTheLatestFailure) {
   EXPECT_EQ(connection->ErrorCollection()->count(), 0);
 }
 
+/// What the database said of the failure of an operation, and the statement that it is about.
+Text FactsOf(const std::function<void()>& operation) {
+  try {
+    operation();
+  } catch (const RuntimeError& error) {
+    return error.sqlState() + " " + std::to_string(error.nativeError()) + ": " + error.statement();
+  }
+  return "no failure";
+}
+
+TEST_F(EngineConnectionTest, LetsAFailureTravelWithItsStatementAndWhatTheDatabaseCallsIt) {
+  const auto connection = Connect();
+  MakeSites(*connection);
+
+  EXPECT_EQ(FactsOf([&] { connection->Execute("INSERT INTO SITES (SITE) VALUES (N'A1')"); }),
+            "23000 1555: INSERT INTO SITES (SITE) VALUES (N'A1')");
+  EXPECT_EQ(FactsOf([&] { Query(connection, "SELECT * FROM NOWHERE"); }), "42S02 1: SELECT * FROM NOWHERE");
+  EXPECT_EQ(connection->ErrorCollection()->begin()->SqlState, "42S02");
+  EXPECT_EQ(connection->ErrorCollection()->begin()->NativeError, 1);
+  EXPECT_EQ(FactsOf([&] { connection->Execute("UPDATE SITES SET LUTM = {d 'x'}"); }),
+            "22007 0: UPDATE SITES SET LUTM = {d 'x'}");
+  EXPECT_EQ(FactsOf([&] { connection->Execute(" "); }), " 0:  ");
+  EXPECT_EQ(FactsOf([&] { connection->Open(); }), " 0: ");
+}
+
+TEST_F(EngineConnectionTest, SaysWhyAFileCannotBeOpened) {
+  const auto connection = databases_.CreateConnection();
+  connection->PutConnectionString("Provider=SQLite;Data Source=/nowhere/service.db");
+
+  EXPECT_EQ(FactsOf([&] { connection->Open(); }), "08001 14: ");
+}
+
 TEST_F(EngineConnectionTest, CountsTheRowsTouched) {
   const auto connection = Connect();
   MakeSites(*connection);
@@ -272,6 +304,19 @@ TEST_F(EngineRecordsetTest, StaysAsItWasWhileStatementsRun) {
 
   EXPECT_EQ(sites->RecordCount(), 2);
   EXPECT_EQ(Query(other, "SELECT * FROM SITES")->RecordCount(), 4);
+}
+
+TEST_F(EngineRecordsetTest, StaysReadableWhenItsConnectionIsGone) {
+  auto connection = Connect();
+  MakeSites(*connection);
+  const auto sites = Query(connection, "SELECT * FROM SITES");
+  connection->Close();
+  sites->PutActiveConnection(nullptr);
+  connection.reset();
+
+  sites->MoveNext();
+
+  EXPECT_EQ(sites->FieldValue("SITE"), Value("A2"));
 }
 
 TEST_F(EngineRecordsetTest, UsesTheActiveConnection) {

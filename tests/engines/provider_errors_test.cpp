@@ -18,14 +18,19 @@ TEST(ProviderNumber, FollowsTheSqlState) {
   }
 }
 
-TEST(ProviderFailure, SpeaksWithItsFirstItemAndKeepsAll) {
-  const ProviderFailure failure({{-2147217900, "FreeTDS", "first"}, {-2147467259, "FreeTDS", "second"}});
+TEST(ReportedItem, TakesItsNumberFromTheSqlState) {
+  const ProviderError item = ReportedItem("SQLite", "no such table: SITES", "42S02", 1);
 
-  EXPECT_EQ(failure.number(), -2147217900);
-  EXPECT_EQ(failure.source(), "FreeTDS");
-  EXPECT_EQ(failure.description(), "first");
-  ASSERT_EQ(failure.items().size(), 2u);
-  EXPECT_EQ(failure.items()[1].Description, "second");
+  EXPECT_EQ(item.Number, -2147217865);
+  EXPECT_EQ(item.Source, "SQLite");
+  EXPECT_EQ(item.Description, "no such table: SITES");
+  EXPECT_EQ(item.SqlState, "42S02");
+  EXPECT_EQ(item.NativeError, 1);
+}
+
+TEST(ReportedItem, BringsTheTextOnOneLine) {
+  EXPECT_EQ(ReportedItem("Driver", "ERROR: no such column;\nError while executing the query\r\n", "42703").Description,
+            "ERROR: no such column; Error while executing the query");
 }
 
 }  // namespace

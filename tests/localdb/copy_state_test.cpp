@@ -132,7 +132,9 @@ TEST_F(IsCopyInProgressTest, LeavesTheQueryOpenWhenTheFailureCannotBeLogged) {
 
   EXPECT_EQ(raised, "76 ZenqayDBSync: Path not found: C:\\no-such-directory\\run.log");
   EXPECT_EQ(fixture.journal.Take(), "query SELECT * FROM tstables WHERE tablename = N'Site'\n");
-  EXPECT_EQ(fixture.Causes(), "error 3265 from \"ZenqayDBSync\": no field in_use\n");
+  EXPECT_EQ(fixture.Causes(),
+            "error 3265 from \"ZenqayDBSync\": Item cannot be found in the collection corresponding to the requested "
+            "name or ordinal.: in_use\n");
 }
 
 TEST_F(IsCopyInProgressTest, OverflowsWhen100CannotBeAddedToTheNumber) {

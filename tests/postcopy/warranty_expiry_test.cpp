@@ -543,7 +543,10 @@ TEST(CalculateWarrantyExpiry, ReadsTypeThenNumberThenUnitThenDate) {
 
     const Text raised = Raised([&] { copy.CalculateWarrantyExpiry(); });
 
-    EXPECT_EQ(LowerCased(raised), Text("3265 zenqaydbsync: no field ") + field);
+    EXPECT_EQ(LowerCased(raised),
+              Text("3265 zenqaydbsync: item cannot be found in the collection corresponding to the requested name or "
+                   "ordinal.: ") +
+                  field);
     row[field] = Joined().at(field);
   }
 }

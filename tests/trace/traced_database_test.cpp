@@ -129,6 +129,41 @@ TEST_F(TracedDatabaseTest, WritesAQueryWithTheNumberOfItsRowsAndNotItsReading) {
                      "\n");
 }
 
+TEST_F(TracedDatabaseTest, WritesTheQueryOfARecordsetWhoseConnectionWasPutBefore) {
+  const auto connection = database.CreateConnection();
+  const auto recordset = database.CreateRecordset();
+  recordset->PutActiveConnection(connection);
+
+  recordset->Open("SELECT 1", nullptr, CursorType::Static, LockType::ReadOnly, CommandType::Unspecified);
+
+  EXPECT_EQ(Lines(), R"({"n":1,"kind":"query","connection":1,"text":"SELECT 1","rows":0})"
+                     "\n");
+}
+
+TEST_F(TracedDatabaseTest, WritesNothingOfARecordsetWithoutAConnectionWhichRefusesAsWithoutATrace) {
+  const auto recordset = database.CreateRecordset();
+
+  EXPECT_EQ(Raised([&] {
+              recordset->Open("SELECT 1", nullptr, CursorType::Static, LockType::ReadOnly, CommandType::Unspecified);
+            }),
+            "3709 ZenqayDBSync: The connection cannot be used to perform this operation. It is either closed or "
+            "invalid in this context.");
+  recordset->PutActiveConnection(nullptr);
+
+  EXPECT_EQ(Lines(), "");
+}
+
+TEST_F(TracedDatabaseTest, WritesAsAnErrorWhateverWasThrown) {
+  const auto connection = database.CreateConnection();
+  journal.FailAtLine(0, std::make_exception_ptr(std::bad_alloc()));
+
+  EXPECT_THROW(connection->Execute("DELETE FROM Site"), std::bad_alloc);
+
+  EXPECT_EQ(Lines(), R"({"n":1,"kind":"sql","connection":1,"text":"DELETE FROM Site","error":{"number":7,)"
+                     R"("source":"ZenqayDBSync","description":"Out of memory"}})"
+                     "\n");
+}
+
 TEST_F(TracedDatabaseTest, WritesTheErrorInPlaceOfTheResultAndPassesItOn) {
   inner.FailCall("open", kRefused);
   inner.FailCall("close", {3704, "ADODB", "not \"open\""});

@@ -1,8 +1,9 @@
 #include "engines/dialect/date_literals.h"
 
 #include <array>
-#include <charconv>
 #include <chrono>
+
+#include "base/text_reader.h"
 
 namespace zenqay {
 namespace {
@@ -24,43 +25,17 @@ struct WrittenDate {
   bool isAfternoon = false;
 };
 
-/// Takes marks and numbers off the front of a text. Each operation answers false when something else stands there.
-class Reader {
- public:
-  explicit Reader(std::string_view text) : rest_(text) {}
-
-  bool atEnd() const { return rest_.empty(); }
-
-  bool Mark(std::string_view mark) {
-    if (!rest_.starts_with(mark)) return false;
-    rest_.remove_prefix(mark.size());
+bool TakeMonthName(TextReader& reader, int& month) {
+  for (std::size_t index = 0; index < kMonths.size(); ++index) {
+    if (!reader.Mark(kMonths[index])) continue;
+    month = static_cast<int>(index) + 1;
     return true;
   }
-
-  bool Number(std::size_t leastDigits, std::size_t mostDigits, int& number) {
-    std::size_t digits = 0;
-    while (digits < rest_.size() && digits < mostDigits && rest_[digits] >= '0' && rest_[digits] <= '9') ++digits;
-    if (digits < leastDigits) return false;
-    std::from_chars(rest_.data(), rest_.data() + digits, number);
-    rest_.remove_prefix(digits);
-    return true;
-  }
-
-  bool MonthName(int& month) {
-    for (std::size_t index = 0; index < kMonths.size(); ++index) {
-      if (!Mark(kMonths[index])) continue;
-      month = static_cast<int>(index) + 1;
-      return true;
-    }
-    return false;
-  }
-
- private:
-  std::string_view rest_;
-};
+  return false;
+}
 
 /// "10:11:12 AM" up to the end.
-bool ReadTime(Reader& reader, WrittenDate& date) {
+bool ReadTime(TextReader& reader, WrittenDate& date) {
   if (!reader.Number(1, 2, date.hour) || !reader.Mark(":") || !reader.Number(2, 2, date.minute) || !reader.Mark(":") ||
       !reader.Number(2, 2, date.second)) {
     return false;
@@ -71,7 +46,7 @@ bool ReadTime(Reader& reader, WrittenDate& date) {
 
 /// "1/31/2004", or that and " 10:11:12 AM".
 bool ReadSlashDate(std::string_view text, WrittenDate& date) {
-  Reader reader(text);
+  TextReader reader(text);
   if (!reader.Number(1, 2, date.month) || !reader.Mark("/") || !reader.Number(1, 2, date.day) || !reader.Mark("/") ||
       !reader.Number(1, 4, date.year)) {
     return false;
@@ -81,8 +56,8 @@ bool ReadSlashDate(std::string_view text, WrittenDate& date) {
 
 /// "Jan 31, 2004 10:11:12 AM"
 bool ReadNamedMonthDate(std::string_view text, WrittenDate& date) {
-  Reader reader(text);
-  return reader.MonthName(date.month) && reader.Mark(" ") && reader.Number(1, 2, date.day) && reader.Mark(", ") &&
+  TextReader reader(text);
+  return TakeMonthName(reader, date.month) && reader.Mark(" ") && reader.Number(1, 2, date.day) && reader.Mark(", ") &&
          reader.Number(1, 4, date.year) && reader.Mark(" ") && ReadTime(reader, date);
 }
 

@@ -14,7 +14,7 @@ namespace zenqay {
 /// no other database has an escape character there unasked; UPDATE STATISTICS becomes ANALYZE; ALTER SESSION SET
 /// CURRENT_SCHEMA becomes SET search_path; SET DATEFORMAT YMD becomes nothing.
 ///
-/// Raises ProviderFailure -2147217913 for a date that does not exist.
+/// Raises -2147217913 for a date that does not exist.
 void TranslateForPostgreSql(std::string_view statement, Text& translated);
 
 }  // namespace zenqay

@@ -12,7 +12,7 @@ namespace zenqay {
 /// 'YYYY-MM-DD hh:mm:ss' or, for a date alone, 'YYYY-MM-DD'; UPDATE STATISTICS becomes ANALYZE; SET DATEFORMAT YMD and
 /// ALTER SESSION SET CURRENT_SCHEMA become nothing.
 ///
-/// Raises ProviderFailure -2147217913 for a date that does not exist.
+/// Raises -2147217913 for a date that does not exist.
 void TranslateForSqlite(std::string_view statement, Text& translated);
 
 }  // namespace zenqay

@@ -10,7 +10,7 @@ using Kind = SqlToken::Kind;
 
 [[noreturn]] void RaiseInvalidDate(std::string_view engine, std::string_view text) {
   const Text description = "invalid date: " + Text(text);
-  throw ProviderFailure({{ProviderNumber("22007"), Text(engine), description}});
+  RaiseReported(Text(engine), description, "22007");
 }
 
 void AppendTwoDigits(Text& text, int number) {

@@ -14,9 +14,13 @@ class Diagnostics {
   Diagnostics(OdbcCalls& calls, Text source, std::vector<Text> secrets)
       : calls_(calls), source_(std::move(source)), secrets_(std::move(secrets)) {}
 
-  /// Raises ProviderFailure, with every diagnostic record of the handle, unless the call succeeded; with information
+  /// Raises every diagnostic record of the handle, as one failure, unless the call succeeded; with information
   /// is success, and so is having no (more) data.
   void Require(SQLRETURN result, SQLSMALLINT handleType, SQLHANDLE handle);
+
+  /// The same for the call that connects. A login that is refused has the one number for that, by whichever state,
+  /// number or text the driver says so; what else a server refuses is a connection that failed.
+  void RequireConnected(SQLRETURN result, SQLHANDLE connection);
 
  private:
   std::vector<ProviderError> RecordsOf(SQLSMALLINT handleType, SQLHANDLE handle);

@@ -6,8 +6,6 @@
 
 #include <algorithm>
 
-#include "engines/connection_string.h"
-
 namespace zenqay {
 namespace {
 
@@ -32,10 +30,8 @@ CharacterWidth OdbcDriver::width() const {
   return CharacterWidth::Narrow;
 }
 
-OdbcDriver DriverOf(const Text& driverString) {
-  const ConnectionString read(driverString);
-  Text driver = read.Value("Driver");
-  if (driver.empty()) driver = Setting(read.Value("DSN"), "Driver", "odbc.ini");
+OdbcDriver DriverOf(Text driver, const Text& dataSource) {
+  if (driver.empty()) driver = Setting(dataSource, "Driver", "odbc.ini");
   if (driver.find('/') != Text::npos) return {FileName(driver), LowerCased(FileName(driver))};
   const Text file = Setting(driver, "Driver", "odbcinst.ini");
   return {driver, LowerCased(FileName(file.empty() ? driver : file))};

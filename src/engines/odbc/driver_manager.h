@@ -26,8 +26,8 @@ struct OdbcDriver {
   CharacterWidth width() const;
 };
 
-/// The driver that the string's Driver or DSN leads to; empty names when it leads to none.
-OdbcDriver DriverOf(const Text& driverString);
+/// The driver of this name or at this path, without one that of the data source; empty names when they lead to none.
+OdbcDriver DriverOf(Text driver, const Text& dataSource);
 
 /// The names of the installed drivers. `environment` is an ODBC environment.
 std::vector<Text> InstalledDrivers(void* environment);

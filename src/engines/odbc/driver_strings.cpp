@@ -85,7 +85,9 @@ Text DriverKey(const DriverWords& driver, const Text& key) {
   return key;
 }
 
-Text Translated(const ConnectionString& connectionString, const Text& driver, const DriverWords& words) {
+using Quote = Text (*)(const Text& value);
+
+Text Translated(const ConnectionString& connectionString, const Text& driver, const DriverWords& words, Quote quoted) {
   Text text = "Driver={" + driver + "}";
   for (const auto& [key, value] : connectionString.entries()) {
     if (EqualsIgnoringCase(key, "Provider")) continue;
@@ -94,25 +96,75 @@ Text Translated(const ConnectionString& connectionString, const Text& driver, co
       continue;
     }
     const Text driverKey = DriverKey(words, key);
-    if (!driverKey.empty()) text += ";" + driverKey + "=" + QuotedDriverValue(value);
+    if (!driverKey.empty()) text += ";" + driverKey + "=" + quoted(value);
   }
   return text;
 }
 
+/// A server as SQL Server's own drivers read it: [tcp:]host[\instance][,port].
+struct ServerAddress {
+  explicit ServerAddress(Text text) {
+    if (StartsWithIgnoringCase(text, "tcp:")) text.erase(0, 4);
+    const std::size_t comma = text.find(',');
+    if (comma != Text::npos) port = Trim(std::string_view(text).substr(comma + 1));
+    const Text server = Trim(std::string_view(text).substr(0, comma));
+    const std::size_t backslash = server.find('\\');
+    if (backslash != Text::npos) instance = server.substr(backslash + 1);
+    host = server.substr(0, backslash);
+    if (host == "." || EqualsIgnoringCase(host, "(local)")) host = "localhost";
+  }
+
+  Text host;
+  Text instance;  // FreeTDS asks the server's browser for its port
+  Text port;
+};
+
+/// The connection string in what FreeTDS needs, for the words of SQL Server to become its own.
+ConnectionString ForFreeTds(const ConnectionString& connectionString) {
+  ConnectionString adapted = connectionString;
+  const Text server = connectionString.Value("Server");
+  const ServerAddress address(server.empty() ? connectionString.Value("Data Source") : server);
+  const bool namesPort = !address.port.empty();
+  const bool asksBrowser = !namesPort && !address.instance.empty();
+  adapted.Remove("Data Source");
+  adapted.Put("Server", asksBrowser ? address.host + "\\" + address.instance : address.host);
+  if (namesPort) adapted.Put("Port", address.port);
+  const bool needsPort = !asksBrowser && adapted.Value("Port").empty();
+  if (needsPort) adapted.Put("Port", "1433");
+  if (adapted.Value("TDS_Version").empty()) adapted.Put("TDS_Version", "7.4");
+  if (IsOn(adapted.Value("Encrypt"))) adapted.Put("Encryption", "require");
+  adapted.Remove("Encrypt");  // the login alone is encrypted without being asked, where the server can
+  return adapted;
+}
+
+DriverString ForSqlServer(const ConnectionString& connectionString, const Text& driver) {
+  if (!StartsWithIgnoringCase(driver, "FreeTDS")) {
+    return {Translated(connectionString, driver, kSqlServerWords, QuotedDriverValue), driver, ""};
+  }
+  const ConnectionString adapted = ForFreeTds(connectionString);
+  return {Translated(adapted, driver, kSqlServerWords, QuotedFreeTdsValue) + ";", driver, ""};
+}
+
+/// What the caller wrote for the driver itself.
+DriverString DriversOwn(const Text& text) {
+  const ConnectionString read(text);
+  return {text, read.Value("Driver"), read.Value("DSN")};
+}
+
 }  // namespace
 
-Text DriverConnectString(const Text& connectionString, const std::vector<Text>& installedDrivers) {
+DriverString DriverConnectString(const Text& connectionString, const std::vector<Text>& installedDrivers) {
   const ConnectionString read(connectionString);
   const Text provider = read.Value("Provider");
-  if (provider.empty()) return connectionString;
-  if (IsProvider(provider, {"MSDASQL"})) return WithoutEntry(connectionString, "Provider");
+  if (provider.empty()) return DriversOwn(connectionString);
+  if (IsProvider(provider, {"MSDASQL"})) return DriversOwn(WithoutEntry(connectionString, "Provider"));
   if (IsProvider(provider, {"SQLOLEDB", "MSOLEDBSQL", "SQLNCLI"})) {
-    const Text driver = DriverFor("SQL Server", installedDrivers,
-                                  {"ODBC Driver ", "SQL Server Native Client ", "FreeTDS", "SQL Server"});
-    return Translated(read, driver, kSqlServerWords);
+    return ForSqlServer(read, DriverFor("SQL Server", installedDrivers,
+                                        {"ODBC Driver ", "SQL Server Native Client ", "FreeTDS", "SQL Server"}));
   }
   if (IsProvider(provider, {"OraOLEDB.Oracle", "MSDAORA"})) {
-    return Translated(read, DriverFor("Oracle", installedDrivers, {"Oracle"}), kOracleWords);
+    const Text driver = DriverFor("Oracle", installedDrivers, {"Oracle"});
+    return {Translated(read, driver, kOracleWords, QuotedDriverValue), driver, ""};
   }
   RaiseUnknownProvider(provider);
 }
@@ -127,6 +179,15 @@ Text QuotedDriverValue(const Text& value) {
   const bool hasBlankEnd = !value.empty() && (value.front() == ' ' || value.back() == ' ');
   if (!hasMark && !hasBlankEnd) return value;
   return "{" + Replaced(value, "}", "}}") + "}";
+}
+
+Text QuotedFreeTdsValue(const Text& value) {
+  const bool needsBraces = value.starts_with('{') || value.find(';') != Text::npos;
+  if (!needsBraces) return value;
+  if (value.find("};") != Text::npos) {
+    Raise("FreeTDS takes no value that holds a closing brace in front of a semicolon. Change the password.");
+  }
+  return "{" + value + "}";
 }
 
 std::vector<Text> PasswordsOf(const Text& connectionString) {

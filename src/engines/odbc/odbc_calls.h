@@ -4,35 +4,37 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <memory>
+
 #include "engines/odbc/driver_manager.h"
-#include "engines/odbc/utf16.h"
 
 namespace zenqay {
+
+/// One diagnostic record.
+struct Diagnostic {
+  Text sqlState;
+  Text message;
+  std::int32_t nativeError = 0;
+};
 
 /// Every operation returns what the call returned; texts are UTF-8. What is given back means nothing after a failure.
 class OdbcCalls {
  public:
-  explicit OdbcCalls(CharacterWidth width) : isWide_(width == CharacterWidth::Wide) {}
+  virtual ~OdbcCalls() = default;
 
-  SQLRETURN DriverConnect(SQLHDBC connection, const Text& driverString);
-  SQLRETURN ExecDirect(SQLHSTMT statement, const Text& text);
-  SQLRETURN DescribeColumn(SQLHSTMT statement, SQLUSMALLINT column, Text& name, SQLSMALLINT& type);
+  virtual SQLRETURN DriverConnect(SQLHDBC connection, const Text& driverString) = 0;
+  virtual SQLRETURN ExecDirect(SQLHSTMT statement, const Text& text) = 0;
+  virtual SQLRETURN DescribeColumn(SQLHSTMT statement, SQLUSMALLINT column, Text& name, SQLSMALLINT& type) = 0;
 
-  /// The next piece of a field of the current row, appended to `piece`. SQL_SUCCESS_WITH_INFO when more follow.
-  SQLRETURN GetText(SQLHSTMT statement, SQLUSMALLINT column, Text& field, bool& isNull);
+  /// A field of the current row as a whole.
+  virtual SQLRETURN GetText(SQLHSTMT statement, SQLUSMALLINT column, Text& field, bool& isNull) = 0;
 
-  SQLRETURN GetDiagnostic(SQLSMALLINT handleType, SQLHANDLE handle, SQLSMALLINT number, Text& sqlState, Text& message);
-  SQLRETURN GetInfo(SQLHDBC connection, SQLUSMALLINT what, Text& answer);
-  SQLRETURN PutCatalog(SQLHDBC connection, const Text& name);
-  SQLRETURN GetCatalog(SQLHDBC connection, Text& name);
-
- private:
-  SQLRETURN GetWideText(SQLHSTMT statement, SQLUSMALLINT column, Text& field, bool& isNull);
-  SQLRETURN GetNarrowText(SQLHSTMT statement, SQLUSMALLINT column, Text& field, bool& isNull);
-
-  bool isWide_;
-  Utf16 utf16_;
-  WideText wide_;  // kept for its memory
+  virtual SQLRETURN GetDiagnostic(SQLSMALLINT handleType, SQLHANDLE handle, SQLSMALLINT number, Diagnostic& record) = 0;
+  virtual SQLRETURN GetInfo(SQLHDBC connection, SQLUSMALLINT what, Text& answer) = 0;
+  virtual SQLRETURN PutCatalog(SQLHDBC connection, const Text& name) = 0;
+  virtual SQLRETURN GetCatalog(SQLHDBC connection, Text& name) = 0;
 };
+
+std::unique_ptr<OdbcCalls> CallsOf(CharacterWidth width);
 
 }  // namespace zenqay

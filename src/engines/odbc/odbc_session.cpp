@@ -15,6 +15,11 @@ bool ChangesRows(const Text& statement) {
   return EqualsIgnoringCase(verb, "UPDATE") || EqualsIgnoringCase(verb, "INSERT") || EqualsIgnoringCase(verb, "DELETE");
 }
 
+/// How ODBC takes a number as an attribute.
+SQLPOINTER NumberAttribute(std::int32_t number) {
+  return reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(number));
+}
+
 }  // namespace
 
 /// A statement that has been run. Whatever became of it, its end leaves the handle ready for the next one.
@@ -35,16 +40,16 @@ class OdbcSession::OpenStatement {
   bool isClosed_ = false;
 };
 
-OdbcSession::OdbcSession(const Text& connectionString, Access access) {
+OdbcSession::OdbcSession(const Text& connectionString, Access access, TimeLimits limits) {
   OpenEnvironment();
-  Text driverString = DriverConnectString(connectionString, InstalledDrivers(environment_.get()));
-  const OdbcDriver driver = DriverOf(driverString);
-  if (driver.isPsqlodbc()) driverString = WithoutDeclareFetch(driverString);
-  calls_ = std::make_unique<OdbcCalls>(driver.width());
+  DriverString string = DriverConnectString(connectionString, InstalledDrivers(environment_.get()));
+  const OdbcDriver driver = DriverOf(string.driver, string.dataSource);
+  if (driver.isPsqlodbc()) string.text = WithoutDeclareFetch(string.text);
+  calls_ = CallsOf(driver.width());
   const Text source = driver.name.empty() ? "ODBC" : driver.name;
   diagnostics_ = std::make_unique<Diagnostics>(*calls_, source, PasswordsOf(connectionString));
-  Connect(driverString, access);
-  Prepare();
+  Connect(string.text, access, limits.connection);
+  Prepare(limits.command);
 }
 
 OdbcSession::~OdbcSession() = default;
@@ -107,26 +112,25 @@ void OdbcSession::OpenEnvironment() {
   SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
 }
 
-void OdbcSession::Connect(const Text& driverString, Access access) {
+void OdbcSession::Connect(const Text& driverString, Access access, std::int16_t timeLimit) {
   SQLHANDLE connection = nullptr;
   const SQLRETURN made = SQLAllocHandle(SQL_HANDLE_DBC, environment_.get(), &connection);
   diagnostics_->Require(made, SQL_HANDLE_ENV, environment_.get());
   connection_.reset(connection);
   // A driver that refuses a setting has no such limit, or no such mode.
-  SQLSetConnectAttr(connection, SQL_ATTR_LOGIN_TIMEOUT, nullptr, 0);
+  SQLSetConnectAttr(connection, SQL_ATTR_LOGIN_TIMEOUT, NumberAttribute(timeLimit), 0);
   if (access == Access::ReadOnly) {
-    const auto readOnly = reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(SQL_MODE_READ_ONLY));
-    SQLSetConnectAttr(connection, SQL_ATTR_ACCESS_MODE, readOnly, 0);
+    SQLSetConnectAttr(connection, SQL_ATTR_ACCESS_MODE, NumberAttribute(SQL_MODE_READ_ONLY), 0);
   }
-  RequireConnection(calls_->DriverConnect(connection, driverString));
+  diagnostics_->RequireConnected(calls_->DriverConnect(connection, driverString), connection);
 }
 
 /// Makes the one statement handle, and finds out what the database is.
-void OdbcSession::Prepare() {
+void OdbcSession::Prepare(std::int16_t timeLimit) {
   SQLHANDLE statement = nullptr;
   RequireConnection(SQLAllocHandle(SQL_HANDLE_STMT, connection_.get(), &statement));
   statement_.reset(statement);
-  SQLSetStmtAttr(statement, SQL_ATTR_QUERY_TIMEOUT, nullptr, 0);  // as with the limit above
+  SQLSetStmtAttr(statement, SQL_ATTR_QUERY_TIMEOUT, NumberAttribute(timeLimit), 0);  // as with the limit above
   isPostgreSql_ = EqualsIgnoringCase(Info(SQL_DBMS_NAME), "PostgreSQL");
   switchesCatalogs_ = !isPostgreSql_ && Info(SQL_CATALOG_NAME) == "Y";
   // A server or a user can be set to read a backslash in a literal as an escape.

@@ -16,9 +16,10 @@ class OdbcCalls;
 /// driver's name as its source, and no password of the connection string.
 class OdbcSession : public EngineSession {
  public:
-  /// Connects, however long it takes. Raises what DriverConnectString raises, and ProviderFailure for what the driver
-  /// or the driver manager says. A driver that knows no reading connection is left as it is.
-  explicit OdbcSession(const Text& connectionString, Access access = Access::ReadWrite);
+  /// Connects. Raises what DriverConnectString raises, and what the driver or the driver
+  /// manager says. A driver that knows no reading connection or no
+  /// time limit is left as it is.
+  explicit OdbcSession(const Text& connectionString, Access access = Access::ReadWrite, TimeLimits limits = {});
   ~OdbcSession() override;
 
   std::int64_t Run(const Text& statement, bool countRows) override;
@@ -42,8 +43,8 @@ class OdbcSession : public EngineSession {
   class OpenStatement;
 
   void OpenEnvironment();
-  void Connect(const Text& driverString, Access access);
-  void Prepare();
+  void Connect(const Text& driverString, Access access, std::int16_t timeLimit);
+  void Prepare(std::int16_t timeLimit);
   const Text& Translated(const Text& statement);
   Text Info(std::uint16_t what);
   void RequireConnection(std::int16_t result);

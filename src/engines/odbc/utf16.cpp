@@ -8,7 +8,7 @@ namespace zenqay {
 void Utf16::Widen(std::string_view text, WideText& wide) {
   wide.resize(text.size());  // never more units than bytes
   const auto count = WriteUtf16(text, wide.data());
-  if (!count) throw ProviderFailure({{ProviderNumber("22021"), kPlatformSource, "The statement is not valid UTF-8."}});
+  if (!count) RaiseReported(kPlatformSource, "The statement is not valid UTF-8.", "22021");
   wide.resize(*count);
 }
 

@@ -12,7 +12,7 @@ namespace zenqay {
 using WideText = std::vector<std::uint16_t>;
 
 struct Utf16 {
-  /// Replaces `wide` by the text, without a terminator. Raises ProviderFailure -2147217913 for what is no UTF-8.
+  /// Replaces `wide` by the text, without a terminator. Raises -2147217913 for what is no UTF-8.
   static void Widen(std::string_view text, WideText& wide);
 
   /// Appends the text of `length` code units to `text`; a half of a surrogate pair becomes U+FFFD.

@@ -36,14 +36,14 @@ std::string_view SqlStateOf(int code, std::string_view message) {
 
 [[noreturn]] void RaiseFailure(sqlite3* database) {
   const Text message = sqlite3_errmsg(database);
-  const std::int32_t number = ProviderNumber(SqlStateOf(sqlite3_extended_errcode(database), message));
-  throw ProviderFailure({{number, kSource, message}});
+  const int code = sqlite3_extended_errcode(database);
+  RaiseReported(kSource, message, Text(SqlStateOf(code, message)), code);
 }
 
-[[noreturn]] void RaiseOpenFailure(const Text& message, const Text& dataSource, const Text& reason = "") {
+[[noreturn]] void RaiseOpenFailure(const Text& message, const Text& dataSource, int code, const Text& reason = "") {
   // What stands behind a "=" may be a password whose separator was forgotten.
   const Text file = dataSource.substr(0, dataSource.find('='));
-  throw ProviderFailure({{kGeneralProviderFailure, kSource, message + ": " + file + reason}});
+  RaiseReported(kSource, message + ": " + file + reason, "08001", code);
 }
 
 /// SQLite gives a meaning of its own to "", ":memory:" and "file:…"; a path never starts like these.
@@ -91,7 +91,8 @@ void AddText(RowStore& rows, std::string_view text, bool isDate) {
 }  // namespace
 
 SqliteSession::SqliteSession(const Text& dataSource, Access access) {
-  if (dataSource.empty()) RaiseOpenFailure("no file to open", "the connection string has no Data Source");
+  if (dataSource.empty())
+    RaiseOpenFailure("no file to open", "the connection string has no Data Source", SQLITE_CANTOPEN);
   const Text path = FilePath(dataSource);
   const bool readsOnly = access == Access::ReadOnly;
   const ReadOnlyFile file = readsOnly ? ReadOnlyFile::At(path) : ReadOnlyFile{};
@@ -100,7 +101,7 @@ SqliteSession::SqliteSession(const Text& dataSource, Access access) {
   } else {
     OpenFile(dataSource, path.c_str(), SQLITE_OPEN_READWRITE);
     if (sqlite3_db_readonly(database_.get(), "main") != 0) {
-      RaiseOpenFailure(sqlite3_errstr(SQLITE_READONLY), dataSource);
+      RaiseOpenFailure(sqlite3_errstr(SQLITE_READONLY), dataSource, SQLITE_READONLY);
     }
   }
   try {
@@ -109,8 +110,9 @@ SqliteSession::SqliteSession(const Text& dataSource, Access access) {
     } else {
       PrepareFile();
     }
-  } catch (const ProviderFailure& failure) {
-    RaiseOpenFailure(failure.description(), dataSource);
+  } catch (const RuntimeError& failure) {
+    if (failure.items().empty()) throw;
+    RaiseOpenFailure(failure.description(), dataSource, failure.nativeError());
   }
 }
 
@@ -157,7 +159,7 @@ void SqliteSession::OpenFile(const Text& dataSource, const char* name, int flags
   database_.reset(database);
   if (code == SQLITE_OK) return;
   const Text reason = std::generic_category().message(sqlite3_system_errno(database));
-  RaiseOpenFailure(sqlite3_errmsg(database), dataSource, " (" + reason + ")");
+  RaiseOpenFailure(sqlite3_errmsg(database), dataSource, code, " (" + reason + ")");
 }
 
 /// The first statement also finds out whether the file is a database at all.

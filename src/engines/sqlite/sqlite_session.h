@@ -15,7 +15,7 @@ struct ReadOnlyFile;
 /// A SQLite file in WAL mode; one that is only read stays in the mode that it has.
 class SqliteSession : public EngineSession {
  public:
-  /// Opens the file that `dataSource` names, as composed, with "\". Raises ProviderFailure -2147467259, naming the
+  /// Opens the file that `dataSource` names, as composed, with "\". Raises -2147467259, naming the
   /// file, when it is missing, is no database or may not be read and written. With ReadOnly it need not be writable,
   /// and neither it nor its directory is changed.
   explicit SqliteSession(const Text& dataSource, Access access = Access::ReadWrite);

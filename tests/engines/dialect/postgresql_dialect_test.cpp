@@ -63,7 +63,7 @@ TEST(TranslateForPostgreSql, RefusesADateThatDoesNotExist) {
   try {
     Translated("VALUES({d '2003-02-29'})");
     ADD_FAILURE();
-  } catch (const ProviderFailure& failure) {
+  } catch (const RuntimeError& failure) {
     EXPECT_EQ(failure.number(), -2147217913);
     EXPECT_EQ(failure.source(), "PostgreSQL");
     EXPECT_EQ(failure.description(), "invalid date: 2003-02-29");

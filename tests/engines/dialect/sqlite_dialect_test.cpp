@@ -105,14 +105,14 @@ TEST(TranslateForSqlite, RefusesADateThatDoesNotExist) {
     try {
       Translated(statement);
       ADD_FAILURE() << statement;
-    } catch (const ProviderFailure& failure) {
+    } catch (const RuntimeError& failure) {
       EXPECT_EQ(failure.number(), -2147217913) << statement;
       EXPECT_EQ(failure.source(), "SQLite") << statement;
       EXPECT_EQ(failure.description(), "invalid date: 2003-02-29") << statement;
       EXPECT_EQ(failure.items().size(), 1u) << statement;
     }
   }
-  EXPECT_THROW(Translated("x = 'Feb 29, 2003 10:11:12 AM'"), ProviderFailure);
+  EXPECT_THROW(Translated("x = 'Feb 29, 2003 10:11:12 AM'"), RuntimeError);
 }
 
 /// The literals of a statement with their quotes, read by rules of their own.

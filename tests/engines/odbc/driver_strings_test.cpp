@@ -7,7 +7,7 @@
 namespace zenqay {
 namespace {
 
-const std::vector<Text> kInstalled = {"FreeTDS", "PostgreSQL Unicode", "Oracle 21 ODBC driver"};
+const std::vector<Text> kInstalled = {"ODBC Driver 18 for SQL Server", "PostgreSQL Unicode", "Oracle 21 ODBC driver"};
 
 TEST(DriverConnectString, LeavesTheDriversOwnTextAsItIs) {
   const char* texts[] = {
@@ -16,7 +16,7 @@ TEST(DriverConnectString, LeavesTheDriversOwnTextAsItIs) {
       "DSN=service",
       "",
   };
-  for (const char* text : texts) EXPECT_EQ(DriverConnectString(text, {}), text);
+  for (const char* text : texts) EXPECT_EQ(DriverConnectString(text, {}).text, text);
 }
 
 TEST(DriverConnectString, TakesTheProviderOfOdbcOffTheText) {
@@ -25,25 +25,25 @@ TEST(DriverConnectString, TakesTheProviderOfOdbcOffTheText) {
       {"DSN=service;provider=msdasql.1", "DSN=service"},
       {"Driver={FreeTDS};Provider=MSDASQL;Server=db", "Driver={FreeTDS};Server=db"},
   };
-  for (const auto& [text, driverText] : cases) EXPECT_EQ(DriverConnectString(text, {}), driverText);
+  for (const auto& [text, driverText] : cases) EXPECT_EQ(DriverConnectString(text, {}).text, driverText);
 }
 
 TEST(DriverConnectString, SpeaksTheWordsOfASqlServerDriver) {
   const std::pair<const char*, const char*> cases[] = {
       {"Provider=SQLOLEDB;Data Source=db;Initial Catalog=SERVICE;User ID=sa;Password=secret",
-       "Driver={FreeTDS};Server=db;Database=SERVICE;UID=sa;PWD=secret"},
+       "Driver={ODBC Driver 18 for SQL Server};Server=db;Database=SERVICE;UID=sa;PWD=secret"},
       {"Provider=SQLOLEDB.1;data source=db\\one,1433;Integrated Security=SSPI",
-       "Driver={FreeTDS};Server=db\\one,1433;Trusted_Connection=Yes"},
+       "Driver={ODBC Driver 18 for SQL Server};Server=db\\one,1433;Trusted_Connection=Yes"},
       {"Provider=MSOLEDBSQL19;Data Source=db;Integrated Security=false;Encrypt=yes",
-       "Driver={FreeTDS};Server=db;Encrypt=yes"},
+       "Driver={ODBC Driver 18 for SQL Server};Server=db;Encrypt=yes"},
       {"Provider=SQLNCLI11;Server=db;Database=SERVICE;UID=sa;PWD=secret",
-       "Driver={FreeTDS};Server=db;Database=SERVICE;UID=sa;PWD=secret"},
-      {"Provider=SQLOLEDB;Password=\"a;b\"", "Driver={FreeTDS};PWD={a;b}"},
-      {"Provider=SQLOLEDB;Password='{a}'", "Driver={FreeTDS};PWD={{a}}}"},
-      {"Provider=SQLOLEDB;Password=' a'", "Driver={FreeTDS};PWD={ a}"},
-      {"Provider=SQLOLEDB;Data Source=one;Data Source=two", "Driver={FreeTDS};Server=two"},
+       "Driver={ODBC Driver 18 for SQL Server};Server=db;Database=SERVICE;UID=sa;PWD=secret"},
+      {"Provider=SQLOLEDB;Password=\"a;b\"", "Driver={ODBC Driver 18 for SQL Server};PWD={a;b}"},
+      {"Provider=SQLOLEDB;Password='{a}'", "Driver={ODBC Driver 18 for SQL Server};PWD={{a}}}"},
+      {"Provider=SQLOLEDB;Password=' a'", "Driver={ODBC Driver 18 for SQL Server};PWD={ a}"},
+      {"Provider=SQLOLEDB;Data Source=one;Data Source=two", "Driver={ODBC Driver 18 for SQL Server};Server=two"},
   };
-  for (const auto& [text, driverText] : cases) EXPECT_EQ(DriverConnectString(text, kInstalled), driverText);
+  for (const auto& [text, driverText] : cases) EXPECT_EQ(DriverConnectString(text, kInstalled).text, driverText);
 }
 
 TEST(DriverConnectString, SpeaksTheWordsOfAnOracleDriver) {
@@ -53,7 +53,7 @@ TEST(DriverConnectString, SpeaksTheWordsOfAnOracleDriver) {
       {"Provider=MSDAORA;Data Source=service;Initial Catalog=none;Integrated Security=yes",
        "Driver={Oracle 21 ODBC driver};DBQ=service;UID=/"},
   };
-  for (const auto& [text, driverText] : cases) EXPECT_EQ(DriverConnectString(text, kInstalled), driverText);
+  for (const auto& [text, driverText] : cases) EXPECT_EQ(DriverConnectString(text, kInstalled).text, driverText);
 }
 
 TEST(DriverConnectString, PrefersTheNewestDriverOfTheMaker) {
@@ -65,8 +65,46 @@ TEST(DriverConnectString, PrefersTheNewestDriverOfTheMaker) {
       {{"SQL Server"}, "SQL Server"},
   };
   for (const auto& [installed, driver] : cases) {
-    EXPECT_EQ(DriverConnectString("Provider=SQLOLEDB;Data Source=db", installed), "Driver={" + driver + "};Server=db");
+    const DriverString string = DriverConnectString("Provider=SQLOLEDB;Data Source=db", installed);
+
+    EXPECT_EQ(string.driver, driver);
+    EXPECT_TRUE(string.text.starts_with("Driver={" + driver + "};Server=db")) << string.text;
   }
+}
+
+TEST(DriverConnectString, TellsFreeTdsWhatTheVendorsDriverKnowsByItself) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Provider=SQLOLEDB;Data Source=db;User ID=sa;Password=secret",
+       "Driver={FreeTDS};UID=sa;PWD=secret;Server=db;Port=1433;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Server=db;UID=sa", "Driver={FreeTDS};Server=db;UID=sa;Port=1433;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Data Source=db,1500", "Driver={FreeTDS};Server=db;Port=1500;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Data Source=tcp:db , 1500", "Driver={FreeTDS};Server=db;Port=1500;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Data Source=db;Port=1500", "Driver={FreeTDS};Port=1500;Server=db;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Data Source=db\\one", "Driver={FreeTDS};Server=db\\one;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Data Source=db\\one,1500", "Driver={FreeTDS};Server=db;Port=1500;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Data Source=(local)", "Driver={FreeTDS};Server=localhost;Port=1433;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Data Source=.\\one", "Driver={FreeTDS};Server=localhost\\one;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Data Source=db;TDS_Version=7.2", "Driver={FreeTDS};TDS_Version=7.2;Server=db;Port=1433;"},
+      {"Provider=SQLOLEDB;Data Source=db;Encrypt=yes",
+       "Driver={FreeTDS};Server=db;Port=1433;TDS_Version=7.4;Encryption=require;"},
+      {"Provider=SQLOLEDB;Data Source=db;Encrypt=no", "Driver={FreeTDS};Server=db;Port=1433;TDS_Version=7.4;"},
+      {"Provider=SQLOLEDB;Data Source=db;Integrated Security=SSPI",
+       "Driver={FreeTDS};Trusted_Connection=Yes;Server=db;Port=1433;TDS_Version=7.4;"},
+  };
+  for (const auto& [text, driverText] : cases) EXPECT_EQ(DriverConnectString(text, {"FreeTDS"}).text, driverText);
+}
+
+TEST(QuotedFreeTdsValue, IsReadByFreeTdsAsItWas) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},       {"secret", "secret"}, {" a ", " a "},       {"a}b", "a}b"},   {"}", "}"},
+      {"a{b", "a{b"}, {"{a", "{{a}"},       {"a;b", "{a;b}"},     {"a;}", "{a;}}"}, {";", "{;}"},
+      {"'", "'"},     {"{a}", "{{a}}"},     {"a;b}c", "{a;b}c}"},
+  };
+  for (const auto& [value, quoted] : cases) EXPECT_EQ(QuotedFreeTdsValue(value), quoted) << value;
+  EXPECT_EQ(
+      Raised([] { QuotedFreeTdsValue("secret};x"); }),
+      "-2147467259 ZenqayDBSync: FreeTDS takes no value that holds a closing brace in front of a semicolon. Change "
+      "the password.");
 }
 
 TEST(DriverConnectString, SaysWhichDriversItLookedFor) {

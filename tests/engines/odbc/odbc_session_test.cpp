@@ -30,7 +30,7 @@ Text ItemsOf(Operation operation) {
   Text items;
   try {
     operation();
-  } catch (const ProviderFailure& failure) {
+  } catch (const RuntimeError& failure) {
     for (const ProviderError& item : failure.items()) {
       items += std::to_string(item.Number) + " " + item.Source + ": " + item.Description + "\n";
     }
@@ -102,8 +102,64 @@ TEST_F(OdbcSessionTest, ReportsEveryDiagnosticWithoutThePasswordAndAsksForNoCoun
   EXPECT_EQ(ItemsOf([&] { session.Run("UPDATE TWICE", true); }),
             "-2147217873 libzenqay_test_driver.so: twice\n"
             "-2147467259 libzenqay_test_driver.so: said ***\n"
-            "-2147467259 libzenqay_test_driver.so: and a third\n");
+            "-2147467259 libzenqay_test_driver.so: and a third\n");  // on one line
   EXPECT_EQ(Calls(), "connect\nexecute UPDATE TWICE\n");
+}
+
+TEST_F(OdbcSessionTest, KeepsWhatTheDriverCallsAFailure) {
+  OdbcSession session(ConnectionString());
+  try {
+    session.Run("UPDATE TWICE", true);
+    ADD_FAILURE();
+  } catch (const RuntimeError& failure) {
+    EXPECT_EQ(failure.sqlState(), "23000");
+    EXPECT_EQ(failure.nativeError(), 2627);
+    ASSERT_EQ(failure.items().size(), 3u);
+    EXPECT_EQ(failure.items()[1].SqlState, "01000");
+    EXPECT_EQ(failure.items()[1].NativeError, 3621);
+  }
+}
+
+TEST_F(OdbcSessionTest, PutsNoTimeLimitOnAnythingUnlessItIsTold) {
+  { OdbcSession session(ConnectionString("Limits=Y")); }
+  { OdbcSession session(ConnectionString("Limits=Y"), Access::ReadWrite, {.connection = 5, .command = 30}); }
+
+  EXPECT_EQ(Calls(),
+            "login timeout 0\nconnect\nquery timeout 0\ndisconnect\n"
+            "login timeout 5\nconnect\nquery timeout 30\ndisconnect\n");
+}
+
+TEST_F(OdbcSessionTest, HandsTheTimeLimitsOfAConnectionToTheDriver) {
+  LocalDatabases databases;
+  const std::shared_ptr<Connection> connection = databases.CreateConnection();
+  connection->PutConnectionTimeout(7);
+  connection->PutCommandTimeout(9);
+  connection->PutConnectionString(ConnectionString("Limits=Y"));
+
+  connection->Open();
+
+  EXPECT_EQ(Calls(), "login timeout 7\nconnect\nquery timeout 9\n");
+}
+
+TEST_F(OdbcSessionTest, CutsNoTextThatIsLong) {
+  const Text filling = Text(40'000, 'x') + ";";
+  OdbcSession session(ConnectionString("Filling=" + filling + "DBMS=PostgreSQL;Catalogs=N"));
+  RowStore rows;
+
+  session.Run("UPDATE SITES SET a = '" + Text(70'000, 'y') + "'", false);
+  session.Query("SELECT LONG NAME", rows);
+  const Text refused = ItemsOf([&] { session.Run("UPDATE LONG", false); });
+
+  EXPECT_EQ(Calls(),
+            "connect\n"
+            "execute SET standard_conforming_strings = on\n"
+            "execute UPDATE SITES SET a = '" +
+                Text(70'000, 'y') +
+                "'\n"
+                "execute SELECT LONG NAME\n"
+                "execute UPDATE LONG\n");
+  EXPECT_EQ(rows.columns().front(), Text(3000, 'N'));
+  EXPECT_EQ(refused, "-2147467259 libzenqay_test_driver.so: " + Text(3000, 'N') + "\n");
 }
 
 TEST_F(OdbcSessionTest, HidesThePasswordWhenItCannotConnect) {

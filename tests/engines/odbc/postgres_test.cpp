@@ -12,6 +12,7 @@
 #include "doubles/outcome.h"
 #include "doubles/postgres_server.h"
 #include "doubles/temp_directory.h"
+#include "engines/connection_string.h"
 #include "engines/databases.h"
 #include "engines/odbc/odbc_session.h"
 #include "engines/provider_errors.h"
@@ -395,9 +396,32 @@ TEST_F(PostgresTest, KeepsTheDefaultDatabaseAsANameAndTheSchemaAsThePath) {
 TEST_F(PostgresTest, DoesNotRepeatAPasswordThatIsRefused) {
   const Text failure = Raised([&] { OdbcSession session(server_.ConnectionString(database_, "wrong;secret")); });
 
-  EXPECT_TRUE(failure.starts_with("-2147467259 PostgreSQL Unicode: ")) << failure;
+  EXPECT_TRUE(failure.starts_with("-2147217843 PostgreSQL Unicode: ")) << failure;
   EXPECT_NE(failure.find("password authentication failed for user \"zenqay\""), Text::npos) << failure;
   EXPECT_EQ(failure.find("secret"), Text::npos) << failure;
+}
+
+TEST_F(PostgresTest, NumbersAConnectionThatFails) {
+  const Text port = std::to_string(server_.port());
+  const Text start = "Driver=PostgreSQL Unicode;Port=" + port + ";Database=" + database_ + ";PWD=x;";
+  const Text unknownUser = Raised([&] { OdbcSession session(start + "Server=127.0.0.1;UID=nobody"); });
+  const Text unknownDatabase = Raised([&] { OdbcSession session(server_.ConnectionString("nowhere")); });
+  const Text unknownHost = Raised([&] { OdbcSession session(start + "Server=nowhere.invalid;UID=zenqay"); });
+
+  EXPECT_TRUE(unknownUser.starts_with("-2147217843 PostgreSQL Unicode: ")) << unknownUser;
+  EXPECT_TRUE(unknownDatabase.starts_with("-2147467259 PostgreSQL Unicode: ")) << unknownDatabase;
+  EXPECT_NE(unknownDatabase.find("database \"nowhere\" does not exist"), Text::npos) << unknownDatabase;
+  EXPECT_TRUE(unknownHost.starts_with("-2147467259 PostgreSQL Unicode: ")) << unknownHost;
+  EXPECT_EQ((unknownUser + unknownDatabase + unknownHost).find('\n'), Text::npos);
+}
+
+TEST_F(PostgresTest, NumbersARightThatIsMissing) {
+  server_.Psql("postgres", "DROP ROLE IF EXISTS reader; CREATE ROLE reader LOGIN PASSWORD 'secret'");
+  const Text anybody = WithoutEntry(WithoutEntry(ConnectionString(), "Uid"), "Pwd");
+  OdbcSession session(anybody + ";Uid=reader;Pwd=secret");
+
+  EXPECT_EQ(Raised([&] { session.Run("DELETE FROM site", false); }),
+            "-2147217900 PostgreSQL Unicode: ERROR: permission denied for table site; Error while executing the query");
 }
 
 TEST_F(PostgresTest, WaitsForARowThatAnotherSessionHolds) {

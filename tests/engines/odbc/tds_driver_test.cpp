@@ -1,57 +1,14 @@
 // FreeTDS in front of what is no SQL Server.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
-#include <functional>
-#include <thread>
-
 #include "engines/odbc/odbc_session.h"
+#include "engines/odbc/tds_listener.h"
 #include "engines/provider_errors.h"
 
 namespace zenqay {
 namespace {
-
-/// A port of the loopback address.
-class Listener {
- public:
-  Listener() : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    auto* const name = reinterpret_cast<sockaddr*>(&address);
-    const bool isBound = ::bind(socket_, name, length) == 0 && ::getsockname(socket_, name, &length) == 0;
-    if (!isBound) throw std::runtime_error("no port");
-    port_ = ntohs(address.sin_port);
-  }
-  Listener(const Listener&) = delete;
-  Listener& operator=(const Listener&) = delete;
-  ~Listener() {
-    if (answering_.joinable()) answering_.join();
-    ::close(socket_);
-  }
-
-  /// Accepts one connection, waits for its first bytes, gives the answer and closes it.
-  void Answer(const std::string& answer) {
-    ::listen(socket_, 1);
-    answering_ = std::thread([this, answer] {
-      const int connection = ::accept(socket_, nullptr, nullptr);
-      char bytes[4096];
-      const ssize_t received = ::recv(connection, bytes, sizeof bytes, 0);
-      if (received > 0) ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL);
-      ::close(connection);
-    });
-  }
-
-  int port() const { return port_; }
-
- private:
-  int socket_;
-  int port_ = 0;
-  std::thread answering_;
-};
 
 Text StringFor(int port) {
   return "Provider=SQLOLEDB;Data Source=127.0.0.1," + std::to_string(port) +
@@ -62,7 +19,7 @@ Text StringFor(int port) {
 Text FailureAt(int port) {
   try {
     OdbcSession session(StringFor(port));
-  } catch (const ProviderFailure& failure) {
+  } catch (const RuntimeError& failure) {
     Text first;
     for (const ProviderError& item : failure.items()) {
       EXPECT_EQ(item.Description.find("s;ecret"), Text::npos) << item.Description;
@@ -77,7 +34,7 @@ Text FailureAt(int port) {
 constexpr const char* kUnreachable = "-2147467259 FreeTDS: [FreeTDS][SQL Server]Unable to connect to data source";
 
 TEST(TdsDriver, SaysThatThePortIsClosed) {
-  const Listener closed;
+  const TdsListener closed;
 
   EXPECT_EQ(FailureAt(closed.port()),
             "-2147467259 FreeTDS: [FreeTDS][SQL Server]Unable to connect: Adaptive Server is unavailable or does not "
@@ -85,17 +42,113 @@ TEST(TdsDriver, SaysThatThePortIsClosed) {
 }
 
 TEST(TdsDriver, SaysThatTheServerIsNone) {
-  Listener listener;
+  TdsListener listener;
   listener.Answer("HTTP/1.1 400 Bad Request\r\nConnection: close\r\n\r\n");
 
   EXPECT_EQ(FailureAt(listener.port()), kUnreachable);
 }
 
 TEST(TdsDriver, SaysThatTheServerWentAwayWithoutAWord) {
-  Listener listener;
+  TdsListener listener;
   listener.Answer("");
 
   EXPECT_EQ(FailureAt(listener.port()), kUnreachable);
+}
+
+/// A password, as a value of a connection string.
+Text Written(const Text& password) {
+  return "\"" + Replaced(password, "\"", "\"\"") + "\"";
+}
+
+Text FirstItem(const Text& connectionString) {
+  try {
+    OdbcSession session(connectionString);
+  } catch (const RuntimeError& failure) {
+    const ProviderError& item = failure.items().at(0);
+    return std::to_string(item.Number) + " " + item.SqlState + " " + std::to_string(item.NativeError) + ": " +
+           item.Description;
+  }
+  return "connected";
+}
+
+TEST(TdsDriver, BringsOddPasswordsToTheServerAsTheyAre) {
+  const char* passwords[] = {"secret", "a;b",  ";",     ";a",    "a;",       "a}b",       "}",      "}}",   "{",
+                             "{a",     "{a}",  "a{b}c", "a;}",   "a;b}c",    " a",        "a ",     " a; ", " ",
+                             "a=b",    "=",    "'a'",   "\"a\"", "a\"b",     "PWD=x",     "größe€", "東京", "😀;",
+                             "{}",     "a{;b", "%a%",   "a\\b",  "a'b;c\"d", "a,b:c@d/e", "{a;b}",  "}{"};
+  for (const Text password : passwords) {
+    for (const bool isLast : {false, true}) {
+      TdsListener listener;
+      listener.AnswerLogin(18456, "Login failed for user 'zenqay'.");
+      const Text address = "127.0.0.1," + std::to_string(listener.port());
+      const Text written = "Password=" + Written(password);
+
+      FirstItem("Provider=SQLOLEDB;Data Source=" + address + ";User ID=zenqay;" + (isLast ? "" : written + ";") +
+                "Initial Catalog=SERVICE" + (isLast ? ";" + written : ""));
+
+      const TdsLogin login = listener.Login();
+      EXPECT_EQ(login.user, "zenqay") << password;
+      EXPECT_EQ(login.password, password);
+      EXPECT_EQ(login.database, "SERVICE") << password;
+    }
+  }
+}
+
+TEST(TdsDriver, FindsTheServerByItsPortHoweverThatIsGiven) {
+  for (const char* const form :
+       {"Data Source=127.0.0.1,PORT", "Data Source=127.0.0.1;Port=PORT", "Data Source=tcp:127.0.0.1,PORT",
+        "Data Source=127.0.0.1\\one,PORT", "Server=127.0.0.1,PORT"}) {
+    TdsListener listener;
+    listener.AnswerLogin(18456, "Login failed for user 'zenqay'.");
+
+    FirstItem("Provider=MSOLEDBSQL;User ID=zenqay;Password=secret;" +
+              Replaced(form, "PORT", std::to_string(listener.port())));
+
+    EXPECT_EQ(listener.Login().user, "zenqay") << form;
+  }
+}
+
+TEST(TdsDriver, FindsTheServerAtItsUsualPortWhenNoneIsGiven) {
+  // The loopback network is large: an address of this process' own, so that the port is free.
+  const auto address = static_cast<std::uint32_t>(0x7F400000 | (::getpid() & 0x3FFFFF));
+  TdsListener listener(address, 1433);
+  listener.AnswerLogin(18456, "Login failed for user 'zenqay'.");
+  const in_addr binary{htonl(address)};
+
+  FirstItem(Text("Provider=SQLOLEDB;Data Source=") + ::inet_ntoa(binary) + ";User ID=zenqay;Password=secret");
+
+  EXPECT_EQ(listener.Login().user, "zenqay");
+}
+
+/// What becomes of a login that the server refuses by this error.
+Text Refused(std::int32_t number, const Text& text) {
+  TdsListener listener;
+  listener.AnswerLogin(number, text);
+  return FirstItem("Provider=SQLOLEDB;Data Source=127.0.0.1," + std::to_string(listener.port()) +
+                   ";User ID=zenqay;Password=secret");
+}
+
+TEST(TdsDriver, HasOneNumberForARefusedLoginAndAnotherForAnUnknownDatabase) {
+  EXPECT_EQ(Refused(18456, "Login failed for user 'zenqay'."),
+            "-2147217843 42000 18456: [FreeTDS][SQL Server]Login failed for user 'zenqay'.");
+  EXPECT_EQ(Refused(18470, "Login failed for user 'zenqay'. Reason: The account is disabled."),
+            "-2147217843 42000 18470: [FreeTDS][SQL Server]Login failed for user 'zenqay'. Reason: The account is "
+            "disabled.");
+  EXPECT_EQ(Refused(4060, "Cannot open database \"SERVICE\" requested by the login. The login failed."),
+            "-2147467259 42000 4060: [FreeTDS][SQL Server]Cannot open database \"SERVICE\" requested by the login. The "
+            "login failed.");
+}
+
+TEST(TdsDriver, KeepsARefusedPasswordToItself) {
+  for (const char* const password : {"s;ecret", "{secret", "secret", " s "}) {
+    TdsListener listener;
+    listener.AnswerLogin(18456, Text("Login failed with ") + password + ".");
+
+    const Text failure = FirstItem("Provider=SQLOLEDB;Data Source=127.0.0.1," + std::to_string(listener.port()) +
+                                   ";User ID=zenqay;Password=" + Written(password));
+
+    EXPECT_EQ(failure, "-2147217843 42000 18456: [FreeTDS][SQL Server]Login failed with ***.");
+  }
 }
 
 }  // namespace

@@ -3,8 +3,9 @@
 //
 //     Driver=/path/to/libzenqay_test_driver.so;Record=FILE;Catalogs=Y;DBMS=NAME;Refuse=1;PWD=secret
 //
-// Record: every call that matters is appended to the file, a line each. Catalogs: whether it has catalogs. DBMS: its
-// database's name. Refuse: the connection fails, with the password in the diagnostics.
+// Record: every call that matters is appended to the file, a line each; with Limits, the time limits too. Catalogs:
+// whether it has catalogs. DBMS: its database's name. Refuse: the connection fails, with the password in the
+// diagnostics.
 #include <sql.h>
 #include <sqlext.h>
 
@@ -19,6 +20,7 @@ namespace {
 struct Diagnostic {
   const char* state;
   std::string text;
+  SQLINTEGER native = 0;
 };
 
 struct Handle {
@@ -29,6 +31,7 @@ struct ConnectionHandle : Handle {
   std::string string;
   std::string catalog = "first";
   void* active = nullptr;  // the statement with an open result
+  std::string loginTimeout = "none";
 };
 
 struct Column {
@@ -52,6 +55,8 @@ const std::string kLongText = [] {
   return text;
 }();
 
+const std::string kLongName(3000, 'N');
+
 std::string ValueOf(const std::string& string, const std::string& key) {
   const std::size_t at = string.find(key + "=");
   if (at == std::string::npos) return "";
@@ -66,6 +71,15 @@ void Record(const ConnectionHandle& connection, const std::string& line) {
   if (file == nullptr) return;
   std::fputs((line + "\n").c_str(), file);
   std::fclose(file);
+}
+
+/// An attribute that is a number.
+std::string NumberText(SQLPOINTER value) {
+  return std::to_string(reinterpret_cast<SQLULEN>(value));
+}
+
+void RecordLimit(const ConnectionHandle& connection, const std::string& line) {
+  if (!ValueOf(connection.string, "Limits").empty()) Record(connection, line);
 }
 
 SQLRETURN Fail(Handle& handle, std::vector<Diagnostic> diagnostics) {
@@ -163,6 +177,7 @@ SQLRETURN SQLSetEnvAttr(SQLHENV, SQLINTEGER, SQLPOINTER, SQLINTEGER) {
 }
 
 SQLRETURN SQLSetConnectAttr(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER length) {
+  if (attribute == SQL_ATTR_LOGIN_TIMEOUT) ConnectionOf(handle).loginTimeout = NumberText(value);
   if (attribute != SQL_ATTR_CURRENT_CATALOG) return SQL_SUCCESS;
   ConnectionHandle& connection = ConnectionOf(handle);
   connection.catalog = TextOf(static_cast<SQLCHAR*>(value), length);
@@ -179,6 +194,7 @@ SQLRETURN SQLDriverConnect(SQLHDBC handle, SQLHWND, SQLCHAR* text, SQLSMALLINT l
                            SQLSMALLINT*, SQLUSMALLINT) {
   ConnectionHandle& connection = ConnectionOf(handle);
   connection.string = TextOf(text, length);
+  RecordLimit(connection, "login timeout " + connection.loginTimeout);
   Record(connection, "connect");
   if (ValueOf(connection.string, "Refuse").empty()) return SQL_SUCCESS;
   const std::string password = ValueOf(connection.string, "PWD");
@@ -207,7 +223,10 @@ SQLRETURN SQLGetInfo(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER value, SQLSMA
   }
 }
 
-SQLRETURN SQLSetStmtAttr(SQLHSTMT, SQLINTEGER, SQLPOINTER, SQLINTEGER) {
+SQLRETURN SQLSetStmtAttr(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
+  if (attribute == SQL_ATTR_QUERY_TIMEOUT) {
+    RecordLimit(*StatementOf(handle).connection, "query timeout " + NumberText(value));
+  }
   return SQL_SUCCESS;
 }
 
@@ -228,8 +247,15 @@ SQLRETURN SQLExecDirect(SQLHSTMT handle, SQLCHAR* text, SQLINTEGER length) {
   if (sql.starts_with("UPDATE NONE")) return SQL_NO_DATA;
   if (sql.starts_with("UPDATE TWICE")) {
     const std::string password = ValueOf(statement.connection->string, "PWD");
-    return Fail(statement, {{"23000", "twice"}, {"01000", "said " + password}, {"HY000", "and a third"}});
+    return Fail(statement,
+                {{"23000", "twice", 2627}, {"01000", "said " + password, 3621}, {"HY000", "and a\r\nthird\n"}});
   }
+  if (sql == "SELECT LONG NAME") {
+    OpenQuery(statement, 0);
+    statement.columns[0].name = kLongName.c_str();
+    return SQL_SUCCESS;
+  }
+  if (sql == "UPDATE LONG") return Fail(statement, {{"HY000", kLongName}});
   if (sql.starts_with("SELECT")) return OpenQuery(statement, sql == "SELECT EMPTY" ? 0 : 2);
   statement.rowCount = 3;
   if (sql.starts_with("UPDATE BATCH")) statement.resultsLeft = 2;
@@ -326,7 +352,7 @@ SQLRETURN SQLGetDiagRec(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLCH
   if (number < 1 || static_cast<std::size_t>(number) > diagnostics.size()) return SQL_NO_DATA;
   const Diagnostic& diagnostic = diagnostics[number - 1u];
   if (state != nullptr) std::strcpy(reinterpret_cast<char*>(state), diagnostic.state);
-  if (native != nullptr) *native = 0;
+  if (native != nullptr) *native = diagnostic.native;
   Give(diagnostic.text, text, room, length);
   return SQL_SUCCESS;
 }

@@ -56,7 +56,7 @@ Text Rows(EngineSession& session, const Text& query) {
 ProviderError FailureOf(const std::function<void()>& operation) {
   try {
     operation();
-  } catch (const ProviderFailure& failure) {
+  } catch (const RuntimeError& failure) {
     EXPECT_EQ(failure.items().size(), 1u);
     EXPECT_EQ(failure.source(), "SQLite");
     return failure.items().front();
