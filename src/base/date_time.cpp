@@ -17,7 +17,7 @@ using std::chrono::sys_days;
 using std::chrono::year;
 using std::chrono::year_month_day;
 
-constexpr std::int64_t kSecondsPerDay = 24 * 60 * 60;
+constexpr std::int64_t kSecondsPerDay = 86'400;
 constexpr sys_days kZeroDate = year(1899) / month(12) / day(30);
 
 std::int64_t WholeDays(DateTime value) {
@@ -51,12 +51,12 @@ bool TakeChar(std::string_view& text, char c) {
 }  // namespace
 
 DateTime DateTime::FromParts(const DateTimeParts& parts) {
-  const int monthsFromYearZero = parts.year * 12 + parts.month - 1;
-  const int wholeYear = monthsFromYearZero >= 0 ? monthsFromYearZero / 12 : (monthsFromYearZero - 11) / 12;
+  const std::int64_t monthsFromYearZero = parts.year * std::int64_t{12} + parts.month - 1;
+  const std::int64_t wholeYear = monthsFromYearZero >= 0 ? monthsFromYearZero / 12 : (monthsFromYearZero - 11) / 12;
   if (wholeYear < 1 || wholeYear > 9999) throw RuntimeError(PlatformFault::InvalidCall, "year outside 1 to 9999");
   const auto monthOfYear = static_cast<unsigned>(monthsFromYearZero - wholeYear * 12 + 1);
-  const sys_days firstOfMonth = year(wholeYear) / month(monthOfYear) / day(1);
-  const std::int64_t dayCount = (firstOfMonth - kZeroDate).count() + parts.day - 1;
+  const sys_days firstOfMonth = year(static_cast<int>(wholeYear)) / month(monthOfYear) / day(1);
+  const std::int64_t dayCount = (firstOfMonth - kZeroDate).count() + std::int64_t{parts.day} - 1;
   return DateTime(dayCount * kSecondsPerDay + parts.hour * std::int64_t{3600} + parts.minute * std::int64_t{60} +
                   parts.second);
 }
