@@ -18,7 +18,7 @@ using std::chrono::year;
 using std::chrono::year_month;
 using std::chrono::year_month_day;
 
-constexpr std::int64_t kSecondsPerDay = 24 * 60 * 60;
+constexpr std::int64_t kSecondsPerDay = 86'400;
 constexpr sys_days kZeroDate = year(1899) / month(12) / day(30);
 
 /// Further than from any date to any other, so that what is added never overflows.
@@ -58,7 +58,7 @@ Text Formatted(const char* format, Numbers... numbers) {
 }  // namespace
 
 DateTime DateTime::FromParts(const DateTimeParts& parts) {
-  const std::int64_t dayCount = DaysUpTo(MonthOf(MonthNumber(parts)) / day(1)) + parts.day - 1;
+  const std::int64_t dayCount = DaysUpTo(MonthOf(MonthNumber(parts)) / day(1)) + std::int64_t{parts.day} - 1;
   return DateTime(dayCount * kSecondsPerDay + parts.hour * std::int64_t{3600} + parts.minute * std::int64_t{60} +
                   parts.second);
 }

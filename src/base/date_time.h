@@ -36,7 +36,7 @@ class DateTime {
   DateTime DateOnly() const;
   DateTime TimeOnly() const;
 
-  constexpr auto operator<=>(const DateTime&) const = default;
+  constexpr auto operator<=>(const DateTime&) const = default;  // NOLINT(modernize-use-nullptr): there is no 0
 
  private:
   std::int64_t seconds_ = 0;
@@ -45,7 +45,7 @@ class DateTime {
 /// Calendar arithmetic, which keeps the time of day. Months and years clamp the day to the length of the month that
 /// they lead to: 31 January plus one month is the last day of February. Raises 6 where days, 5 where months or years
 /// lead outside the years 1 to 9999.
-DateTime AddDays(DateTime value, std::int64_t days);
+DateTime AddDays(DateTime value, std::int64_t dayCount);
 DateTime AddMonths(DateTime value, std::int64_t months);
 DateTime AddYears(DateTime value, std::int64_t years);
 

@@ -10,6 +10,8 @@ template <typename... Cases>
 struct Overloaded : Cases... {
   using Cases::operator()...;
 };
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;  // not every compiler deduces it from the aggregate
 
 [[noreturn]] void RaiseNull() {
   throw RuntimeError(PlatformFault::InvalidUseOfNull);

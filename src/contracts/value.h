@@ -125,6 +125,7 @@ class Value {
 class Argument {
  public:
   Argument(Value value) : value_(std::move(value)) {}
+  // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): no Value is made of an Argument
   template <typename T>
   requires std::constructible_from<Value, T> Argument(T&& value) : value_(std::forward<T>(value)) {}
 

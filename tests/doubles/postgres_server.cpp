@@ -24,6 +24,8 @@ namespace fs = std::filesystem;
 
 constexpr const char* kUser = "zenqay";
 constexpr uid_t kNobody = 65534;
+constexpr int kStarts = 3;
+constexpr std::chrono::minutes kLongestStart{5};
 
 /// Debian keeps each version's programs in a directory of its own; the newest one serves.
 std::string ProgramPath(const std::string& name) {
@@ -102,11 +104,11 @@ std::string BracedValue(const std::string& value) {
 
 }  // namespace
 
-PostgresServer::PostgresServer(const std::vector<std::string>& settings)
-    : directory_(TemporaryDirectory()), port_(FreePort()) {
+PostgresServer::PostgresServer(const std::vector<std::string>& settings) : directory_(TemporaryDirectory()) {
   CreateCluster();
-  Start(settings);
-  AwaitConnections();
+  for (int attempt = 1; !ComesUp(settings); ++attempt) {
+    if (attempt == kStarts) throw std::runtime_error("PostgreSQL does not come up:\n" + Content(ServerLog()));
+  }
 }
 
 PostgresServer::~PostgresServer() {
@@ -171,24 +173,33 @@ void PostgresServer::CreateCluster() const {
               directory_ + "/initdb.log");
 }
 
-void PostgresServer::Start(const std::vector<std::string>& settings) {
+/// Between the look for a free port and the server's own, another process may take it: the server then ends.
+bool PostgresServer::ComesUp(const std::vector<std::string>& settings) {
+  port_ = FreePort();
   std::vector<std::string> arguments = {
       ProgramPath("postgres"), "-D", directory_ + "/data", "-k", directory_, "-h", "127.0.0.1", "-p",
       std::to_string(port_),   "-c", "fsync=off"};
   for (const std::string& setting : settings) arguments.insert(arguments.end(), {"-c", setting});
-  process_ = Spawn(arguments, directory_ + "/server.log");
-}
-
-void PostgresServer::AwaitConnections() const {
-  const std::vector<std::string> ask = {ProgramPath("pg_isready"), "-q", "-h", "127.0.0.1", "-p",
-                                        std::to_string(port_)};
-  for (int attempt = 0; attempt < 600; ++attempt) {
+  process_ = Spawn(arguments, ServerLog());
+  // On the socket, where no other server answers.
+  const std::vector<std::string> ask = {ProgramPath("pg_isready"), "-q", "-h", directory_, "-p", std::to_string(port_)};
+  const auto end = std::chrono::steady_clock::now() + kLongestStart;
+  while (std::chrono::steady_clock::now() < end) {
     int status = 0;
     ::waitpid(Spawn(ask, directory_ + "/ready.log"), &status, 0);
-    if (status == 0) return;
+    if (status == 0) return true;
+    if (::waitpid(process_, nullptr, WNOHANG) == process_) {
+      process_ = -1;
+      return false;
+    }
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
   }
-  throw std::runtime_error("PostgreSQL does not come up:\n" + Content(directory_ + "/server.log"));
+  Kill();
+  return false;
+}
+
+std::string PostgresServer::ServerLog() const {
+  return directory_ + "/server.log";
 }
 
 }  // namespace zenqay

@@ -41,8 +41,8 @@ class PostgresServer {
 
  private:
   void CreateCluster() const;
-  void Start(const std::vector<std::string>& settings);
-  void AwaitConnections() const;
+  bool ComesUp(const std::vector<std::string>& settings);
+  std::string ServerLog() const;
 
   std::string directory_;
   int port_ = 0;

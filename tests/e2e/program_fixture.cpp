@@ -19,7 +19,7 @@
 namespace zenqay {
 namespace {
 
-constexpr std::chrono::seconds kLongestWait{60};
+constexpr std::chrono::minutes kLongestWait{5};
 
 std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -95,7 +95,7 @@ std::string Joined(const std::vector<std::string>& items) {
 RunningProgram::RunningProgram(const std::string& home, const std::string& commandLine,
                                const ProgramSettings& settings) {
   std::vector<std::string> arguments = settings.wrapper;
-  arguments.insert(arguments.end(), {ZENQAY_PROGRAM, commandLine});
+  arguments.insert(arguments.end(), {settings.program, commandLine});
   std::vector<std::string> environment = EnvironmentOf(home, settings.timeZone);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);

@@ -24,6 +24,7 @@ struct ProgramRun {
 
 /// The circumstances of a run.
 struct ProgramSettings {
+  std::string program = ZENQAY_PROGRAM;
   std::string timeZone = "UTC";
   std::vector<int> closedStreams;    // descriptors of standard streams that the program does not get
   std::vector<std::string> wrapper;  // a program and its arguments that start this one

@@ -115,7 +115,7 @@ class PostgresTest : public testing::Test {
   void AwaitWaiting(const Text& sessions) {
     const Text query =
         "SELECT count(*) FROM pg_stat_activity WHERE wait_event_type = 'Lock' AND datname = '" + database_ + "'";
-    for (int attempt = 0; attempt < 400; ++attempt) {
+    for (int attempt = 0; attempt < 4000; ++attempt) {
       if (server_.Psql("postgres", query) == sessions + "\n") return;
       std::this_thread::sleep_for(25ms);
     }
