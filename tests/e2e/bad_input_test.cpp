@@ -344,13 +344,13 @@ TEST(ComponentsFile, ThatIsMissingLeavesNoWayIntoTheErp) {
       "-- err\n"
       "zenqay-dbsync: error 429 from \"java:com.korvel.k3impl.about.AdapterComponentInfo\": Component can't "
       "create object: java:com.korvel.k3impl.about.AdapterComponentInfo\n"
+      "-- ZNQevtLG.txt\n"
+      "<date> <time>  error 429 from \"java:com.korvel.k3impl.about.AdapterComponentInfo\": Component can't create "
+      "object: java:com.korvel.k3impl.about.AdapterComponentInfo\r\n"
       "-- ZenqayDBSync.log\n"
       "Date: <date> Time: <time>\r\n"
       "The data copy failed.\r\n"
-      "Error is - 76: Path not found: The session with the ERP adapter could not be opened.\\ZenqayDBSync.log\r\n"
-      "-- ZNQevtLG.txt\n"
-      "<date> <time>  error 429 from \"java:com.korvel.k3impl.about.AdapterComponentInfo\": Component can't create "
-      "object: java:com.korvel.k3impl.about.AdapterComponentInfo\r\n");
+      "Error is - 76: Path not found: The session with the ERP adapter could not be opened.\\ZenqayDBSync.log\r\n");
   EXPECT_EQ(home.SiteState(), "NULL|0\n");
 }
 
