@@ -48,7 +48,7 @@ ENVIRONMENT
   JAVA_HOME    the Java runtime for components of Java, where Components.xml has
                some; without it, that of the java command, or one that is
                installed below /usr/lib/jvm
-  TZ           the time zone of logs, events and update times
+  TZ           the local time zone, as for every program
 
 FILES
   I18nText.xml            all texts
