@@ -66,7 +66,7 @@ std::string Workplace::CommandLine(const fs::path& database, int tableId, int sy
 std::string Workplace::CommandLineFor(const std::string& connectionString, int tableId, int syncMethod,
                                       const std::string& generation) const {
   return connectionString + "{}{}" + std::to_string(tableId) + "{}" + std::to_string(syncMethod) + "{}" +
-         (directory_ / "log").string() + "{}100{}-1{}{}1{}0{}" + generation + "{}no status component";
+         (directory_ / "log").string() + "{}MAIN{}-1{}{}1{}0{}" + generation + "{}no status component";
 }
 
 fs::path Workplace::RecordStatements(const fs::path& database, int tableId, int syncMethod,

@@ -9,8 +9,8 @@ std::optional<Text> AnswerToQuestion(const Text& commandLine, const Text& progra
 }
 
 const char* ItemsHelp() {
-  return R"(The items are separated by "{}" and not quoted; several arguments are joined with
-single blanks.
+  return R"(The items are separated by "{}" and not quoted; several arguments are joined
+with single blanks.
 
    1  connection string of the local database
    2  database (SQL Server) or schema (Oracle); may be blank
@@ -48,7 +48,7 @@ ENVIRONMENT
   JAVA_HOME    the Java runtime for components of Java, where Components.xml has
                some; without it, that of the java command, or one that is
                installed below /usr/lib/jvm
-  TZ           the time zone of logs, events and update times
+  TZ           the local time zone, as for every program
 
 FILES
   I18nText.xml            all texts
@@ -57,7 +57,7 @@ FILES
   <table>_<YYYYMMDD>.log  in the log directory: the copies of a table on a day,
                           with their counts or their failures
   ZenqayDBSync.log        there: what failed before or outside a table's copy
-  ZNQevtLG.txt            there: the causes of failures that the logs cannot show
+  ZNQevtLG.txt            there: the causes of failures that no log shows
 
 EXIT STATUS
    0  the job ended, also when a table's copy failed: the status component and

@@ -255,7 +255,9 @@ TEST(LabelFile, ThatIsMissingPutsTheKeysInPlaceOfTheTexts) {
             "zenqay-dbsync: <home>/I18nText.xml: the file is missing or cannot be read\n"
             "-- SITE_<day>.log\n"
             "SLBL0143\r\n"
-            "\"SLBL0375\"\r\n");
+            "\"SLBL0375\"\r\n"
+            "-- ZNQevtLG.txt\n"
+            "<date> <time>  <home>/I18nText.xml: the file is missing or cannot be read\r\n");
   EXPECT_EQ(home.Sites(),
             "A1|North|C7|0\n"
             "A2|South|NULL|0\n");
@@ -281,7 +283,9 @@ TEST(LabelFile, ThatIsMalformedPutsTheKeysInPlaceOfTheTexts) {
             "zenqay-dbsync: <home>/I18nText.xml, line 3: Start-end tags mismatch\n"
             "-- SITE_<day>.log\n"
             "SLBL0143\r\n"
-            "\"SLBL0375\"\r\n");
+            "\"SLBL0375\"\r\n"
+            "-- ZNQevtLG.txt\n"
+            "<date> <time>  <home>/I18nText.xml, line 3: Start-end tags mismatch\r\n");
 }
 
 /// Every error of this file comes before the database is touched: there is none to touch.
@@ -340,6 +344,9 @@ TEST(ComponentsFile, ThatIsMissingLeavesNoWayIntoTheErp) {
       "-- err\n"
       "zenqay-dbsync: error 429 from \"java:com.korvel.k3impl.about.AdapterComponentInfo\": Component can't "
       "create object: java:com.korvel.k3impl.about.AdapterComponentInfo\n"
+      "-- ZNQevtLG.txt\n"
+      "<date> <time>  error 429 from \"java:com.korvel.k3impl.about.AdapterComponentInfo\": Component can't create "
+      "object: java:com.korvel.k3impl.about.AdapterComponentInfo\r\n"
       "-- ZenqayDBSync.log\n"
       "Date: <date> Time: <time>\r\n"
       "The data copy failed.\r\n"

@@ -58,12 +58,17 @@ TEST(ItemsHelp, SaysOfEachItemWhatTheDocumentSays) {
 
 TEST(JobHelp, FitsATerminalButForItsExample) {
   const Text help = JobHelp();
+  Text tooLong;
   for (std::size_t from = 0; from < help.size();) {
     const std::size_t end = help.find('\n', from);
-    const Text line = help.substr(from, end - from);
-    if (!line.starts_with("  zenqay-dbsync \"")) EXPECT_LE(line.size(), 80u) << line;
+    if (end - from > 80) tooLong += help.substr(from, end - from) + "\n";
     from = end + 1;
   }
+
+  EXPECT_EQ(
+      tooLong,
+      "  zenqay-dbsync \"Provider=SQLite;Data Source=/srv/service.db{}SERVICE{}128{}1{}/var/log/zenqay{}MAIN{}-1{}{}1"
+      "{}0{}3\"\n");
 }
 
 }  // namespace
