@@ -18,6 +18,7 @@ using namespace zenqay;
 void Run(OsPlatform& platform) {
   const Text commandLine = platform.TakeCommandLine();
   ComponentCatalogue catalogue(platform.ProgramDirectory());
+  if (!catalogue.remark().empty()) platform.NameCause(catalogue.remark());
   LocalDatabases databases;
   Trace* trace = catalogue.trace();
   std::optional<TracedComponents> tracedComponents;

@@ -59,7 +59,8 @@ struct modDeclarations {
   // Texts and logs.
   pugi::xml_document LabelDocument;
   bool LabelDocumentLoaded = false;
-  Text LogFilePath;  // the run log of the current table, empty until a job has set it
+  Text LabelFaultNamed;  // what was wrong with the label file when it was last read
+  Text LogFilePath;      // the run log of the current table, empty until a job has set it
   bool RunLogDateWritten = false;
   AppendFile LogFile;  // the one handle on which every log record is written
 };
