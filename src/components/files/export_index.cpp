@@ -1,6 +1,8 @@
 #include "components/files/export_index.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 
 namespace zenqay {
 namespace {
