@@ -20,6 +20,7 @@ void Run(OsPlatform& platform) {
     return;
   }
   ComponentCatalogue catalogue(platform.ProgramDirectory());
+  if (!catalogue.remark().empty()) platform.NameCause(catalogue.remark());
   LocalDatabases databases;
   if (Trace* trace = catalogue.trace()) {
     TracedProcess traced(platform, catalogue, databases, *trace);

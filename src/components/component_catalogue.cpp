@@ -1,5 +1,6 @@
 #include "components/component_catalogue.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "components/dates/builtin_dates.h"
@@ -14,6 +15,28 @@
 
 namespace zenqay {
 namespace {
+
+#ifdef ZENQAY_HAS_JVM
+constexpr HostFactory MakeJvm = JvmHost::Make;
+#else
+std::shared_ptr<ComponentHost> MakeJvm(const CatalogueElement& element, const std::shared_ptr<ComponentHost>&) {
+  throw RuntimeError(PlatformFault::InvalidCall,
+                     element.Place() + ": this program was built without a JDK, so it has no kind \"jvm\"");
+}
+#endif
+
+struct HostKind {
+  std::string_view name;
+  HostFactory make;
+};
+
+constexpr HostKind kHostKinds[] = {
+    {"files", FileHost::Make},
+    {"builtin", BuiltinDateHost::Make},
+    {"console", ConsoleStatusHost::Make},
+    {"file", FileStatusHost::Make},
+    {"jvm", MakeJvm},
+};
 
 bool CouldWrite(const std::filesystem::path& path) {
   std::error_code ignored;
@@ -48,7 +71,8 @@ Object ComponentCatalogue::Create(const Text& classId) {
 void ComponentCatalogue::Read() {
   std::error_code fault;
   if (!std::filesystem::exists(path_, fault) && !fault) {
-    entries_.push_back({"java:java.util.", std::make_unique<BuiltinDateHost>()});
+    remark_ = path_ + ": the file is missing, so nothing but dates is served";
+    entries_.push_back({"java:java.util.", "builtin", std::make_shared<BuiltinDateHost>()});
     return;
   }
   pugi::xml_document document;
@@ -56,7 +80,8 @@ void ComponentCatalogue::Read() {
   if (!read) throw RuntimeError(PlatformFault::InvalidCall, read.fault);
   const pugi::xml_node root = document.document_element();
   if (Text(root.name()) != "COMPONENTS") {
-    throw RuntimeError(PlatformFault::InvalidCall, PlaceOf(root) + ": the top-level element is not COMPONENTS");
+    throw RuntimeError(PlatformFault::InvalidCall,
+                       ElementOf(root).Place() + ": the top-level element is not COMPONENTS");
   }
   for (const pugi::xml_node element : root.children()) {
     const Text name = element.name();
@@ -66,36 +91,24 @@ void ComponentCatalogue::Read() {
     } else if (name == "TRACE") {
       ReadTrace(element);
     } else {
-      throw RuntimeError(PlatformFault::InvalidCall, PlaceOf(element) + ": unknown element \"" + name + "\"");
+      throw RuntimeError(PlatformFault::InvalidCall, ElementOf(element).Place() + ": unknown element \"" + name + "\"");
     }
   }
 }
 
-void ComponentCatalogue::ReadHost(pugi::xml_node element) {
-  const Text prefix = Required(element, "prefix");
-  const Text kind = Required(element, "kind");
-  if (kind == "files") {
-    const Text directory = PathOf(Required(element, "directory"));
-    std::error_code fault;
-    if (!std::filesystem::is_directory(directory, fault)) {
-      throw RuntimeError(PlatformFault::PathNotFound, PlaceOf(element) + ": there is no directory " + directory);
-    }
-    entries_.push_back({prefix, std::make_unique<FileHost>(directory)});
-  } else if (kind == "builtin") {
-    entries_.push_back({prefix, std::make_unique<BuiltinDateHost>()});
-  } else if (kind == "console") {
-    entries_.push_back({prefix, std::make_unique<ConsoleStatusHost>()});
-  } else if (kind == "file") {
-    entries_.push_back({prefix, std::make_unique<FileStatusHost>(PathOf(Required(element, "file")))});
-  } else if (kind == "jvm") {
-    entries_.push_back({prefix, JvmHostWith(element)});
-  } else {
-    throw RuntimeError(PlatformFault::InvalidCall, PlaceOf(element) + ": unknown kind \"" + kind + "\"");
+void ComponentCatalogue::ReadHost(pugi::xml_node node) {
+  const CatalogueElement element = ElementOf(node);
+  const Text prefix = element.Required("prefix");
+  const Text kind = element.Required("kind");
+  const auto* known = std::ranges::find(kHostKinds, kind, &HostKind::name);
+  if (known == std::end(kHostKinds)) {
+    throw RuntimeError(PlatformFault::InvalidCall, element.Place() + ": unknown kind \"" + kind + "\"");
   }
+  entries_.push_back({prefix, kind, known->make(element, FormerHost(kind))});
 }
 
-void ComponentCatalogue::ReadTrace(pugi::xml_node element) {
-  const Text path = PathOf(Required(element, "file"));
+void ComponentCatalogue::ReadTrace(pugi::xml_node node) {
+  const Text path = ElementOf(node).RequiredPath("file");
   if (traceUse_ == TraceUse::Write) {
     trace_ = std::make_unique<Trace>(path);
   } else if (!CouldWrite(path)) {
@@ -103,38 +116,9 @@ void ComponentCatalogue::ReadTrace(pugi::xml_node element) {
   }
 }
 
-#ifdef ZENQAY_HAS_JVM
-std::shared_ptr<ComponentHost> ComponentCatalogue::JvmHostWith(pugi::xml_node element) {
-  if (jvmHost_ == nullptr) jvmHost_ = std::make_shared<JvmHost>();
-  try {
-    jvmHost_->Add(directory_, element.attribute("classpath").value(), element.attribute("options").value());
-  } catch (const RuntimeError& fault) {
-    throw RuntimeError(fault.number(), fault.source(), fault.description() + " (" + PlaceOf(element) + ")");
-  }
-  return jvmHost_;
-}
-#else
-std::shared_ptr<ComponentHost> ComponentCatalogue::JvmHostWith(pugi::xml_node element) {
-  throw RuntimeError(PlatformFault::InvalidCall,
-                     PlaceOf(element) + ": this program was built without a JDK, so it has no kind \"jvm\"");
-}
-#endif
-
-Text ComponentCatalogue::Required(pugi::xml_node element, const char* attribute) const {
-  const pugi::xml_attribute found = element.attribute(attribute);
-  if (!found) {
-    throw RuntimeError(PlatformFault::InvalidCall,
-                       PlaceOf(element) + ": " + element.name() + " has no attribute \"" + attribute + "\"");
-  }
-  return found.value();
-}
-
-Text ComponentCatalogue::PathOf(const Text& path) const {
-  return (std::filesystem::path(directory_) / path).string();
-}
-
-Text ComponentCatalogue::PlaceOf(pugi::xml_node element) const {
-  return path_ + ", line " + std::to_string(LineOf(path_, element));
+std::shared_ptr<ComponentHost> ComponentCatalogue::FormerHost(const Text& kind) const {
+  const auto former = std::ranges::find(entries_, kind, &Entry::kind);
+  return former == entries_.end() ? nullptr : former->host;
 }
 
 }  // namespace zenqay

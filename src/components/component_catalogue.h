@@ -3,15 +3,12 @@
 
 #include <memory>
 #include <optional>
-#include <pugixml.hpp>
 #include <vector>
 
-#include "contracts/value.h"
+#include "components/catalogue_element.h"
 #include "trace/trace.h"
 
 namespace zenqay {
-
-class JvmHost;
 
 /// Whether the trace that a catalogue asks for is written, or only looked at, for who must not write anything.
 enum class TraceUse { Write, Leave };
@@ -35,36 +32,32 @@ class ComponentCatalogue : public ComponentHost {
   void RequireUsable() override;
   Object Create(const Text& classId) override;
 
+  /// What a person should know although it is usable: that there is no such file. Empty otherwise.
+  const Text& remark() const { return remark_; }
+
   /// The trace that the catalogue asks for; null when it asks for none or the trace is left.
   Trace* trace() { return trace_.get(); }
 
  private:
   struct Entry {
     Text prefix;
+    Text kind;
     std::shared_ptr<ComponentHost> host;
   };
 
   void Read();
-  void ReadHost(pugi::xml_node element);
-  void ReadTrace(pugi::xml_node element);
-
-  /// All entries kind="jvm" share one host. Raises 5 in a program that was built without it.
-  std::shared_ptr<ComponentHost> JvmHostWith(pugi::xml_node element);
-
-  /// An attribute that an element must have. Raises 5, naming file and line.
-  Text Required(pugi::xml_node element, const char* attribute) const;
-
-  /// The path of an entry, relative to the catalogue's directory.
-  Text PathOf(const Text& path) const;
-  Text PlaceOf(pugi::xml_node element) const;
+  void ReadHost(pugi::xml_node node);
+  void ReadTrace(pugi::xml_node node);
+  std::shared_ptr<ComponentHost> FormerHost(const Text& kind) const;
+  CatalogueElement ElementOf(pugi::xml_node node) const { return {directory_, path_, node}; }
 
   Text directory_;
   Text path_;
   std::vector<Entry> entries_;
-  std::shared_ptr<JvmHost> jvmHost_;
   TraceUse traceUse_;
   std::unique_ptr<Trace> trace_;
   std::optional<RuntimeError> fault_;
+  Text remark_;
 };
 
 }  // namespace zenqay

@@ -25,7 +25,8 @@ Text LookupLabelText(modDeclarations& process, const Text& key) {
   if (!process.LabelDocumentLoaded) {
     const Text path = NativePath(process.platform.ProgramDirectory() + "\\I18nText.xml");
     const XmlRead read = ReadXmlFile(path, *process.LabelDocument);
-    if (!read) process.platform.NameCause(read.fault);
+    if (!read && read.fault != process.LabelFaultNamed) process.platform.NameCause(read.fault);
+    process.LabelFaultNamed = read.fault;
     process.LabelDocumentLoaded = read.ok;
   }
   if (!process.LabelDocumentLoaded) return key;

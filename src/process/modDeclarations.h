@@ -68,7 +68,8 @@ struct modDeclarations {
   // Texts and logs.
   std::shared_ptr<pugi::xml_document> LabelDocument;  // absent until the first label was looked up
   bool LabelDocumentLoaded = false;
-  Text LogFilePath;  // the run log of the current table, empty until a job has set it
+  Text LabelFaultNamed;  // what was wrong with the label file when it was last read
+  Text LogFilePath;      // the run log of the current table, empty until a job has set it
   bool RunLogDateWritten = false;
 };
 

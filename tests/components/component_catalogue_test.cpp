@@ -49,6 +49,7 @@ TEST(ComponentCatalogue, HasOnlyTheBuiltinDatesWithoutAFile) {
   ComponentCatalogue catalogue = home.Catalogue();
 
   EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), "nothing");
+  EXPECT_EQ(catalogue.remark(), home.Path() + ": the file is missing, so nothing but dates is served");
   EXPECT_EQ(catalogue.trace(), nullptr);
   EXPECT_EQ(Created(catalogue, kDateClass), "nothing");
   EXPECT_EQ(Created(catalogue, kCalendarClass), "nothing");
@@ -74,6 +75,7 @@ TEST(ComponentCatalogue, ServesEachKindByThePrefixOfTheClassId) {
   ComponentCatalogue catalogue = home.Catalogue();
 
   EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), "nothing");
+  EXPECT_EQ(catalogue.remark(), "");
   for (const char* classId : {kLocations, kAdapterInfoClass, kAdapterAccessClass, kDateClass, kStatusClass}) {
     EXPECT_EQ(Created(catalogue, classId), "nothing");
   }

@@ -342,6 +342,7 @@ TEST(ComponentsFile, ThatIsMissingLeavesNoWayIntoTheErp) {
       "exit 0\n"
       "-- out\n"
       "-- err\n"
+      "zenqay-dbsync: <home>/Components.xml: the file is missing, so nothing but dates is served\n"
       "zenqay-dbsync: error 429 from \"java:com.korvel.k3impl.about.AdapterComponentInfo\": Component can't "
       "create object: java:com.korvel.k3impl.about.AdapterComponentInfo\n"
       "-- ZNQevtLG.txt\n"

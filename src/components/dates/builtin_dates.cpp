@@ -207,6 +207,10 @@ class CalendarObject : public Component {
 
 }  // namespace
 
+std::shared_ptr<ComponentHost> BuiltinDateHost::Make(const CatalogueElement&, const std::shared_ptr<ComponentHost>&) {
+  return std::make_shared<BuiltinDateHost>();
+}
+
 Object BuiltinDateHost::Create(const Text& classId) {
   if (classId == kDateClass) return Object(std::make_shared<Date>(CurrentInstant()));
   if (classId == kCalendarClass) return Object(std::make_shared<CalendarObject>(CurrentInstant()));

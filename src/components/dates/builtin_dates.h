@@ -2,7 +2,7 @@
 // "java:java.util.GregorianCalendar" where no adapter serves them.
 #pragma once
 
-#include "contracts/value.h"
+#include "components/catalogue_element.h"
 #include "process/QTMDeclarations.h"
 
 namespace zenqay {
@@ -17,6 +17,10 @@ namespace zenqay {
 /// raises 5.
 class BuiltinDateHost : public ComponentHost {
  public:
+  /// For kind="builtin".
+  static std::shared_ptr<ComponentHost> Make(const CatalogueElement& element,
+                                             const std::shared_ptr<ComponentHost>& former);
+
   Object Create(const Text& classId) override;
 };
 

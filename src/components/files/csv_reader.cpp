@@ -12,6 +12,7 @@ namespace zenqay {
 namespace {
 
 constexpr std::size_t kChunkBytes = 64 * 1024;
+constexpr std::size_t kChunkBytesAtOnePlace = 4 * 1024;  // for one record here and there
 constexpr std::size_t kLongestRecord = 16 * 1024 * 1024;
 constexpr std::size_t kParserGrowth = 64 * 1024;
 constexpr std::size_t kLongestQuoted = 60;
@@ -53,13 +54,30 @@ void CsvReader::FreeParser::operator()(csv_parser* parser) const {
 CsvReader::CsvReader(const std::filesystem::path& path, Text classId)
     : source_{.file = path.filename().string(), .classId = std::move(classId)},
       file_(std::fopen(path.c_str(), "rb")),
-      chunk_(kChunkBytes) {
+      chunk_(kChunkBytes),
+      readAtOnce_(kChunkBytes) {
   if (file_ == nullptr) RaiseUnopened();
+  MakeParser();
+}
+
+void CsvReader::MakeParser() {
   auto parser = std::make_unique<csv_parser>();
   if (csv_init(parser.get(), CSV_STRICT | CSV_STRICT_FINI | CSV_EMPTY_IS_NULL) != 0) throw std::bad_alloc();
   csv_set_space_func(parser.get(), [](unsigned char) { return 0; });  // blanks belong to the value
   csv_set_blk_size(parser.get(), kParserGrowth);
   parser_.reset(parser.release());
+}
+
+void CsvReader::GoTo(std::uint64_t recordStart) {
+  if (std::fseek(file_.get(), static_cast<long>(recordStart), SEEK_SET) != 0) RaiseUnread();
+  if (recordBytes_ != 0) MakeParser();  // a failure has left it within a record
+  readAtOnce_ = kChunkBytesAtOnePlace;
+  rest_ = {};
+  restStart_ = recordStart;
+  atStart_ = false;
+  behindCarriageReturn_ = false;
+  line_ = 1;
+  recordBytes_ = 0;
 }
 
 bool CsvReader::Read(CsvRecord& record) {
@@ -80,13 +98,13 @@ bool CsvReader::Read(CsvRecord& record) {
 /// Has something to parse at hand; false at the end of the file.
 bool CsvReader::Fill() {
   while (rest_.empty()) {
-    const std::size_t length = std::fread(chunk_.data(), 1, chunk_.size(), file_.get());
+    const std::size_t length = std::fread(chunk_.data(), 1, readAtOnce_, file_.get());
     if (length == 0) {
       if (std::ferror(file_.get()) == 0) return false;
-      throw RuntimeError(PlatformFault::PathAccess, source_.file + " (" + std::strerror(errno) + ")", source_.classId);
+      RaiseUnread();
     }
     rest_ = std::string_view(chunk_.data(), length);
-    if (atStart_ && rest_.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
+    if (atStart_ && rest_.starts_with(kByteOrderMark)) Skip(kByteOrderMark.size());
     atStart_ = false;
   }
   return true;
@@ -100,7 +118,7 @@ std::string_view CsvReader::TakeToLineEnd() {
     return at == std::string_view::npos ? text : text.substr(0, at + 1);
   };
   const std::string_view segment = endBehind(endBehind(rest_, '\n'), '\r');
-  rest_.remove_prefix(segment.size());
+  Skip(segment.size());
   return segment;
 }
 
@@ -112,7 +130,10 @@ void CsvReader::CountLine(std::string_view segment) {
 }
 
 void CsvReader::Feed(std::string_view segment, Target& target) {
-  if (recordBytes_ == 0) target.record.line = line_;
+  if (recordBytes_ == 0) {
+    target.record.line = line_;
+    recordStart_ = restStart_ - segment.size();
+  }
   recordBytes_ += segment.size();
   const std::size_t parsed =
       csv_parse(parser_.get(), segment.data(), segment.size(), Target::AddCell, Target::Complete, &target);
@@ -139,6 +160,15 @@ void CsvReader::RaiseUnopened() const {
   if (fault == ENOENT) throw RuntimeError(PlatformFault::FileNotFound, source_.file, source_.classId);
   if (fault == EACCES) throw RuntimeError(PlatformFault::PermissionDenied, source_.file, source_.classId);
   throw RuntimeError(PlatformFault::PathAccess, source_.file + " (" + std::strerror(fault) + ")", source_.classId);
+}
+
+void CsvReader::RaiseUnread() const {
+  throw RuntimeError(PlatformFault::PathAccess, source_.file + " (" + std::strerror(errno) + ")", source_.classId);
+}
+
+void CsvReader::Skip(std::size_t bytes) {
+  rest_.remove_prefix(bytes);
+  restStart_ += bytes;
 }
 
 void CsvReader::RaiseBroken(const CsvRecord& record, std::string_view what) const {

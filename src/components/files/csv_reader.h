@@ -54,6 +54,12 @@ class CsvReader {
   /// of more than 16 MiB (which is how a quote that nobody closed shows in a large file), 75 when reading fails.
   bool Read(CsvRecord& record);
 
+  /// Where the record that was read last begins, in bytes from the start of the file.
+  std::uint64_t recordStart() const { return recordStart_; }
+
+  /// Goes on at such a place, also behind a failure. From there on lines are counted from 1.
+  void GoTo(std::uint64_t recordStart);
+
   const CsvSource& source() const { return source_; }
 
  private:
@@ -65,19 +71,25 @@ class CsvReader {
   };
   struct Target;
 
+  void MakeParser();
   bool Fill();
   std::string_view TakeToLineEnd();
   void CountLine(std::string_view segment);
   void Feed(std::string_view segment, Target& target);
   bool Finish(Target& target);
+  void Skip(std::size_t bytes);
   [[noreturn]] void RaiseUnopened() const;
+  [[noreturn]] void RaiseUnread() const;
   [[noreturn]] void RaiseBroken(const CsvRecord& record, std::string_view what) const;
 
   CsvSource source_;
   std::unique_ptr<std::FILE, CloseFile> file_;
   std::unique_ptr<csv_parser, FreeParser> parser_;
   std::vector<char> chunk_;
-  std::string_view rest_;  // of the chunk, not yet parsed
+  std::size_t readAtOnce_;
+  std::string_view rest_;        // of the chunk, not yet parsed
+  std::uint64_t restStart_ = 0;  // in bytes from the start of the file
+  std::uint64_t recordStart_ = 0;
   bool atStart_ = true;
   bool behindCarriageReturn_ = false;
   std::int64_t line_ = 1;

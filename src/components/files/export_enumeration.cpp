@@ -1,43 +1,16 @@
 #include "components/files/export_enumeration.h"
 
-#include "base/utf8.h"
-
 namespace zenqay {
 
-ExportRows::ExportRows(CsvReader reader, std::shared_ptr<const RowShape> shape, RowSelection selection)
-    : reader_(std::move(reader)), shape_(std::move(shape)), selection_(std::move(selection)) {}
+ExportRows::ExportRows(std::unique_ptr<RecordSource> records, std::shared_ptr<const RowShape> shape,
+                       RowSelection selection)
+    : records_(std::move(records)), shape_(std::move(shape)), selection_(std::move(selection)) {}
 
 std::shared_ptr<ExportRow> ExportRows::Next() {
-  while (reader_.Read(record_)) {
-    ++recordsRead_;
-    RequireSound();
+  while (records_->Read(record_)) {
     if (IsSelected()) return MakeRow();
   }
-  RequireWhole();
   return nullptr;
-}
-
-void ExportRows::RequireWhole() const {
-  if (!selection_.recordCount || *selection_.recordCount == recordsRead_) return;
-  const CsvSource& source = reader_.source();
-  const Text expected = std::to_string(*selection_.recordCount);
-  throw RuntimeError(PlatformFault::TypeMismatch,
-                     source.file + " ends after " + std::to_string(recordsRead_) + " records in place of " + expected,
-                     source.classId);
-}
-
-void ExportRows::RequireSound() const {
-  const ExportColumns& columns = shape_->columns;
-  if (record_.cells.size() < columns.size()) RaiseInColumn(record_.cells.size(), "the record ends before this column");
-  if (record_.cells.size() > columns.size()) RaiseInColumn(columns.size(), "the header has no such column");
-  const bool isPlain = IsPlain(record_.bytes);
-  for (std::size_t column = 0; column < columns.size(); ++column) {
-    const std::string_view cell = record_.TextOf(column);
-    const std::string_view flaw = isPlain ? "" : FlawOf(cell);
-    if (!flaw.empty()) RaiseInColumn(column, flaw);
-    if (Reads(columns[column].type, cell)) continue;
-    RaiseInColumn(column, Quoted(cell).append("is no ").append(NameOf(columns[column].type)));
-  }
 }
 
 bool ExportRows::IsSelected() const {
@@ -62,15 +35,9 @@ DateTime ExportRows::ChangedAt() const {
   const std::string_view cell = record_.TextOf(selection_.period->column);
   DateTime changedAt;
   if (!ReadUtcMoment(cell, changedAt)) {
-    RaiseInColumn(selection_.period->column, Quoted(cell).append("is no time YYYY-MM-DDThh:mm:ssZ"));
+    RaiseInColumn(*shape_, record_, selection_.period->column, Quoted(cell).append("is no time YYYY-MM-DDThh:mm:ssZ"));
   }
   return changedAt;
-}
-
-void ExportRows::RaiseInColumn(std::size_t column, std::string_view what) const {
-  const ExportColumns& columns = shape_->columns;
-  const Text name = column < columns.size() ? columns[column].Title() : std::to_string(column + 1);
-  RaiseMismatch(reader_.source(), record_.line, name, what);
 }
 
 ExportEnumeration::ExportEnumeration(Text classId, std::optional<ExportRows> rows)

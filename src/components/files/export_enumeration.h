@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "components/files/export_row.h"
+#include "components/files/export_records.h"
 #include "components/files/file_component.h"
 #include "components/files/key_range.h"
 
@@ -20,34 +20,27 @@ struct ChangePeriod {
 struct RowSelection {
   std::vector<KeyRange> ranges;
   std::optional<ChangePeriod> period;
-  std::vector<std::size_t> silentColumns;    // not asked for: absent in every row
-  std::vector<std::size_t> oldColumns;       // asked for with their old values
-  std::optional<std::uint64_t> recordCount;  // how many records the file must have, selected or not
+  std::vector<std::size_t> silentColumns;  // not asked for: absent in every row
+  std::vector<std::size_t> oldColumns;     // asked for with their old values
 };
 
-/// Reads the rows of a file behind its header, each one when it is asked for.
+/// The rows that are selected of the records of a file, each one read when it is asked for.
 class ExportRows {
  public:
-  ExportRows(CsvReader reader, std::shared_ptr<const RowShape> shape, RowSelection selection);
+  ExportRows(std::unique_ptr<RecordSource> records, std::shared_ptr<const RowShape> shape, RowSelection selection);
 
-  /// The next row that is selected, nullptr behind the last one. Raises 13 for a record that is broken, has another
-  /// number of cells than the header or a cell that does not read as its column's type, selected or not; and behind the
-  /// last record when there were more or fewer than there must be.
+  /// The next row, nullptr behind the last one. Raises what the records raise, selected or not.
   std::shared_ptr<ExportRow> Next();
 
  private:
-  void RequireSound() const;
-  void RequireWhole() const;
   bool IsSelected() const;
   std::shared_ptr<ExportRow> MakeRow();
   DateTime ChangedAt() const;
-  [[noreturn]] void RaiseInColumn(std::size_t column, std::string_view what) const;
 
-  CsvReader reader_;
+  std::unique_ptr<RecordSource> records_;
   std::shared_ptr<const RowShape> shape_;
   RowSelection selection_;
   CsvRecord record_;
-  std::uint64_t recordsRead_ = 0;
 };
 
 /// Answers hasMoreElements and nextElement. It reads no further than the row that is asked about, so everything in

@@ -1,5 +1,7 @@
 #include "components/files/export_header.h"
 
+#include <unordered_map>
+
 #include "base/utf8.h"
 
 namespace zenqay {
@@ -40,32 +42,40 @@ ExportColumn ColumnOf(const HeaderCell& cell) {
   return column;
 }
 
-const ExportColumn* Find(const ExportColumns& columns, std::string_view name, bool isOld) {
-  for (const ExportColumn& column : columns) {
-    if (column.isOld == isOld && EqualsIgnoringCase(column.name, name)) return &column;
+/// The columns as they are read. A header may have thousands: a name is found by its hash.
+class Columns {
+ public:
+  void Add(ExportColumn column, const HeaderCell& cell) {
+    const bool isNew = numbers_.emplace(LowerCased(column.Title()), columns.size()).second;
+    if (!isNew) cell.Raise("has the name of another column");
+    columns.push_back(std::move(column));
   }
-  return nullptr;
-}
 
-void AddColumn(ExportColumns& columns, const ExportColumn& column, const HeaderCell& cell) {
-  if (Find(columns, column.name, column.isOld) != nullptr) cell.Raise("has the name of another column");
-  columns.push_back(column);
-}
+  const ExportColumn* Find(std::string_view title) const {
+    const auto found = numbers_.find(LowerCased(title));
+    return found == numbers_.end() ? nullptr : &columns[found->second];
+  }
 
-std::size_t RequireColumn(const ExportColumns& columns, std::string_view name, const CsvRecord& record,
+  ExportColumns columns;
+
+ private:
+  std::unordered_map<Text, std::size_t> numbers_;
+};
+
+std::size_t RequireColumn(const Columns& read, std::string_view name, const CsvRecord& record,
                           const CsvSource& source) {
-  const ExportColumn* column = FindColumn(columns, name);
+  const ExportColumn* column = read.Find(name);
   if (column == nullptr) RaiseMismatch(source, record.line, name, "missing in the header");
-  const std::size_t number = column - columns.data();
+  const std::size_t number = column - read.columns.data();
   const bool isPlain = column->type == ColumnType::Plain && column->code.empty() && !column->isKey;
   if (!isPlain) ReadCell(record, source, number).Raise("is not a text without code and key");
   return number;
 }
 
 /// An "Old." column has the type and the code of its own column; where the cell says them too, they must agree.
-void TakeOver(ExportColumn& old, const ExportColumns& columns, const HeaderCell& cell) {
-  const ExportColumn* own = FindColumn(columns, old.name);
-  if (own == nullptr) cell.Raise("has no column " + old.name + " beside it");
+void TakeOver(ExportColumn& old, const Columns& read, const HeaderCell& cell) {
+  const ExportColumn* own = read.Find(old.name);
+  if (own == nullptr || own->isOld) cell.Raise("has no column " + old.name + " beside it");
   const bool typeDiffers = !cell.Part(1).empty() && old.type != own->type;
   const bool codeDiffers = !cell.Part(2).empty() && old.code != own->code;
   if (typeDiffers || codeDiffers) cell.Raise("has another type or code than the column " + own->name);
@@ -80,7 +90,10 @@ void RaiseHeaderCell(const CsvRecord& record, const CsvSource& source, std::size
 }
 
 const ExportColumn* FindColumn(const ExportColumns& columns, std::string_view name) {
-  return Find(columns, name, false);
+  for (const ExportColumn& column : columns) {
+    if (!column.isOld && EqualsIgnoringCase(column.name, name)) return &column;
+  }
+  return nullptr;
 }
 
 Text ExportColumn::Title() const {
@@ -92,17 +105,16 @@ bool SaysNothing(const CsvRecord& record) {
 }
 
 ExportColumns ReadListHeader(const CsvRecord& record, const CsvSource& source) {
-  ExportColumns columns;
+  Columns read;
   for (std::size_t number = 0; number < record.cells.size(); ++number) {
     const HeaderCell cell = ReadCell(record, source, number);
-    AddColumn(columns, ColumnOf(cell), cell);
+    read.Add(ColumnOf(cell), cell);
   }
-  return columns;
+  return std::move(read.columns);
 }
 
 ChangesHeader ReadChangesHeader(const CsvRecord& record, const CsvSource& source) {
-  ChangesHeader header;
-  ExportColumns& columns = header.columns;
+  Columns read;
   for (std::size_t number = 0; number < record.cells.size(); ++number) {
     const HeaderCell cell = ReadCell(record, source, number);
     ExportColumn column = ColumnOf(cell);
@@ -111,14 +123,15 @@ ChangesHeader ReadChangesHeader(const CsvRecord& record, const CsvSource& source
       column.name.erase(0, kOldPrefix.size());
       column.isKey = false;
     }
-    AddColumn(columns, column, cell);
+    read.Add(std::move(column), cell);
   }
-  for (std::size_t number = 0; number < columns.size(); ++number) {
-    if (columns[number].isOld) TakeOver(columns[number], columns, ReadCell(record, source, number));
+  for (std::size_t number = 0; number < read.columns.size(); ++number) {
+    ExportColumn& column = read.columns[number];
+    if (column.isOld) TakeOver(column, read, ReadCell(record, source, number));
   }
-  header.changedAt = RequireColumn(columns, "ChangedAt", record, source);
-  RequireColumn(columns, "ActionType", record, source);
-  return header;
+  const std::size_t changedAt = RequireColumn(read, "ChangedAt", record, source);
+  RequireColumn(read, "ActionType", record, source);
+  return {.columns = std::move(read.columns), .changedAt = changedAt};
 }
 
 }  // namespace zenqay

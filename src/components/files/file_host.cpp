@@ -1,5 +1,6 @@
 #include "components/files/file_host.h"
 
+#include "base/runtime_error.h"
 #include "components/files/file_manager.h"
 #include "components/files/file_session.h"
 #include "components/files/selection_criteria.h"
@@ -13,6 +14,14 @@ namespace {
 }
 
 }  // namespace
+
+std::shared_ptr<ComponentHost> FileHost::Make(const CatalogueElement& element, const std::shared_ptr<ComponentHost>&) {
+  const Text directory = element.RequiredPath("directory");
+  if (std::error_code fault; !std::filesystem::is_directory(directory, fault)) {
+    throw RuntimeError(PlatformFault::PathNotFound, element.Place() + ": there is no directory " + directory);
+  }
+  return std::make_shared<FileHost>(directory);
+}
 
 Object FileHost::Create(const Text& classId) {
   if (IsCriteriaClass(classId)) return CreateCriteriaObject(classId);

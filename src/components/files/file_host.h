@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "contracts/value.h"
+#include "components/catalogue_element.h"
 
 namespace zenqay {
 
@@ -14,6 +14,10 @@ class FileHost : public ComponentHost {
  public:
   /// A path of the operating system.
   explicit FileHost(std::filesystem::path directory) : directory_(std::move(directory)) {}
+
+  /// For kind="files". Raises 76 when its directory is missing.
+  static std::shared_ptr<ComponentHost> Make(const CatalogueElement& element,
+                                             const std::shared_ptr<ComponentHost>& former);
 
   /// Raises 429 for a class id that stands for nothing here, and for a manager whose export is missing.
   Object Create(const Text& classId) override;

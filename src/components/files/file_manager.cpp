@@ -43,6 +43,14 @@ RowSelection SelectionOf(const ChangesHeader& header, const NetChangeCriteria& c
 
 }  // namespace
 
+FileStamp FileStamp::Of(const std::filesystem::path& path) {
+  FileStamp stamp;
+  std::error_code ignored;  // what cannot be looked at is opened next, and says why
+  stamp.size = std::filesystem::file_size(path, ignored);
+  stamp.lastWrite = std::filesystem::last_write_time(path, ignored);
+  return stamp;
+}
+
 std::optional<ManagerClass> ManagerClass::Read(const Text& classId) {
   const auto dot = classId.find('.');
   if (dot == Text::npos || dot == 0 || !classId.ends_with(kManagerSuffix)) return {};
@@ -81,14 +89,25 @@ Value FileManager::Call(std::string_view operation, Arguments arguments) {
 }
 
 Value FileManager::List(Arguments bounds) {
+  const FileStamp stamp = FileStamp::Of(exportPath_);
+  if (index_ != nullptr && stamp == indexStamp_) {
+    std::vector<KeyRange> ranges = RangesOf(index_->shape()->columns, bounds);
+    if (index_->Serves(ranges)) return IndexedRows(std::move(ranges));
+  }
   CsvReader reader(exportPath_, classId());
   const CsvRecord header = ReadHeaderRecord(reader);
   if (SaysNothing(header)) return Object();
   ExportColumns columns = ReadListHeader(header, reader.source());
   RequireReferenceColumns(names_.fileStem, columns, "List", header, reader.source());
-  RowSelection selection{.ranges = RangesOf(columns, bounds), .recordCount = CountBeside(exportPath_)};
-  auto shape = MakeRowShape(reader.source(), std::move(columns), names_.plural);
-  return Enumeration(ExportRows(std::move(reader), std::move(shape), std::move(selection)));
+  std::vector<KeyRange> ranges = RangesOf(columns, bounds);
+  const auto shape = MakeRowShape(reader.source(), std::move(columns), names_.plural);
+  ExportRecords records(std::move(reader), shape, CountBeside(exportPath_));
+  if (std::vector<KeyRange> keys = SingleKeysOf(ranges); !keys.empty()) {
+    index_ = std::make_shared<ExportIndex>(std::move(records), std::move(keys));
+    indexStamp_ = stamp;
+    return IndexedRows(std::move(ranges));
+  }
+  return Enumeration(ExportRows(std::make_unique<ExportRecords>(std::move(records)), shape, {.ranges = ranges}));
 }
 
 Value FileManager::NetList(Arguments arguments) {
@@ -103,9 +122,14 @@ Value FileManager::NetList(Arguments arguments) {
   ChangesHeader header = ReadChangesHeader(record, reader.source());
   RequireReferenceColumns(names_.fileStem, header.columns, "NetList" + names_.plural, record, reader.source());
   RowSelection selection = SelectionOf(header, criteria, classId());
-  selection.recordCount = CountBeside(changesPath_);
-  auto shape = MakeRowShape(reader.source(), std::move(header.columns), names_.plural);
-  return Enumeration(ExportRows(std::move(reader), std::move(shape), std::move(selection)));
+  const auto shape = MakeRowShape(reader.source(), std::move(header.columns), names_.plural);
+  auto records = std::make_unique<ExportRecords>(std::move(reader), shape, CountBeside(changesPath_));
+  return Enumeration(ExportRows(std::move(records), shape, std::move(selection)));
+}
+
+Value FileManager::IndexedRows(std::vector<KeyRange> ranges) const {
+  auto found = ExportIndex::Find(index_, ranges);
+  return Enumeration(ExportRows(std::move(found), index_->shape(), {.ranges = std::move(ranges)}));
 }
 
 std::vector<KeyRange> FileManager::RangesOf(const ExportColumns& columns, Arguments bounds) const {

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "components/files/export_enumeration.h"
+#include "components/files/export_index.h"
 #include "components/files/file_component.h"
 
 namespace zenqay {
@@ -18,8 +19,18 @@ struct ManagerClass {
   static std::optional<ManagerClass> Read(const Text& classId);
 };
 
-/// Answers Initialize, List, NetList<Plural> and Close. Each listing reads its file on its own, so a second one leaves
-/// the first as it is.
+/// Tells a file from the one that stood there before.
+struct FileStamp {
+  std::uintmax_t size = 0;
+  std::filesystem::file_time_type lastWrite;
+
+  static FileStamp Of(const std::filesystem::path& path);
+
+  bool operator==(const FileStamp&) const = default;
+};
+
+/// Answers Initialize, List, NetList<Plural> and Close. A second listing leaves the first as it is: each reads its file
+/// on its own, or finds its records by an index of the file as it stands when the listing is asked for.
 class FileManager : public FileComponent {
  public:
   FileManager(Text classId, const std::filesystem::path& directory, const ManagerClass& names);
@@ -31,6 +42,7 @@ class FileManager : public FileComponent {
  private:
   Value List(Arguments bounds);
   Value NetList(Arguments arguments);
+  Value IndexedRows(std::vector<KeyRange> ranges) const;
   std::vector<KeyRange> RangesOf(const ExportColumns& columns, Arguments bounds) const;
   Value Enumeration(std::optional<ExportRows> rows) const;
 
@@ -39,6 +51,8 @@ class FileManager : public FileComponent {
   ManagerClass names_;
   std::filesystem::path exportPath_;
   std::filesystem::path changesPath_;
+  std::shared_ptr<ExportIndex> index_;  // of the listings that ask for one key
+  FileStamp indexStamp_;                // of the export that it was made from
 };
 
 }  // namespace zenqay

@@ -1,5 +1,7 @@
 #include "components/files/key_range.h"
 
+#include <limits>
+
 #include "base/numbers.h"
 #include "base/runtime_error.h"
 
@@ -53,6 +55,21 @@ bool KeyRange::Admits(const CsvRecord& record) const {
     return lowNumber_ <= number && number <= highNumber_;
   }
   return lowText_ <= text && (!hasHighText_ || text <= highText_);
+}
+
+Text KeyRange::KeyOf(const CsvRecord& record) const {
+  const std::string_view text = record.TextOf(column_);
+  if (isNumber_) return std::to_string(IntOf(text));
+  return text == kNullCell ? Text() : Text(text);
+}
+
+std::optional<Text> KeyRange::OnlyKey() const {
+  if (!isNumber_) return lowText_ == highText_ && hasHighText_ ? std::optional(lowText_) : std::nullopt;
+  constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
+  if (lowNumber_ != highNumber_ || !(lowNumber_ >= kLowest && lowNumber_ <= kHighest)) return {};
+  const auto number = static_cast<std::int32_t>(lowNumber_);
+  return number == lowNumber_ ? std::optional(std::to_string(number)) : std::nullopt;
 }
 
 std::vector<std::size_t> KeyColumnsOf(const ExportColumns& columns) {

@@ -1,6 +1,8 @@
 // The ranges that a listing admits the rows of an ERP file by.
 #pragma once
 
+#include <optional>
+
 #include "components/files/export_header.h"
 
 namespace zenqay {
@@ -14,6 +16,14 @@ class KeyRange {
 
   /// An absent, null or empty cell counts as "" or 0. The cell must read as its column's type.
   bool Admits(const CsvRecord& record) const;
+
+  std::size_t column() const { return column_; }
+
+  /// What the column holds, so that equal keys are equal texts.
+  Text KeyOf(const CsvRecord& record) const;
+
+  /// The one key that is admitted, as KeyOf has it. Nothing when it is not one.
+  std::optional<Text> OnlyKey() const;
 
  private:
   std::size_t column_;

@@ -61,6 +61,13 @@ int FitOfNumber(const JavaType& type, JavaKind number) {
   return fit == kNoFit ? kNoFit : fit + (type.box ? kWrapped : 0);
 }
 
+/// As a date where the type has room for one, else as a text.
+int FitOfTime(const JavaType& type) {
+  if (type.holdsDate) return type.name == "java.util.Date" ? 0 : kHeld;
+  const int fit = FitOfKind(type, JavaKind::String);
+  return fit == kNoFit ? kNoFit : fit + kWrapped;
+}
+
 [[noreturn]] void RaiseOverflow(const Text& about, const Text& source) {
   throw RuntimeError(PlatformFault::Overflow, about, source);
 }
@@ -112,6 +119,7 @@ jvalue Keep(std::vector<Local<>>& made, JNIEnv& env, Local<> reference, const Te
 int FitOf(JNIEnv& env, const JavaType& type, const Value& value) {
   if (IsNothing(value)) return IsPrimitive(type) ? kNullForPrimitive : 0;
   if (value.Is<Text>()) return FitOfKind(type, JavaKind::String);
+  if (value.Is<DateTime>()) return FitOfTime(type);
   if (value.Is<bool>()) return FitOfKind(type, JavaKind::Boolean);
   if (const JavaKind number = KindOfNumber(value); number != JavaKind::Void) return FitOfNumber(type, number);
   const JavaObject* object = JavaObject::From(value);
@@ -128,6 +136,10 @@ jvalue ConvertedTo(JNIEnv& env, const JavaTypes& types, const JavaType& type, co
   }
   if (const Text* text = value.If<Text>()) {
     return Keep(made, env, StringOf(env, *text, source), about, source);
+  }
+  if (const DateTime* time = value.If<DateTime>()) {
+    return Keep(made, env, type.holdsDate ? types.DateAt(time->Parts()) : StringOf(env, value.AsText(), source), about,
+                source);
   }
   if (const JavaObject* object = JavaObject::From(value)) {
     converted.l = object->reference();

@@ -2,7 +2,8 @@
 //
 // Numbers go to every numeric type that has room for them (6 where it has not; halves to the even neighbour), texts to
 // strings, booleans to booleans, Java objects to parameters of their classes; empty, null and empty references are
-// null (94 for a primitive). A date-time and an object of another host go to no parameter. Nothing else is converted.
+// null (94 for a primitive). A time goes to a java.util.Date, else to a string; an object of another host to no
+// parameter. Nothing else is converted.
 #pragma once
 
 #include <jni.h>

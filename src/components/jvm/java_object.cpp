@@ -1,8 +1,29 @@
 #include "components/jvm/java_object.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "base/runtime_error.h"
+#include "contracts/connection.h"
 
 namespace zenqay {
+namespace {
+
+const Field* FieldIn(const Value& value) {
+  const Object* object = value.If<Object>();
+  return object == nullptr ? nullptr : dynamic_cast<const Field*>(object->component().get());
+}
+
+bool IsField(const Argument& argument) {
+  return FieldIn(argument.value()) != nullptr;
+}
+
+Value WithoutField(const Value& value) {
+  const Field* field = FieldIn(value);
+  return field == nullptr ? value : field->Default();
+}
+
+}  // namespace
 
 JavaObject::JavaObject(std::shared_ptr<JavaMachine> machine, JavaClass& type, jobject object, const Text& source)
     : machine_(std::move(machine)), type_(type), object_(machine_->env().NewGlobalRef(object)), source_(source) {
@@ -30,7 +51,7 @@ Value JavaObject::Get(std::string_view property) {
 
 void JavaObject::Put(std::string_view property, const Value& value) {
   const JavaClass::Property& writer = type_.WriterOf(property);
-  if (writer.field != nullptr) return WriteField(target(), *writer.field, value);
+  if (writer.field != nullptr) return WriteField(target(), *writer.field, WithoutField(value));
   Argument argument(value);
   Invoke(writer.methods, property, Arguments(&argument, 1));
 }
@@ -41,6 +62,11 @@ Value JavaObject::Default() const {
 
 Value JavaObject::Invoke(const JavaClass::Overloads& methods, std::string_view operation, Arguments arguments) {
   if (methods.empty()) RaiseNoSuchOperation(operation, source_);
+  if (std::ranges::any_of(arguments, IsField)) {
+    std::vector<Argument> values;
+    for (const Argument& argument : arguments) values.emplace_back(WithoutField(argument.value()));
+    return Invoke(methods, operation, values);
+  }
   const JavaMethod& method = ChooseMethod(machine_->env(), methods, arguments, operation, source_);
   return CallMethod(target(), method, arguments);
 }

@@ -8,7 +8,8 @@
 
 namespace zenqay {
 
-/// Holds the one global reference to its object, and the machine as long as it lives.
+/// Holds the one global reference to its object, and the machine as long as it lives. A field of a recordset that is
+/// given to an operation or a property stands for what it holds in the current row, read once.
 class JavaObject : public Component {
  public:
   /// `object` is a reference of the caller's own. `source`, the source of errors, is kept with the class. Raises 440

@@ -28,6 +28,8 @@ JavaTypes::JavaTypes(JNIEnv& env)
       bigDecimal_(RuntimeClass(env, "java/math/BigDecimal")),
       bigInteger_(RuntimeClass(env, "java/math/BigInteger")),
       iterator_(RuntimeClass(env, "java/util/Iterator")),
+      date_(RuntimeClass(env, "java/util/Date")),
+      newDate_(env.GetMethodID(date_, "<init>", "(IIIIII)V")),
       getName_(env.GetMethodID(RuntimeClass(env, "java/lang/Class"), "getName", "()Ljava/lang/String;")) {
   const auto set = [&](JavaKind kind, const Wrapper& wrapper) { wrappers_[static_cast<std::size_t>(kind)] = wrapper; };
   set(JavaKind::Boolean, WrapperOf("java/lang/Boolean", "Z", "booleanValue"));
@@ -80,6 +82,7 @@ JavaType JavaTypes::TypeOf(jclass type) const {
     add(kind);
     if (env_.IsSameObject(type, wrapper(kind).type)) described.box = kind;
   }
+  described.holdsDate = env_.IsAssignableFrom(date_, type);
   described.mayBeValue =
       described.holds != 0 || env_.IsSameObject(type, bigDecimal_) || env_.IsSameObject(type, bigInteger_);
   return described;
@@ -97,6 +100,11 @@ std::optional<JavaKind> JavaTypes::ValueKindOf(jclass type) const {
 Local<> JavaTypes::Box(JavaKind kind, const jvalue& value) const {
   const Wrapper& wrapped = wrapper(kind);
   return {env_, env_.CallStaticObjectMethodA(wrapped.type, wrapped.valueOf, &value)};
+}
+
+Local<> JavaTypes::DateAt(const DateTimeParts& time) const {
+  return {env_, env_.NewObject(date_, newDate_, jint{time.year - 1900}, jint{time.month - 1}, jint{time.day},
+                               jint{time.hour}, jint{time.minute}, jint{time.second})};
 }
 
 jvalue JavaTypes::Unbox(JavaKind kind, jobject object) const {

@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 
+#include "base/date_time.h"
 #include "base/text_functions.h"
 #include "components/jvm/java_references.h"
 
@@ -23,6 +24,7 @@ struct JavaType {
   jclass reference = nullptr;   // of String and Object: lasts as long as the machine
   std::optional<JavaKind> box;  // of an Object: the kind that it wraps, as java.lang.Integer does
   unsigned holds = 0;           // of an Object: one bit for each kind whose objects it can refer to
+  bool holdsDate = false;       // of an Object: it can refer to a java.util.Date
   bool mayBeValue = false;      // what it refers to may be a text, a number or a boolean
 
   bool Holds(JavaKind value) const { return (holds >> static_cast<unsigned>(value) & 1U) != 0; }
@@ -44,6 +46,9 @@ class JavaTypes {
   Local<> Box(JavaKind kind, const jvalue& value) const;
   jvalue Unbox(JavaKind kind, jobject object) const;
 
+  /// A java.util.Date that stands at this local time. Without memory it is empty and an exception pending.
+  Local<> DateAt(const DateTimeParts& time) const;
+
   /// True for the classes whose `hasNext` and `next` answer as `hasMoreElements` and `nextElement`.
   bool IsIterator(jclass type) const { return env_.IsAssignableFrom(type, iterator_); }
 
@@ -62,6 +67,8 @@ class JavaTypes {
   jclass bigDecimal_;
   jclass bigInteger_;
   jclass iterator_;
+  jclass date_;
+  jmethodID newDate_;
   jmethodID getName_;
 };
 

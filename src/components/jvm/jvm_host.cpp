@@ -42,6 +42,17 @@ struct JvmHost::Creatable {
 JvmHost::JvmHost() = default;
 JvmHost::~JvmHost() = default;
 
+std::shared_ptr<ComponentHost> JvmHost::Make(const CatalogueElement& element,
+                                             const std::shared_ptr<ComponentHost>& former) {
+  const auto host = former == nullptr ? std::make_shared<JvmHost>() : std::static_pointer_cast<JvmHost>(former);
+  try {
+    host->Add(element.directory(), element.Optional("classpath"), element.Optional("options"));
+  } catch (const RuntimeError& fault) {
+    throw RuntimeError(fault.number(), fault.source(), fault.description() + " (" + element.Place() + ")");
+  }
+  return host;
+}
+
 void JvmHost::Add(const std::filesystem::path& directory, const Text& classPath, const Text& options) {
   settings_.AddClassPath(directory, classPath);
   settings_.AddOptions(options);

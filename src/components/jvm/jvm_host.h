@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "base/runtime_error.h"
+#include "components/catalogue_element.h"
 #include "components/jvm/jvm_settings.h"
-#include "contracts/value.h"
 
 namespace zenqay {
 
@@ -29,6 +29,10 @@ class JvmHost : public ComponentHost {
  public:
   JvmHost();
   ~JvmHost() override;
+
+  /// For kind="jvm": one host for all its elements.
+  static std::shared_ptr<ComponentHost> Make(const CatalogueElement& element,
+                                             const std::shared_ptr<ComponentHost>& former);
 
   /// Adds what one entry asks for; see JvmSettings for what it raises. Both may be empty.
   void Add(const std::filesystem::path& directory, const Text& classPath, const Text& options);

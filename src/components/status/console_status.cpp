@@ -183,6 +183,10 @@ class ConsoleStatus : public StatusObject {
 
 }  // namespace
 
+std::shared_ptr<ComponentHost> ConsoleStatusHost::Make(const CatalogueElement&, const std::shared_ptr<ComponentHost>&) {
+  return std::make_shared<ConsoleStatusHost>();
+}
+
 Object ConsoleStatusHost::Create(const Text& classId) {
   return CreateStatusHandle(classId, [](std::int16_t) { return Object(std::make_shared<ConsoleStatus>()); });
 }

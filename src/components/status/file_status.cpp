@@ -52,6 +52,11 @@ class FileStatus : public StatusObject {
 
 }  // namespace
 
+std::shared_ptr<ComponentHost> FileStatusHost::Make(const CatalogueElement& element,
+                                                    const std::shared_ptr<ComponentHost>&) {
+  return std::make_shared<FileStatusHost>(element.RequiredPath("file"));
+}
+
 Object FileStatusHost::Create(const Text& classId) {
   return CreateStatusHandle(
       classId, [path = path_](std::int16_t instance) { return Object(std::make_shared<FileStatus>(path, instance)); });

@@ -6,9 +6,7 @@
 // `UpdateStatusByTable(handle, table, state, detail)`; process/status_codes.h has the states.
 #pragma once
 
-#include <memory>
-
-#include "contracts/value.h"
+#include "components/catalogue_element.h"
 
 namespace zenqay {
 
@@ -17,6 +15,10 @@ namespace zenqay {
 /// for the running table. A closed output holds nothing up.
 class ConsoleStatusHost : public ComponentHost {
  public:
+  /// For kind="console".
+  static std::shared_ptr<ComponentHost> Make(const CatalogueElement& element,
+                                             const std::shared_ptr<ComponentHost>& former);
+
   Object Create(const Text& classId) override;
 };
 
@@ -25,6 +27,10 @@ class ConsoleStatusHost : public ComponentHost {
 class FileStatusHost : public ComponentHost {
  public:
   explicit FileStatusHost(Text path) : path_(std::move(path)) {}
+
+  /// For kind="file".
+  static std::shared_ptr<ComponentHost> Make(const CatalogueElement& element,
+                                             const std::shared_ptr<ComponentHost>& former);
 
   Object Create(const Text& classId) override;
 

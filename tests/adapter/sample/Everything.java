@@ -152,6 +152,31 @@ public class Everything extends Hidden {
         return value == null ? "null" : "Date " + value.getTime();
     }
 
+    @SuppressWarnings("deprecation")
+    public double millisOf(int year, int month, int day, int hour, int minute, int second) {
+        return new Date(year, month, day, hour, minute, second).getTime();
+    }
+
+    public String timeOrText(String value) {
+        return "String";
+    }
+
+    public String timeOrText(Date value) {
+        return "Date";
+    }
+
+    public String timeOrText(Object value) {
+        return "Object";
+    }
+
+    public String textOrObject(String value) {
+        return "String";
+    }
+
+    public String textOrObject(Object value) {
+        return "Object";
+    }
+
     public String takesSelf(Everything value) {
         return value == this ? "this" : "another";
     }

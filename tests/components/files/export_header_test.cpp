@@ -127,5 +127,25 @@ TEST(SaysNothing, HoldsForTheOneCellAlone) {
   EXPECT_FALSE(SaysNothing(HeaderRecord(" \\NOTHING\n")));
 }
 
+TEST(ReadHeader, TakesThousandsOfLongColumns) {
+  Text list;
+  Text old;
+  for (int number = 0; number < 20'000; ++number) {
+    const Text name = Text(100, 'x') + std::to_string(number);
+    list += name + ",";
+    if (number < 10'000) old += "Old." + name + ",";
+  }
+
+  EXPECT_EQ(ReadListHeader(HeaderRecord(list + "last\n"), kSource).size(), 20'001u);
+  EXPECT_EQ(ReadChangesHeader(HeaderRecord(list + old + "ChangedAt,ActionType\n"), kSource).columns.size(), 30'002u);
+}
+
+TEST(ReadHeader, RefusesAnOldColumnOfAnOldColumn) {
+  const CsvRecord record = HeaderRecord("ChangedAt,ActionType,A,Old.A,Old.Old.A\n");
+
+  EXPECT_EQ(ErrorOf([&] { ReadChangesHeader(record, kSource); }),
+            "13 Type mismatch: A.csv, line 1, column 5: \"Old.Old.A\" has no column Old.A beside it (A.AsManager)");
+}
+
 }  // namespace
 }  // namespace zenqay

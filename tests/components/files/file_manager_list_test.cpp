@@ -379,6 +379,88 @@ TEST(List, HandsOnTheRowsInFrontOfABrokenOneInALongFile) {
   }
 }
 
+constexpr const char* kTermHeader = "Contract:text:csco:key,Term:int:term:key,Line:int:seqn:key,Note\n";
+
+/// The terms of one contract line, as they are looked up for each change.
+Text TermsOf(const Object& manager, const Value& contract, const Value& line) {
+  return RowsOf(manager.Call("List", contract, contract, 0, 9999, line, line), {"Term", "Note"});
+}
+
+TEST(List, FindsTheRowsOfOneKeyInTheOrderOfTheFileAgainAndAgain) {
+  ErpFiles erp;
+  const Object manager =
+      erp.Lines(Text("\xEF\xBB\xBF") + kTermHeader +
+                "A,2,10,\"first\r\nof two\"\r\nB,1,10,b\r\n\r\nA,1,+010,second\nA,1,20,other\n,3,,\"\"\n"
+                "\\N,4,\\N,null\nA,10000,10,beyond");
+
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(TermsOf(manager, "A", 10), "2, 'first\r\nof two'\n1, 'second'\n");
+    EXPECT_EQ(TermsOf(manager, "A", "20"), "1, 'other'\n");
+    EXPECT_EQ(TermsOf(manager, "B", 10.0), "1, 'b'\n");
+    EXPECT_EQ(TermsOf(manager, "B", 20), "");
+    EXPECT_EQ(TermsOf(manager, "B", 10.5), "");
+    EXPECT_EQ(TermsOf(manager, Value(), Value()), "3, ''\n4, 'null'\n");
+    EXPECT_EQ(RowsOf(manager.Call("List", "B", Highest(1), 0, 9, 0, 99), {"Note"}), "'b'\n");
+    EXPECT_EQ(RowsOf(manager.Call("List", "A", "A", 1, 1, 20, 20), {"Note"}), "'other'\n");
+  }
+}
+
+TEST(List, FindsTheRowsOfOneKeyAsTheFileStandsWhenItIsAsked) {
+  ErpFiles erp;
+  const Object manager = erp.Lines(Text(kTermHeader) + "A,1,10,old\n");
+  const Value before = manager.Call("List", "A", "A", 0, 9999, 10, 10);
+  std::filesystem::rename(erp.directory.path() / "Lines.csv", erp.directory.path() / "before.csv");
+  erp.directory.Write("Lines.csv", Text(kTermHeader) + "B,1,10,b\nA,5,10,new\n");
+
+  EXPECT_EQ(TermsOf(manager, "A", 10), "5, 'new'\n");
+  EXPECT_EQ(RowsOf(before, {"Note"}), "'old'\n");
+
+  erp.directory.Write("Lines.csv", "\\NOTHING\n");
+  EXPECT_EQ(Shown(manager.Call("List", "A", "A", 0, 9999, 10, 10)), "nothing");
+}
+
+TEST(List, EndsWithTheFailureOfTheFileWhateverKeyIsAskedFor) {
+  const struct {
+    const char* row;
+    const char* error;
+  } cases[] = {
+      {"B,x,10,b", "column Term: \"x\" is no int"},
+      {"B,1", "column Line: the record ends before this column"},
+      {"B,1,10,b\"", "column 4: broken quote"},
+      {"B,1,10,\"b", "column 4: broken quote, nothing closes it"},
+  };
+
+  for (const auto& [row, error] : cases) {
+    ErpFiles erp;
+    const Text end = "13 Type mismatch: Lines.csv, line 3, " + Text(error) + " (Lines.LinesManager)\n";
+    const Text behind = Text(row).ends_with("\"b") ? "" : "\nA,2,10,behind\n";
+    const Object manager = erp.Lines(Text(kTermHeader) + "A,1,10,front\n" + row + behind);
+
+    for (int time = 0; time < 2; ++time) {
+      EXPECT_EQ(TermsOf(manager, "A", 10), "1, 'front'\n" + end);
+      EXPECT_EQ(TermsOf(manager, "C", 10), end);
+    }
+  }
+}
+
+TEST(List, FindsEachOfManyKeys) {
+  ErpFiles erp;
+  Text content = kTermHeader;
+  for (int number = 0; number < 4'000; ++number) {
+    const Text contract = "C" + std::to_string(number * 7919 % 4'000);
+    content += contract + "," + std::to_string(number) + ",1,of " + contract + "\n";
+  }
+  const Object manager = erp.Lines(content);
+
+  for (int number = 0; number < 4'000; ++number) {
+    const Text contract = "C" + std::to_string(number * 7919 % 4'000);
+    const Object rows = manager.Call("List", contract, contract, 0, 4'000, 1, 1).AsObject();
+    const Object row = rows.Call("nextElement").AsObject();
+    ASSERT_EQ(FieldsOf(row, {"Term", "Note"}), std::to_string(number) + ", 'of " + contract + "'");
+    ASSERT_EQ(Shown(rows.Call("hasMoreElements")), "false");
+  }
+}
+
 TEST(List, LeavesAnOpenEnumerationAndItsRowsUsable) {
   ErpFiles erp;
   const Object manager = erp.Lines(kLocations);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "components/jvm/jvm_fixture.h"
+#include "contracts/connection.h"
 #include "doubles/outcome.h"
 
 namespace zenqay {
@@ -13,6 +14,26 @@ Text Outcome(const Text& operation, const Value& argument) {
   const Text raised = Raised([&] { outcome = NewSample().Call(operation, argument).AsText(); });
   return raised == "nothing" ? outcome : raised;
 }
+
+/// A recordset of one field.
+class Rows : public Recordset {
+ public:
+  Value value;
+  int readings = 0;
+
+  Value FieldValue(std::string_view) override {
+    ++readings;
+    return value;
+  }
+  void PutActiveConnection(std::shared_ptr<Connection>) override {}
+  void Open(const Text&, std::shared_ptr<Connection>, CursorType, LockType, CommandType) override {}
+  bool AtEnd() override { return false; }
+  bool AtBeginning() override { return false; }
+  std::int32_t RecordCount() override { return 1; }
+  void MoveNext() override {}
+  std::int32_t State() override { return 1; }
+  void Close() override {}
+};
 
 TEST(JavaResult, KeepsItsType) {
   const Object sample = NewSample();
@@ -146,6 +167,36 @@ TEST(JavaArgument, HandsJavaObjectsOn) {
   EXPECT_EQ(sample.Call("takesDate", date), Value("Date 0"));
 }
 
+TEST(JavaArgument, IsADateOrATextForATime) {
+  const Object sample = NewSample();
+  const DateTime moment = DateTime::FromParts({2004, 1, 31, 10, 11, 12});
+  const DateTime time = moment.TimeOnly();
+
+  EXPECT_EQ(Outcome("takesDate", moment), "Date " + sample.Call("millisOf", 104, 0, 31, 10, 11, 12).AsText());
+  EXPECT_EQ(Outcome("takesDate", time), "Date " + sample.Call("millisOf", -1, 11, 30, 10, 11, 12).AsText());
+  EXPECT_EQ(Outcome("echo", moment), "1/31/2004 10:11:12 AM");
+  EXPECT_EQ(Outcome("echo", time), "10:11:12 AM");
+  EXPECT_EQ(sample.Call("timeOrText", moment), Value("Date"));
+  EXPECT_EQ(sample.Call("textOrObject", moment), Value("String"));
+}
+
+TEST(JavaArgument, IsWhatAFieldHoldsInTheCurrentRow) {
+  const auto rows = std::make_shared<Rows>();
+  const Value id = Object(std::make_shared<Field>(rows, "TableID"));
+
+  rows->value = std::int32_t{7};
+  EXPECT_EQ(Outcome("takesInt", id), Outcome("takesInt", std::int32_t{7}));
+  rows->value = "seven";
+  EXPECT_EQ(Outcome("echo", id), "seven");
+  EXPECT_EQ(rows->readings, 2);
+
+  rows->value = std::int16_t{8};
+  const Object sample = NewSample();
+  sample.Put("small", id);
+  EXPECT_EQ(sample.Get("small"), Value(std::int16_t{8}));
+  EXPECT_EQ(rows->readings, 3);
+}
+
 class ForeignObject : public Component {
  public:
   Value Call(std::string_view, Arguments) override { return {}; }
@@ -163,7 +214,7 @@ TEST(JavaArgument, RaisesWhenTheOperationDoesNotUnderstandIt) {
       {"takesInt", true, "takesInt(boolean) fits none of takesInt(int)"},
       {"echo", std::int32_t{7}, "echo(32-bit integer) fits none of echo(java.lang.String)"},
       {"takesBoolean", std::int16_t{1}, "takesBoolean(16-bit integer) fits none of takesBoolean(boolean)"},
-      {"takesDate", DateTime(), "takesDate(date-time) fits none of takesDate(java.util.Date)"},
+      {"takesInt", DateTime(), "takesInt(date-time) fits none of takesInt(int)"},
       {"takesDate", foreign, "takesDate(object of another host) fits none of takesDate(java.util.Date)"},
       {"takesSelf", date, "takesSelf(object of java.util.Date) fits none of takesSelf(sample.Everything)"},
       {"takesObject", foreign, "takesObject(object of another host) fits none of takesObject(java.lang.Object)"},

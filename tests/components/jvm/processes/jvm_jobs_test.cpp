@@ -134,5 +134,38 @@ TEST(JavaAdapter, GivesTheStatementsOfTheErpFilesForContracts) {
       << statements;
 }
 
+/// In an all-tables run the table is named by a field of the registry's rows.
+TEST(JavaStatusComponent, IsToldWhatEveryOtherOneIs) {
+  const ProgramHome home;
+  home.directory().Write("Components.xml",
+                         "<COMPONENTS>\n" + FileHosts() +
+                             "<HOST prefix=\"ZenqayInstHandler.\" kind=\"jvm\" classpath=\"" + ZENQAY_TEST_ADAPTER +
+                             "\" options=\"-Xmx64m -Dstatus.file=" + home.path() + "/status\"/>\n</COMPONENTS>\n");
+  home.WriteExport(std::string(kContracts) + ".csv", std::string(kContractHeader) + "\n" + kContractRows);
+  home.Execute("DELETE FROM tstreenodes WHERE tableid NOT IN (1, 8)");
+  CommandLine line = home.Line();
+  line.tableId = "128";
+  line.statusHandle = "7";
+  line.instance = "4";
+  line.generation = "3";
+
+  home.Run(line);
+
+  EXPECT_EQ(home.Masked(home.directory().Read("status")),
+            "4 message <time> Copy of Sites (ERP table 110) started.\n"
+            "4 sync 1 1\n"
+            "4 table 7 1 2 <>\n"
+            "4 message <time> Copy of Sites (ERP table 110) failed.\n"
+            "4 alert <time> Table SITE could not be copied (-1). See the log file <home>/logs\\SITE_<day>.log.\n"
+            "4 sync 1 3\n"
+            "4 table 7 1 16 <>\n"
+            "4 message <time> Copy of Contracts (ERP table 300) started.\n"
+            "4 sync 8 1\n"
+            "4 table 7 8 2 <>\n"
+            "4 message <time> Copy of Contracts (ERP table 300) complete: 4 copied, 0 updated, 0 deleted.\n"
+            "4 sync 8 2\n"
+            "4 table 7 8 4 <>\n");
+}
+
 }  // namespace
 }  // namespace zenqay
