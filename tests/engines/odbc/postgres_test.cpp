@@ -302,6 +302,24 @@ TEST_F(PostgresTest, CommitsEachStatementAlsoWhenDeclareFetchIsAskedFor) {
   EXPECT_EQ(Rows("SELECT site FROM site"), "A1\n");
 }
 
+TEST_F(PostgresTest, WaitsForTheDiskAsTheServerIsSetToAtStatementsOnTheControlTable) {
+  server_.Psql("postgres", "ALTER DATABASE " + database_ + " SET synchronous_commit = local");
+  OdbcSession session(ConnectionString());
+  const auto setting = [&session] {
+    RowStore rows;
+    session.Query("SHOW synchronous_commit", rows);
+    rows.Next();
+    return rows.Field(0).AsText();
+  };
+
+  session.Run("INSERT INTO site (site) VALUES (N'A1')", false);
+  EXPECT_EQ(setting(), "off");
+  session.Run("UPDATE tstables SET in_use = 0WHERE tablename = N'SITE'", false);
+  EXPECT_EQ(setting(), "local");
+  session.Run("DELETE FROM site", false);
+  EXPECT_EQ(setting(), "off");
+}
+
 TEST_F(PostgresTest, NumbersWhatTheServerRefuses) {
   const auto connection = Connect();
   connection->Execute("INSERT INTO site (site) VALUES (N'A1')");
