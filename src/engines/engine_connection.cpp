@@ -8,6 +8,8 @@
 namespace zenqay {
 namespace {
 
+constexpr const char* kRowCommit = "Row Commit";
+
 void RequireCommandText(const Text& statement) {
   const bool isEmpty = statement.find_first_not_of(' ') == Text::npos;
   if (isEmpty) Raise(DatabaseFault::NoCommandText);
@@ -34,8 +36,12 @@ std::unique_ptr<EngineSession> OpenSession(const Text& connectionString, const T
   if (EqualsIgnoringCase(read.Value("Provider"), "SQLite")) {
     return std::make_unique<SqliteSession>(read.Value("Data Source"), access);
   }
-  const Text driversOwn = readsOnly ? WithoutEntry(connectionString, "Mode") : connectionString;
-  return std::make_unique<OdbcSession>(driversOwn, access, limits);
+  Text driversOwn = read.Value(kRowCommit).empty() ? connectionString : WithoutEntry(connectionString, kRowCommit);
+  if (readsOnly) driversOwn = WithoutEntry(driversOwn, "Mode");
+  const bool waits = EqualsIgnoringCase(read.Value(kRowCommit), "AtOnce");
+  return std::make_unique<OdbcSession>(
+      driversOwn,
+      OdbcOptions{.access = access, .limits = limits, .rowCommit = waits ? RowCommit::AtOnce : RowCommit::Later});
 }
 
 }  // namespace

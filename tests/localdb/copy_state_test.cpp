@@ -98,7 +98,8 @@ TEST_F(IsCopyInProgressTest, ClosesTheQueryWhenItsRowCannotBeRead) {
             "close recordset\n");
   EXPECT_EQ(fixture.RunLog(),
             "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-            "\"ZenqayDBSync\",\"no field in_use\"\r\n");
+            "\"ZenqayDBSync\",\"Item cannot be found in the collection corresponding to the requested name or "
+            "ordinal.: in_use\"\r\n");
 }
 
 TEST_F(IsCopyInProgressTest, FailsForAFlagThatIsNoNumber) {

@@ -15,6 +15,17 @@ bool ChangesRows(const Text& statement) {
   return EqualsIgnoringCase(verb, "UPDATE") || EqualsIgnoringCase(verb, "INSERT") || EqualsIgnoringCase(verb, "DELETE");
 }
 
+/// True for a statement that changes rows which a copy can bring again: all but those of the control table, whose
+/// contents say how far a copy has come.
+bool ChangesCopiedRows(const Text& statement) {
+  if (!ChangesRows(statement)) return false;
+  SqlTokens tokens(statement);
+  tokens.Next();
+  SqlToken table = tokens.Next();
+  if (EqualsIgnoringCase(table.text, "INTO") || EqualsIgnoringCase(table.text, "FROM")) table = tokens.Next();
+  return !EqualsIgnoringCase(table.text, "tstables");
+}
+
 /// How ODBC takes a number as an attribute.
 SQLPOINTER NumberAttribute(std::int32_t number) {
   return reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(number));
@@ -40,7 +51,8 @@ class OdbcSession::OpenStatement {
   bool isClosed_ = false;
 };
 
-OdbcSession::OdbcSession(const Text& connectionString, Access access, TimeLimits limits) {
+OdbcSession::OdbcSession(const Text& connectionString, const OdbcOptions& options)
+    : waitsForRows_(options.rowCommit == RowCommit::AtOnce) {
   OpenEnvironment();
   DriverString string = DriverConnectString(connectionString, InstalledDrivers(environment_.get()));
   const OdbcDriver driver = DriverOf(string.driver, string.dataSource);
@@ -48,8 +60,8 @@ OdbcSession::OdbcSession(const Text& connectionString, Access access, TimeLimits
   calls_ = CallsOf(driver.width());
   const Text source = driver.name.empty() ? "ODBC" : driver.name;
   diagnostics_ = std::make_unique<Diagnostics>(*calls_, source, PasswordsOf(connectionString));
-  Connect(string.text, access, limits.connection);
-  Prepare(limits.command);
+  Connect(string.text, options.access, options.limits.connection);
+  Prepare(options.limits.command);
 }
 
 OdbcSession::~OdbcSession() = default;
@@ -57,6 +69,7 @@ OdbcSession::~OdbcSession() = default;
 std::int64_t OdbcSession::Run(const Text& statement, bool countRows) {
   const Text& text = Translated(statement);
   if (text.empty()) return 0;
+  ChooseCommit(text);
   OpenStatement open(statement_.get());
   const SQLRETURN result = calls_->ExecDirect(statement_.get(), text);
   RequireStatement(result);
@@ -141,6 +154,17 @@ const Text& OdbcSession::Translated(const Text& statement) {
   if (!isPostgreSql_) return statement;
   TranslateForPostgreSql(statement, translated_);
   return translated_;
+}
+
+/// A commit that waits makes all before it safe. So a lost server loses rows at most behind which nothing is noted yet.
+void OdbcSession::ChooseCommit(const Text& statement) {
+  if (!isPostgreSql_ || waitsForRows_) return;
+  const bool waits = !ChangesCopiedRows(statement);
+  if (waits == waits_) return;
+  const Text setting = waits ? "DEFAULT" : "off";
+  OpenStatement open(statement_.get());
+  RequireStatement(calls_->ExecDirect(statement_.get(), "SET synchronous_commit TO " + setting));
+  waits_ = waits;
 }
 
 Text OdbcSession::Info(std::uint16_t what) {

@@ -10,6 +10,18 @@ namespace zenqay {
 class Diagnostics;
 class OdbcCalls;
 
+/// When the rows that a statement changed are safe on the server's disk. Only PostgreSQL is asked for either.
+enum class RowCommit {
+  Later,  // the next statement on `tstables` makes them so, and itself, before it returns
+  AtOnce,
+};
+
+struct OdbcOptions {
+  Access access = Access::ReadWrite;
+  TimeLimits limits;
+  RowCommit rowCommit = RowCommit::Later;
+};
+
 /// One connection of one driver, with one statement at a time on it, so a driver that allows no more is enough.
 /// SQL Server, Oracle and every other database get the statements as composed, PostgreSQL in its own words. The count
 /// of rows is that of a statement's first result. A failure carries every diagnostic record that the driver left, the
@@ -19,7 +31,7 @@ class OdbcSession : public EngineSession {
   /// Connects. Raises what DriverConnectString raises, and what the driver or the driver
   /// manager says. A driver that knows no reading connection or no
   /// time limit is left as it is.
-  explicit OdbcSession(const Text& connectionString, Access access = Access::ReadWrite, TimeLimits limits = {});
+  explicit OdbcSession(const Text& connectionString, const OdbcOptions& options = {});
   ~OdbcSession() override;
 
   std::int64_t Run(const Text& statement, bool countRows) override;
@@ -46,6 +58,7 @@ class OdbcSession : public EngineSession {
   void Connect(const Text& driverString, Access access, std::int16_t timeLimit);
   void Prepare(std::int16_t timeLimit);
   const Text& Translated(const Text& statement);
+  void ChooseCommit(const Text& statement);
   Text Info(std::uint16_t what);
   void RequireConnection(std::int16_t result);
   void RequireStatement(std::int16_t result);
@@ -60,7 +73,9 @@ class OdbcSession : public EngineSession {
   std::unique_ptr<void, FreeStatement> statement_;
   bool isPostgreSql_ = false;
   bool switchesCatalogs_ = false;
-  Text translated_;  // kept for its memory
+  bool waitsForRows_;
+  bool waits_ = true;  // as it is on the server now
+  Text translated_;    // kept for its memory
   Text defaultDatabase_;
 };
 

@@ -59,7 +59,66 @@ TEST_F(OdbcSessionTest, TranslatesForAPostgreSqlDatabase) {
   EXPECT_EQ(Calls(),
             "connect\n"
             "execute SET standard_conforming_strings = on\n"
+            "execute SET synchronous_commit TO off\n"
             "execute UPDATE SITES SET a = 1 WHERE b = 'x'\n");
+}
+
+TEST_F(OdbcSessionTest, LetsPostgreSqlWaitForTheDiskAtStatementsOnTheControlTableAlone) {
+  OdbcSession session(ConnectionString("DBMS=PostgreSQL"));
+  RowStore rows;
+
+  session.Run("UPDATE tstables SET in_use = 1WHERE tablename = N'SITE'", true);
+  session.Run("UPDATE SITE SET upd_flag = 1 ", false);
+  session.Run("INSERT INTO SITE (SITE )VALUES (N'tstables')", true);
+  session.Query("SELECT EMPTY", rows);
+  session.Run("DELETE FROM SITE WHERE upd_flag = 1", false);
+  session.Run("insert into TSTABLES(tablename) VALUES(N'SITE')", true);
+  session.Run("UPDATE STATISTICS SITE", false);
+  session.Run("UPDATE OBJECT SET upd_flag = 0", false);
+
+  EXPECT_EQ(Calls(),
+            "connect\n"
+            "execute SET standard_conforming_strings = on\n"
+            "execute UPDATE tstables SET in_use = 1 WHERE tablename = 'SITE'\n"
+            "count\n"
+            "execute SET synchronous_commit TO off\n"
+            "execute UPDATE SITE SET upd_flag = 1 \n"
+            "execute INSERT INTO SITE (SITE )VALUES ('tstables')\n"
+            "count\n"
+            "execute SELECT EMPTY\n"
+            "execute DELETE FROM SITE WHERE upd_flag = 1\n"
+            "execute SET synchronous_commit TO DEFAULT\n"
+            "execute insert into TSTABLES(tablename) VALUES('SITE')\n"
+            "count\n"
+            "execute ANALYZE SITE\n"
+            "execute SET synchronous_commit TO off\n"
+            "execute UPDATE OBJECT SET upd_flag = 0\n");
+}
+
+TEST_F(OdbcSessionTest, LetsPostgreSqlWaitAtEveryStatementWhenItIsTold) {
+  LocalDatabases databases;
+  const std::shared_ptr<Connection> connection = databases.CreateConnection();
+  connection->PutConnectionString(ConnectionString("row commit=AtOnce;DBMS=PostgreSQL"));
+  connection->Open();
+
+  connection->Execute("UPDATE SITE SET upd_flag = 1 ");
+
+  EXPECT_EQ(Calls(),
+            "connect\n"
+            "execute SET standard_conforming_strings = on\n"
+            "execute UPDATE SITE SET upd_flag = 1 \n");
+}
+
+TEST_F(OdbcSessionTest, KeepsItsOwnKeysFromTheDriver) {
+  LocalDatabases databases;
+  const std::shared_ptr<Connection> connection = databases.CreateConnection();
+  connection->PutConnectionString("Driver=" ZENQAY_TEST_DRIVER ";Row Commit=AtOnce;Refuse=1;Mode=Read");
+
+  Raised([&] { connection->Open(); });
+
+  const std::shared_ptr<Errors> errors = connection->ErrorCollection();
+  ASSERT_EQ(errors->count(), 2);
+  EXPECT_EQ((errors->begin() + 1)->Description, "tried Driver=" ZENQAY_TEST_DRIVER ";Refuse=1");
 }
 
 TEST_F(OdbcSessionTest, CountsTheRowsTouched) {
@@ -122,7 +181,7 @@ TEST_F(OdbcSessionTest, KeepsWhatTheDriverCallsAFailure) {
 
 TEST_F(OdbcSessionTest, PutsNoTimeLimitOnAnythingUnlessItIsTold) {
   { OdbcSession session(ConnectionString("Limits=Y")); }
-  { OdbcSession session(ConnectionString("Limits=Y"), Access::ReadWrite, {.connection = 5, .command = 30}); }
+  { OdbcSession session(ConnectionString("Limits=Y"), {.limits = {.connection = 5, .command = 30}}); }
 
   EXPECT_EQ(Calls(),
             "login timeout 0\nconnect\nquery timeout 0\ndisconnect\n"
@@ -153,6 +212,7 @@ TEST_F(OdbcSessionTest, CutsNoTextThatIsLong) {
   EXPECT_EQ(Calls(),
             "connect\n"
             "execute SET standard_conforming_strings = on\n"
+            "execute SET synchronous_commit TO off\n"
             "execute UPDATE SITES SET a = '" +
                 Text(70'000, 'y') +
                 "'\n"

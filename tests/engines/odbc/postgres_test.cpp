@@ -261,25 +261,6 @@ TEST_F(PostgresTest, WritesARecordOfTheCopy) {
   EXPECT_EQ(Log("ZenqayDBSync.log"), "");
 }
 
-TEST_F(PostgresTest, KeepsUnicodeBackslashesAndLongTexts) {
-  const auto connection = Connect();
-  Text longText;
-  for (int i = 0; i < 20000; ++i) longText += "😀x\\''?";
-  connection->Execute("CREATE TABLE texts (id integer, content text)");
-  connection->Execute("INSERT INTO texts VALUES (1, N'" + longText + "'), (2, N''), (3, NULL)");
-  const auto rows = databases_.CreateRecordset();
-
-  rows->Open("SELECT * FROM texts ORDER BY id", connection, CursorType::Keyset, LockType::Optimistic,
-             CommandType::SqlText);
-
-  EXPECT_EQ(rows->RecordCount(), 3);
-  EXPECT_EQ(rows->FieldValue("CONTENT"), Value(Replaced(longText, "''", "'")));
-  rows->MoveNext();
-  EXPECT_EQ(rows->FieldValue("CONTENT"), Value(""));
-  rows->MoveNext();
-  EXPECT_TRUE(rows->FieldValue("CONTENT").IsNull());
-}
-
 TEST_F(PostgresTest, ReadsABackslashAsItselfWhateverTheUserIsSetTo) {
   server_.Psql(database_, "ALTER DATABASE " + database_ + " SET standard_conforming_strings = off");
   const auto connection = Connect();
@@ -310,38 +291,6 @@ TEST_F(PostgresTest, GivesEachTypeItsValue) {
   EXPECT_TRUE(rows->FieldValue("nothing").IsNull());
 }
 
-TEST_F(PostgresTest, JoinsByPatternsThatHoldBackslashes) {
-  const auto connection = Connect();
-  connection->Execute("INSERT INTO object (site, object, objectnr, warranty) VALUES (N'A1', N'O1', N'1', N'W\\')");
-  connection->Execute("INSERT INTO warranties (warranty, number_of_periods) VALUES (N'W\\', 3), (N'W%', 5)");
-  const auto rows = databases_.CreateRecordset();
-
-  rows->Open("SELECT * FROM  OBJECT INNER JOIN WARRANTIES ON OBJECT.WARRANTY LIKE WARRANTIES.WARRANTY", connection,
-             CursorType::Keyset, LockType::Optimistic, CommandType::SqlText);
-
-  EXPECT_EQ(rows->RecordCount(), 2);
-  EXPECT_EQ(rows->FieldValue("WARRANTY"), Value("W\\"));
-}
-
-TEST_F(PostgresTest, LetsStatementsRunWhileARecordsetIsOpen) {
-  const auto connection = Connect();
-  connection->Execute("INSERT INTO site (site) VALUES (N'A1'), (N'A2'), (N'A3')");
-  const auto rows = databases_.CreateRecordset();
-  rows->Open("SELECT * FROM site ORDER BY site", connection, CursorType::Keyset, LockType::Optimistic,
-             CommandType::SqlText);
-
-  Text seen;
-  for (; !rows->AtEnd(); rows->MoveNext()) {
-    const Text site = rows->FieldValue("site").AsText();
-    std::int16_t touched = 0;
-    connection->Execute("UPDATE site SET site = N'" + site + "x' WHERE site = N'" + site + "'", touched);
-    seen += site + " " + std::to_string(touched) + "\n";
-  }
-
-  EXPECT_EQ(seen, "A1 1\nA2 1\nA3 1\n");
-  EXPECT_EQ(Rows("SELECT site FROM site ORDER BY site"), "A1x\nA2x\nA3x\n");
-}
-
 TEST_F(PostgresTest, CommitsEachStatementAlsoWhenDeclareFetchIsAskedFor) {
   OdbcSession session(ConnectionString() + ";UseDeclareFetch=1;Fetch=1");
   RowStore rows;
@@ -353,18 +302,30 @@ TEST_F(PostgresTest, CommitsEachStatementAlsoWhenDeclareFetchIsAskedFor) {
   EXPECT_EQ(Rows("SELECT site FROM site"), "A1\n");
 }
 
+TEST_F(PostgresTest, WaitsForTheDiskAsTheServerIsSetToAtStatementsOnTheControlTable) {
+  server_.Psql("postgres", "ALTER DATABASE " + database_ + " SET synchronous_commit = local");
+  OdbcSession session(ConnectionString());
+  const auto setting = [&session] {
+    RowStore rows;
+    session.Query("SHOW synchronous_commit", rows);
+    rows.Next();
+    return rows.Field(0).AsText();
+  };
+
+  session.Run("INSERT INTO site (site) VALUES (N'A1')", false);
+  EXPECT_EQ(setting(), "off");
+  session.Run("UPDATE tstables SET in_use = 0WHERE tablename = N'SITE'", false);
+  EXPECT_EQ(setting(), "local");
+  session.Run("DELETE FROM site", false);
+  EXPECT_EQ(setting(), "off");
+}
+
 TEST_F(PostgresTest, NumbersWhatTheServerRefuses) {
   const auto connection = Connect();
   connection->Execute("INSERT INTO site (site) VALUES (N'A1')");
   const std::pair<const char*, std::int32_t> cases[] = {
-      {"INSERT INTO site (site) VALUES (N'A1')", -2147217873},
-      {"UPDATE site SET site = NULL", -2147217873},
-      {"UPDATE nowhere SET a = 1", -2147217865},
-      {"UPDATE site SET nothing = 1", -2147217900},
-      {"UPDATE site SET", -2147217900},
-      {"UPDATE site SET site = N'longer than ten'", -2147217833},
-      {"UPDATE site SET upd_flag = N'x'", -2147217913},
-      {"UPDATE site SET upd_flag = 3000000000", -2147217833},
+      {"UPDATE site SET site = NULL", -2147217873},      {"UPDATE site SET site = N'longer than ten'", -2147217833},
+      {"UPDATE site SET upd_flag = N'x'", -2147217913},  {"UPDATE site SET upd_flag = 3000000000", -2147217833},
       {"UPDATE site SET upd_flag = 1 / 0", -2147217913},
   };
   for (const auto& [statement, number] : cases) {
