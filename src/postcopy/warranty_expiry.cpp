@@ -1,6 +1,7 @@
 #include "postcopy/warranty_expiry.h"
 
 #include "base/numbers.h"
+#include "erp/component_contract.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
 
@@ -25,6 +26,28 @@ Text DateText(DateTime date) {
   return hasTime ? ShortDate(date) + " " + LongTime(date) : ShortDate(date);
 }
 
+/// The object that the row is of, for a failure; unknown where the join does not have such columns.
+Text ObjectAt(const Recordset& row) {
+  Text object;
+  try {
+    for (const char* column : {"SITE", "OBJECT", "OBJECTNR"}) {
+      const Text value = row.FieldValue(column).Joined();
+      object.append(object.empty() ? "" : ", ").append(column).append("=").append(value);
+    }
+  } catch (const RuntimeError&) {
+    object.clear();  // the failure at hand is the one to tell
+  }
+  return OneLine(object);
+}
+
+std::int32_t NumberIn(const Recordset& row, const char* column) {
+  return Naming(column, [&] { return row.FieldValue(column).AsInt32(); });
+}
+
+DateTime DateIn(const Recordset& row, const char* column) {
+  return Naming(column, [&] { return row.FieldValue(column).AsDateTime(); });
+}
+
 }  // namespace
 
 void clsDataCopy::CalculateWarrantyExpiry() {
@@ -35,7 +58,11 @@ void clsDataCopy::CalculateWarrantyExpiry() {
              process_.LocalConnection, CursorType::Keyset, LockType::Optimistic, CommandType::SqlText);
   if (rows->RecordCount() > 0) {
     while (!rows->AtBeginning() && !rows->AtEnd()) {
-      StoreWarrantyExpiry(*rows);
+      try {
+        StoreWarrantyExpiry(*rows);
+      } catch (const RuntimeError& error) {
+        throw error.OfRow(ObjectAt(*rows));
+      }
       rows->MoveNext();
     }
   }
@@ -43,15 +70,15 @@ void clsDataCopy::CalculateWarrantyExpiry() {
 }
 
 void clsDataCopy::StoreWarrantyExpiry(Recordset& row) {
-  const std::int32_t type = row.FieldValue("WARRANTY_TYPE").AsInt32();
-  const std::int32_t numberOfPeriods = row.FieldValue("NUMBER_OF_PERIODS").AsInt32();
-  const std::int32_t periodUnit = row.FieldValue("PERIOD_UNIT").AsInt32();
+  const std::int32_t type = NumberIn(row, "WARRANTY_TYPE");
+  const std::int32_t numberOfPeriods = NumberIn(row, "NUMBER_OF_PERIODS");
+  const std::int32_t periodUnit = NumberIn(row, "PERIOD_UNIT");
   DateTime baseDate = kZeroDate;
   if (type == kFromInstallation) {
     if (row.FieldValue("INSTALLATION_DATE").IsNull()) return;
-    baseDate = row.FieldValue("INSTALLATION_DATE").AsDateTime();
+    baseDate = DateIn(row, "INSTALLATION_DATE");
   } else {
-    baseDate = row.FieldValue("DELIVERY_DATE").AsDateTime();  // a null fails the pass
+    baseDate = DateIn(row, "DELIVERY_DATE");  // a null fails the pass
   }
   if (baseDate <= kZeroDate) return;
 
