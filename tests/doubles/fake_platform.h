@@ -18,11 +18,15 @@ class FakePlatform : public Platform {
   DateTime now = DateTime::FromParts({2004, 1, 31, 10, 11, 12});
   std::vector<DateTime> nextTimes;
 
+  /// The journal shows `now` for each look at the clock, which every log record takes.
+  bool showClock = false;
+
   Text title;
   Text logTarget;
   std::vector<Text> causes;  // what standard error would show
 
   DateTime Now() override {
+    if (showClock) journal_.Note("now");
     if (!nextTimes.empty()) {
       now = nextTimes.front();
       nextTimes.erase(nextTimes.begin());

@@ -5,6 +5,7 @@ namespace zenqay {
 class ScriptedConnection : public Connection {
  public:
   explicit ScriptedConnection(ScriptedDatabase& database) : database_(database) {}
+  ~ScriptedConnection() override { database_.NoteRelease("connection"); }
 
   void PutConnectionTimeout(std::int16_t seconds) override { Setting("ConnectionTimeout " + std::to_string(seconds)); }
   void PutCommandTimeout(std::int16_t seconds) override { Setting("CommandTimeout " + std::to_string(seconds)); }
@@ -58,6 +59,7 @@ class ScriptedConnection : public Connection {
 class ScriptedRecordset : public Recordset {
  public:
   explicit ScriptedRecordset(ScriptedDatabase& database) : database_(database) {}
+  ~ScriptedRecordset() override { database_.NoteRelease("recordset"); }
 
   void PutActiveConnection(std::shared_ptr<Connection>) override {}
 
@@ -112,6 +114,7 @@ std::shared_ptr<Connection> ScriptedDatabase::CreateConnection() {
 }
 
 std::shared_ptr<Recordset> ScriptedDatabase::CreateRecordset() {
+  CheckCall("create recordset");
   return std::make_shared<ScriptedRecordset>(*this);
 }
 
@@ -129,6 +132,10 @@ void ScriptedDatabase::Check(const Text& statement, Errors& errors) {
 
 void ScriptedDatabase::CheckCall(const Text& call) {
   if (const auto failure = callFailures_.find(call); failure != callFailures_.end()) throw failure->second;
+}
+
+void ScriptedDatabase::NoteRelease(const Text& what) {
+  if (showReleases) journal_.Note("release " + what);
 }
 
 std::int64_t ScriptedDatabase::NextCount() {

@@ -101,6 +101,18 @@ TEST_F(IsCopyInProgressTest, ClosesTheQueryWhenItsRowCannotBeRead) {
             "\"ZenqayDBSync\",\"no field in_use\"\r\n");
 }
 
+TEST_F(IsCopyInProgressTest, ClosesNothingWhenItsQueryCouldNotBeMade) {
+  fixture.database.FailCall("create recordset", RuntimeError(429, "Driver", "no recordset"));
+
+  const Text raised = Raised([&] { IsCopyInProgress(fixture.process, "Site"); });
+
+  EXPECT_EQ(raised, "529 Data Copy In Progress: The state of table Site could not be read.");
+  EXPECT_EQ(fixture.journal.Take(), "");
+  EXPECT_EQ(fixture.RunLog(),
+            "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
+            "\"Driver\",\"no recordset\"\r\n");
+}
+
 TEST_F(IsCopyInProgressTest, FailsForAFlagThatIsNoNumber) {
   fixture.database.Answer("", {{{"in_use", "yes"}}});
 
