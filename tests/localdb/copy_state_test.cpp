@@ -106,7 +106,7 @@ TEST_F(IsCopyInProgressTest, ClosesNothingWhenItsQueryCouldNotBeMade) {
 
   const Text raised = Raised([&] { IsCopyInProgress(fixture.process, "Site"); });
 
-  EXPECT_EQ(raised, "529 Data Copy In Progress: The state of table Site could not be read.");
+  EXPECT_EQ(raised, "529 Data Copy In Progress: It could not be determined whether table Site is being copied.");
   EXPECT_EQ(fixture.journal.Take(), "");
   EXPECT_EQ(fixture.RunLog(),
             "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
