@@ -260,8 +260,8 @@ TEST(ApplyWarrantyRow, PutsPeriodsInBareAsTheyCome) {
             "(N'W''1',2.5,0'5,,0) -> 1\n");
 }
 
-TEST(ApplyWarrantyRow, LetsNoNullIntoAStatement) {
-  for (const auto& [field, ignored] : kEveryField) {
+TEST(ApplyWarrantyRow, LetsNoNullIntoALiteral) {
+  for (const char* field : {"Warranty", "Description"}) {
     SCOPED_TRACE(field);
     CopyFixture copy("3");
     RowFields fields = kEveryField;
