@@ -328,34 +328,39 @@ Pass OnlyChanged3(const std::vector<ListedRow>& rows, const Counts& counts,
 
 const Text kLookedUp = "getServiceContract getServiceContract getLine getLine";
 
-const Pass kOnlyChanged3 = OnlyChanged3(
-    {{{{"ActionType", " U "}, {"Configuration", "S2"}, {"ServiceContract", "C1"}, {"Line", 10}},
-      {kLookedUp, "manager.List(\"C1\", \"C1\", i16(0), i16(9999), i32(10), i32(10))",
-       "terms.hasMoreElements terms.nextElement term.getContractTerms", "row1.setContractTerms(i32(3))",
-       "terms.hasMoreElements getConfiguration hasServiceContract getServiceContract hasContractTerms "
-       "getContractTerms hasLine getLine hasEffectiveDate hasExpiryDate hasContractConfigurationLines "
-       "getContractConfigurationLines old.hasConfiguration getContractConfigurationLines old.getConfiguration "
-       "getServiceContract hasContractTerms getContractTerms hasLine getLine",
-       "sql UPDATE SiteContract SET SITE = N'S2', CONTRACT = N'C1', TERM = 3, LINE = 10, upd_flag = 0 WHERE SITE "
-       "=N'S1' AND CONTRACT =N'C1'AND TERM = 3AND LINE = 10 -> 1"},
-      "ContractConfigurationLines",
-      {{"Configuration", "S1"}}},
-     // A deletion looks up no terms and takes every row of the contract at the site.
-     {{{"ActionType", " D "}, {"Configuration", "S'3"}, {"ServiceContract", "C'1"}, {"Line", 20}},
-      {"getConfiguration getServiceContract",
-       "sql DELETE FROM SiteContract WHERE SITE = N'S''3' AND CONTRACT =N'C''1' -> 4"}},
-     // Without a term the row and its key have 0.
-     {{{"ActionType", "I"}, {"Configuration", "S4"}, {"ServiceContract", "C2"}, {"Line", std::int16_t{30}}},
-      {kLookedUp, "manager.List(\"C2\", \"C2\", i16(0), i16(9999), i16(30), i16(30))",
-       "terms.hasMoreElements getConfiguration hasServiceContract getServiceContract hasContractTerms hasLine getLine "
-       "hasEffectiveDate hasExpiryDate hasContractConfigurationLines getConfiguration getServiceContract "
-       "hasContractTerms hasLine getLine",
-       "sql UPDATE SiteContract SET SITE = N'S4', CONTRACT = N'C2', TERM = 0, LINE = 30, upd_flag = 0 WHERE SITE "
-       "=N'S4' AND CONTRACT =N'C2'AND TERM = 0AND LINE = 30 -> 0",
-       "hasServiceContract hasEffectiveDate hasExpiryDate getConfiguration hasServiceContract getServiceContract "
-       "hasContractTerms hasLine getLine hasEffectiveDate hasExpiryDate",
-       "sql INSERT INTO SiteContract (SITE ,CONTRACT , TERM , LINE ,upd_flag )VALUES (N'S4',N'C2',0,30,0) -> 1"}}},
-    {.ucount = 1, .icount = 1, .dcount = 4}, {{3}, {}});
+/// A line that has moved to another site.
+const ListedRow kMoved = {
+    {{"ActionType", " U "}, {"Configuration", "S2"}, {"ServiceContract", "C1"}, {"Line", 10}},
+    {kLookedUp, "manager.List(\"C1\", \"C1\", i16(0), i16(9999), i32(10), i32(10))",
+     "terms.hasMoreElements terms.nextElement term.getContractTerms", "row1.setContractTerms(i32(3))",
+     "terms.hasMoreElements getConfiguration hasServiceContract getServiceContract hasContractTerms "
+     "getContractTerms hasLine getLine hasEffectiveDate hasExpiryDate hasContractConfigurationLines "
+     "getContractConfigurationLines old.hasConfiguration getContractConfigurationLines old.getConfiguration "
+     "getServiceContract hasContractTerms getContractTerms hasLine getLine",
+     "sql UPDATE SiteContract SET SITE = N'S2', CONTRACT = N'C1', TERM = 3, LINE = 10, upd_flag = 0 WHERE SITE "
+     "=N'S1' AND CONTRACT =N'C1'AND TERM = 3AND LINE = 10 -> 1"},
+    "ContractConfigurationLines",
+    {{"Configuration", "S1"}}};
+
+/// The deletion of a line takes every row of its contract at its site.
+const ListedRow kGone3 = {{{"ActionType", " D "}, {"Configuration", "S'3"}, {"ServiceContract", "C'1"}, {"Line", 20}},
+                          {"getConfiguration getServiceContract",
+                           "sql DELETE FROM SiteContract WHERE SITE = N'S''3' AND CONTRACT =N'C''1' -> 4"}};
+
+const ListedRow kWithoutTerm = {
+    {{"ActionType", "I"}, {"Configuration", "S4"}, {"ServiceContract", "C2"}, {"Line", std::int16_t{30}}},
+    {kLookedUp, "manager.List(\"C2\", \"C2\", i16(0), i16(9999), i16(30), i16(30))",
+     "terms.hasMoreElements getConfiguration hasServiceContract getServiceContract hasContractTerms hasLine getLine "
+     "hasEffectiveDate hasExpiryDate hasContractConfigurationLines getConfiguration getServiceContract "
+     "hasContractTerms hasLine getLine",
+     "sql UPDATE SiteContract SET SITE = N'S4', CONTRACT = N'C2', TERM = 0, LINE = 30, upd_flag = 0 WHERE SITE "
+     "=N'S4' AND CONTRACT =N'C2'AND TERM = 0AND LINE = 30 -> 0",
+     "hasServiceContract hasEffectiveDate hasExpiryDate getConfiguration hasServiceContract getServiceContract "
+     "hasContractTerms hasLine getLine hasEffectiveDate hasExpiryDate",
+     "sql INSERT INTO SiteContract (SITE ,CONTRACT , TERM , LINE ,upd_flag )VALUES (N'S4',N'C2',0,30,0) -> 1"}};
+
+const Pass kOnlyChanged3 =
+    OnlyChanged3({kMoved, kGone3, kWithoutTerm}, {.ucount = 1, .icount = 1, .dcount = 4}, {{3}, {}});
 
 const Pass kOnlyChanged8 = OnlyChanged(
     kLines, kLines8,
@@ -382,6 +387,14 @@ TEST(CopySiteContract, FollowsTheChangesOfGeneration3AndLooksUpTheTermsOnTheSame
 
 TEST(CopySiteContract, FollowsTheChangesOfGeneration8WithoutALookup) {
   ExpectPass(kOnlyChanged8);
+}
+
+TEST(CopySiteContract, LooksUpNoTermsForADeletionAndCountsEveryRowThatWent) {
+  ExpectPass(OnlyChanged3({kGone3}, {.dcount = 4}, {{3}}));
+}
+
+TEST(CopySiteContract, WritesTheTerm0WhenNeitherTheLineNorTheLookupHasOne) {
+  ExpectPass(OnlyChanged3({kWithoutTerm}, {.icount = 1}, {{}}));
 }
 
 TEST(CopySiteContract, KeepsTheLastOfSeveralTermsAndWritesOneRow) {

@@ -247,6 +247,15 @@ TEST(CopyWarranty, CountsADeletionWhetherTheTableHeldTheRowOrNot) {
   ExpectPass(OnlyChanged(kWarranties, kWarranties1, {kGone, kGone}, {.dcount = 2}));
 }
 
+TEST(CopyWarranty, DeletesOnATrimmedCapitalDAlone) {
+  ExpectPass(OnlyChanged(kWarranties, kWarranties1,
+                         {kGone,
+                          {{{"ActionType", " d "}, {"Warranty", "W2"}},
+                           {"getWarranty hasDescription getWarranty",
+                            "sql UPDATE Warranties SET WARRANTY = N'W2', upd_flag = 0 WHERE WARRANTY =N'W2' -> 1"}}},
+                         {.ucount = 1, .dcount = 1}));
+}
+
 TEST(CopyWarranty, ClosesTheManagerAndNamesTheTableAtWhicheverStepAFullCopyFails) {
   for (const ErpSide& erp : {kWarranties1, kWarranties3, kWarranties8}) ExpectFailureAtEachStep(FullCopyOf(erp));
 }
