@@ -118,7 +118,7 @@ std::int32_t CheckedMultiply(std::int32_t left, std::int32_t right) {
 Text NumberText(double value) {
   if (value == 0) return "0";  // also the negative zero
   char digits[32];
-  const char* const end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 15).ptr;
+  char* const end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 15).ptr;
   std::replace(digits, end, 'e', 'E');
   return Text(digits, end);
 }
