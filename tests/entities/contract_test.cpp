@@ -47,17 +47,16 @@ TEST(ApplyContractRow, AsksForEveryFieldAtEachUseUnderEveryGeneration) {
     const Text getKey = "get" + key;
     ExpectRow(kContracts, generation,
               {{{key, "C1"}, {"Description", "Gold"}},
-               {getKey + " hasDescription getDescription " + getKey,
+               {getKey, "hasDescription getDescription", getKey,
                 "sql UPDATE Contracts SET CONTRACT = N'C1', CDESCRIPTION = N'Gold', upd_flag = 0 WHERE CONTRACT "
                 "=N'C1' -> 0",
-                "hasDescription " + getKey + " hasDescription getDescription",
+                "hasDescription", getKey, "hasDescription getDescription",
                 "sql INSERT INTO Contracts (CONTRACT ,CDESCRIPTION ,upd_flag )VALUES (N'C1',N'Gold',0) -> 1"}});
     ExpectRow(kContracts, generation,
               {{{key, "C2"}},
-               {getKey + " hasDescription " + getKey,
-                "sql UPDATE Contracts SET CONTRACT = N'C2', upd_flag = 0 WHERE CONTRACT =N'C2' -> 0",
-                "hasDescription " + getKey + " hasDescription",
-                "sql INSERT INTO Contracts (CONTRACT ,upd_flag )VALUES (N'C2',0) -> 1"}});
+               {getKey, "hasDescription", getKey,
+                "sql UPDATE Contracts SET CONTRACT = N'C2', upd_flag = 0 WHERE CONTRACT =N'C2' -> 0", "hasDescription",
+                getKey, "hasDescription", "sql INSERT INTO Contracts (CONTRACT ,upd_flag )VALUES (N'C2',0) -> 1"}});
   }
 }
 
@@ -99,8 +98,8 @@ const Text kOld3 =
 TEST(ApplyContractChange, DeletesAContractThatLeavesTheStatus) {
   ExpectChange("1", "U",
                {{{"Contract", "C1"}, {"ContractStatus", 3}},
-                {kStatus + " getContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'",
-                 kOld1 + " " + kStatus + " hasDescription " + kStatus},
+                {kStatus, "getContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'", kOld1, kStatus,
+                 "hasDescription", kStatus},
                 "Contracts",
                 {{"ContractStatus", 2}}},
                "ucount 0, icount 0, dcount 1");
@@ -110,7 +109,7 @@ TEST(ApplyContractChange, UpdatesBehindTheDeletionWhenAContractThatLeavesHasADes
   for (const char* generation : {"3", "8"}) {
     ExpectChange(generation, "U",
                  {{{"ServiceContract", "C1"}, {"Cluster", "K5"}, {"ContractStatus", 2}, {"Description", "Gold"}},
-                  {kStatus + " getServiceContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'",
+                  {kStatus, "getServiceContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'",
                    "hasServiceContracts hasDescription getServiceContract hasDescription getDescription "
                    "getServiceContract",
                    "sql UPDATE Contracts SET CONTRACT = N'C1', CDESCRIPTION = N'Gold', upd_flag = 0 WHERE CONTRACT "
@@ -123,8 +122,7 @@ TEST(ApplyContractChange, UpdatesBehindTheDeletionWhenAContractThatLeavesHasADes
 TEST(ApplyContractChange, InsertsAContractThatEntersTheStatusAndUpdatesItsDescription) {
   ExpectChange("1", "U",
                {{{"Contract", "C1"}, {"ContractStatus", 2}, {"Description", "Gold"}},
-                {kStatus + " " + kOld1 + " " + kStatus +
-                     " getContractStatus hasDescription getContract hasDescription getDescription",
+                {kStatus, kOld1, kStatus, "getContractStatus hasDescription getContract hasDescription getDescription",
                  "sql INSERT INTO Contracts (CONTRACT ,CDESCRIPTION ,upd_flag )VALUES (N'C1',N'Gold',0) -> 1",
                  "hasDescription getContract hasDescription getDescription getContract",
                  "sql UPDATE Contracts SET CONTRACT = N'C1', CDESCRIPTION = N'Gold', upd_flag = 0 WHERE CONTRACT "
@@ -138,7 +136,7 @@ TEST(ApplyContractChange, InsertsAContractThatEntersTheStatusAndUpdatesItsDescri
 TEST(ApplyContractChange, DoesNothingWithAContractThatStaysInTheStatusWithoutADescription) {
   ExpectChange("3", "U",
                {{{"ServiceContract", "C1"}, {"ContractStatus", 10}},
-                {kStatus + " " + kOld3 + " " + kStatus + " hasDescription " + kStatus},
+                {kStatus, kOld3, kStatus, "hasDescription", kStatus},
                 "ServiceContracts",
                 {{"ContractStatus", 10}}},
                "ucount 0, icount 0, dcount 0");
@@ -152,8 +150,9 @@ TEST(ApplyContractChange, CountsAnUpdateThatFoundNothingAndInsertsNothing) {
   copy.ApplyContractChange("U", row, "Contracts");
 
   EXPECT_EQ(copy.journal.Take(),
-            TraceOf("row1", {kStatus + " hasContracts hasDescription getContract hasDescription getDescription "
-                                       "getContract",
+            TraceOf("row1", {kStatus,
+                             "hasContracts hasDescription getContract hasDescription getDescription "
+                             "getContract",
                              "sql UPDATE Contracts SET CONTRACT = N'C1', CDESCRIPTION = N'Gold', upd_flag = 0 WHERE "
                              "CONTRACT =N'C1' -> 0",
                              kStatus}));
@@ -163,8 +162,8 @@ TEST(ApplyContractChange, CountsAnUpdateThatFoundNothingAndInsertsNothing) {
 TEST(ApplyContractChange, InsertsANewContractOfGeneration8ByItsClusterIntoItsOwnColumn) {
   ExpectChange("8", "I",
                {{{"ServiceContract", "C1"}, {"Cluster", "K5"}, {"ContractStatus", 10}, {"Description", "Gold"}},
-                {"hasServiceContracts hasDescription " + kStatus +
-                     " getContractStatus hasDescription getCluster hasDescription getDescription",
+                {"hasServiceContracts hasDescription", kStatus,
+                 "getContractStatus hasDescription getCluster hasDescription getDescription",
                  "sql INSERT INTO Contracts (CONTRACTS ,CDESCRIPTION ,upd_flag )VALUES (N'K5',N'Gold',0) -> 1"}},
                "ucount 0, icount 1, dcount 0");
 }
@@ -174,7 +173,7 @@ TEST(ApplyContractChange, DoesNotCopyANewContractInAnotherStatus) {
     SCOPED_TRACE(Shown(status));
     ExpectChange("1", "I",
                  {{{"Contract", "C1"}, {"ContractStatus", status}, {"Description", "Gold"}},
-                  {"hasContracts hasDescription " + kStatus}},
+                  {"hasContracts hasDescription", kStatus}},
                  "ucount 0, icount 0, dcount 0");
   }
 }
@@ -183,7 +182,7 @@ TEST(ApplyContractChange, DropsAnyOtherActionBehindTheSameQuestions) {
   for (const char* action : {"", "X", "u", "i", "d", "UI"}) {
     ExpectChange("3", action,
                  {{{"ServiceContract", "C1"}, {"ContractStatus", 10}, {"Description", "Gold"}},
-                  {kOld3 + " " + kStatus + " hasDescription " + kStatus},
+                  {kOld3, kStatus, "hasDescription", kStatus},
                   "ServiceContracts",
                   {{"ContractStatus", 2}}},
                  "ucount 0, icount 0, dcount 0");
@@ -221,7 +220,7 @@ TEST(ApplyContractChange, InsertsNothingWhenTheStatusIsAnotherByThen) {
       copy.ApplyContractChange("I", Object(row), "Contracts");
 
       EXPECT_EQ(copy.journal.Take(), TraceOf("row", {(generation == "1" ? "hasContracts" : "hasServiceContracts"),
-                                                     "hasDescription " + kStatus + " getContractStatus"}));
+                                                     "hasDescription", kStatus, "getContractStatus"}));
       EXPECT_EQ(copy.Counters(), "ucount 0, icount 0, dcount 0");
     }
   }
@@ -312,7 +311,7 @@ struct ContractChange {
     if (Leaves()) said({KeyGetter(), "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'"});
     said({"has" + OldValues()});
     if (before != nullptr) {
-      said({"get" + OldValues() + " old.hasContractStatus get" + OldValues() + " old.getContractStatus " + kStatus});
+      said({"get" + OldValues() + " old.hasContractStatus get" + OldValues() + " old.getContractStatus", kStatus});
       if (Enters()) said(Insert());
     }
     said({"hasDescription"});
@@ -376,15 +375,14 @@ Pass FullCopyOf(const ErpSide& erp) {
   return FullCopy(
       kContracts, erp,
       {{{{key, "C1"}, {"Cluster", "K5"}, {"Description", "Gold"}, {"ContractStatus", 2}},
-        {getKey + " hasDescription getDescription " + getKey,
+        {getKey, "hasDescription getDescription", getKey,
          "sql UPDATE Contracts SET CONTRACT = N'C1', CDESCRIPTION = N'Gold', upd_flag = 0 WHERE CONTRACT =N'C1' -> 1"}},
        {{{key, "C2"}, {"Cluster", "K5"}, {"ContractStatus", 3}},
-        {getKey + " hasDescription " + getKey,
-         "sql UPDATE Contracts SET CONTRACT = N'C2', upd_flag = 0 WHERE CONTRACT =N'C2' -> 0",
-         "hasDescription " + getKey + " hasDescription",
-         "sql INSERT INTO Contracts (CONTRACT ,upd_flag )VALUES (N'C2',0) -> 1"}},
+        {getKey, "hasDescription", getKey,
+         "sql UPDATE Contracts SET CONTRACT = N'C2', upd_flag = 0 WHERE CONTRACT =N'C2' -> 0", "hasDescription", getKey,
+         "hasDescription", "sql INSERT INTO Contracts (CONTRACT ,upd_flag )VALUES (N'C2',0) -> 1"}},
        {{{key, "C3"}},
-        {getKey + " hasDescription " + getKey,
+        {getKey, "hasDescription", getKey,
          "sql UPDATE Contracts SET CONTRACT = N'C3', upd_flag = 0 WHERE CONTRACT =N'C3' -> 1"}}},
       {.icount = 3});
 }
@@ -394,32 +392,32 @@ const Pass kOnlyChanged1 = OnlyChanged(
     {{{{"ActionType", " D "}, {"Contract", "C'1"}, {"ContractStatus", 2}},
       {"getContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C''1'"}},
      {{{"ActionType", " U "}, {"Contract", "C2"}, {"ContractStatus", 3}, {"Description", "Gold"}},
-      {kStatus + " getContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C2'",
+      {kStatus, "getContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C2'",
        "hasContracts hasDescription getContract hasDescription getDescription getContract",
        "sql UPDATE Contracts SET CONTRACT = N'C2', CDESCRIPTION = N'Gold', upd_flag = 0 WHERE CONTRACT =N'C2' -> 0",
        kStatus}},
      {{{"ActionType", "I"}, {"Contract", "C3"}, {"ContractStatus", 2}},
-      {"hasContracts hasDescription " + kStatus + " getContractStatus hasDescription getContract hasDescription",
+      {"hasContracts hasDescription", kStatus, "getContractStatus hasDescription getContract hasDescription",
        "sql INSERT INTO Contracts (CONTRACT ,upd_flag )VALUES (N'C3',0) -> 1"}}},
     {.ucount = 1, .icount = 1, .dcount = 2});
 
-const Pass kOnlyChanged3 = OnlyChanged(
-    kContracts, kContracts3,
-    {{{{"ActionType", "D"}, {"ServiceContract", "C1"}},
-      {"getServiceContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'"}},
-     {{{"ActionType", "U"}, {"ServiceContract", "C2"}, {"ContractStatus", 10}},
-      {kStatus + " " + kOld3 + " " + kStatus + " getContractStatus hasDescription getServiceContract hasDescription",
-       "sql INSERT INTO Contracts (CONTRACT ,upd_flag )VALUES (N'C2',0) -> 1", "hasDescription " + kStatus},
-      "ServiceContracts",
-      {{"ContractStatus", 2}}}},
-    {.icount = 1, .dcount = 1});
+const Pass kOnlyChanged3 =
+    OnlyChanged(kContracts, kContracts3,
+                {{{{"ActionType", "D"}, {"ServiceContract", "C1"}},
+                  {"getServiceContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'"}},
+                 {{{"ActionType", "U"}, {"ServiceContract", "C2"}, {"ContractStatus", 10}},
+                  {kStatus, kOld3, kStatus, "getContractStatus hasDescription getServiceContract hasDescription",
+                   "sql INSERT INTO Contracts (CONTRACT ,upd_flag )VALUES (N'C2',0) -> 1", "hasDescription", kStatus},
+                  "ServiceContracts",
+                  {{"ContractStatus", 2}}}},
+                {.icount = 1, .dcount = 1});
 
 const Pass kOnlyChanged8 = OnlyChanged(
     kContracts, kContracts8,
     {{{{"ActionType", "D"}, {"ServiceContract", "C1"}, {"Cluster", "K4"}},
       {"getServiceContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'"}},
      {{{"ActionType", "I"}, {"ServiceContract", "C2"}, {"Cluster", "K5"}, {"ContractStatus", 10}},
-      {"hasServiceContracts hasDescription " + kStatus + " getContractStatus hasDescription getCluster hasDescription",
+      {"hasServiceContracts hasDescription", kStatus, "getContractStatus hasDescription getCluster hasDescription",
        "sql INSERT INTO Contracts (CONTRACTS ,upd_flag )VALUES (N'K5',0) -> 1"}}},
     {.icount = 1, .dcount = 1});
 
@@ -437,8 +435,8 @@ TEST(CopyContract, WritesTheLiteralsOfOracle) {
                   {{{{"ActionType", "D"}, {"ServiceContract", ""}},
                     {"getServiceContract", "sql DELETE FROM Contracts WHERE CONTRACT=N' '"}},
                    {{{"ActionType", "I"}, {"Cluster", ""}, {"ContractStatus", 10}, {"Description", ""}},
-                    {"hasServiceContracts hasDescription " + kStatus +
-                         " getContractStatus hasDescription getCluster hasDescription getDescription",
+                    {"hasServiceContracts hasDescription", kStatus,
+                     "getContractStatus hasDescription getCluster hasDescription getDescription",
                      "sql INSERT INTO Contracts (CONTRACTS ,CDESCRIPTION ,upd_flag )VALUES (N' ',N' ',0) -> 1"}}},
                   {.icount = 1, .dcount = 1});
   pass.databasePlatform = 2;

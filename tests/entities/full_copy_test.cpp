@@ -156,6 +156,16 @@ TEST(CopySiteFull, FoldsFiveUpdatedRowsIntoTheTwoInsertedOnesAndCountsNoSweptOne
                       {.icount = 7}));
 }
 
+TEST(CopySiteFull, FoldsItsCountersBeforeItSweeps) {
+  CopyFixture copy("1");
+  Arrange(copy, FullCopy(kSites, kLocations, {Site("A1", "1"), NewSite("A2")}));
+  copy.database.FailOn("DELETE FROM Site", kFailure);
+
+  EXPECT_EQ(copy.CopyTable(1, "Site", 1), CopyResult::Failed);
+
+  EXPECT_EQ(copy.Counters(), "ucount 0, icount 2, dcount 0");
+}
+
 TEST(CopySiteFull, SetsTheCountOfInsertedRowsAloneTo0) {
   OneSite site;
   site.copy.SetCounters(/*icount=*/7, /*ucount=*/5, /*dcount=*/3);

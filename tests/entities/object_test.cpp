@@ -48,17 +48,17 @@ RowFields KeyAnd(const Text& name, const Value& value) {
 const Pass kFullCopy = FullCopy(
     kObjects, kObjects3,
     {{{{"Configuration", "C1"}, {"Object", "O1"}, {"ObjectNumber", std::int16_t{7}}, {"SerialNumber", "X9"}},
-      {kKey +
-           " hasDescription hasDerivedFromItem hasDerivedFromItemDescription hasSerialNumber getSerialNumber "
-           "hasWarranty hasInstallationDate hasDeliveryDate " +
-           kKey,
+      {kKey,
+       "hasDescription hasDerivedFromItem hasDerivedFromItemDescription hasSerialNumber getSerialNumber "
+       "hasWarranty hasInstallationDate hasDeliveryDate",
+       kKey,
        "sql UPDATE Object SET SITE = N'C1',OBJECT = N'O1', OBJECTNR = N'7', SERIALNUMBER= N'X9', upd_flag = 0 WHERE "
        "SITE = N'C1'AND OBJECT = N'O1'AND OBJECTNR = N'7' -> 1"}},
      {{{"Configuration", "C2"}, {"Object", "O2"}, {"ObjectNumber", std::int16_t{9999}}},
-      {kKey + " " + kGates + " " + kKey,
+      {kKey, kGates, kKey,
        "sql UPDATE Object SET SITE = N'C2',OBJECT = N'O2', OBJECTNR = N'9999', upd_flag = 0 WHERE SITE = N'C2'AND "
        "OBJECT = N'O2'AND OBJECTNR = N'9999' -> 0",
-       kGates + " " + kKey + " " + kGates,
+       kGates, kKey, kGates,
        "sql INSERT INTO Object (SITE, OBJECT, OBJECTNR ,upd_flag )VALUES (N'C2',N'O2',N'9999',0) -> 1"}}},
     {.icount = 2});
 
@@ -74,29 +74,29 @@ const Pass kOnlyChanged = OnlyChanged(
        {"Object", "O2"},
        {"ObjectNumber", std::int16_t{8}},
        {"DerivedFromItemDescription", "Big pump"}},
-      {kKey +
-           " hasDescription hasDerivedFromItem hasDerivedFromItemDescription getDerivedFromItemDescription "
-           "hasSerialNumber hasWarranty hasInstallationDate hasDeliveryDate " +
-           kKey,
+      {kKey,
+       "hasDescription hasDerivedFromItem hasDerivedFromItemDescription getDerivedFromItemDescription "
+       "hasSerialNumber hasWarranty hasInstallationDate hasDeliveryDate",
+       kKey,
        "sql UPDATE Object SET SITE = N'C2',OBJECT = N'O2', OBJECTNR = N'8', ITEMDESC = N'Big pump', upd_flag = 0 "
        "WHERE SITE = N'C2'AND OBJECT = N'O2'AND OBJECTNR = N'8' -> 1"}},
      {{{"ActionType", ""}, {"Configuration", "C3"}, {"Object", "O3"}, {"ObjectNumber", std::int16_t{9}}},
-      {kKey + " " + kGates + " " + kKey,
+      {kKey, kGates, kKey,
        "sql UPDATE Object SET SITE = N'C3',OBJECT = N'O3', OBJECTNR = N'9', upd_flag = 0 WHERE SITE = N'C3'AND OBJECT "
        "= N'O3'AND OBJECTNR = N'9' -> 0",
-       kGates + " " + kKey + " " + kGates,
+       kGates, kKey, kGates,
        "sql INSERT INTO Object (SITE, OBJECT, OBJECTNR ,upd_flag )VALUES (N'C3',N'O3',N'9',0) -> 1"}}},
     {.ucount = 1, .icount = 1, .dcount = 1});
 
 TEST(ApplyObjectRow, AsksForEveryFieldAtEachUse) {
   ExpectRow(kObjects, "3",
             {kEveryField,
-             {kKey + " " + kEveryFieldAsked + " " + kKey,
+             {kKey, kEveryFieldAsked, kKey,
               "sql UPDATE Object SET SITE = N'C1',OBJECT = N'O1', OBJECTNR = N'7', OBJECTDESC = N'Pump', ITEM = N'I1', "
               "ITEMDESC = N'Big pump', SERIALNUMBER= N'X9', WARRANTY= N'W1', INSTALLATION_DATE= {d '2003-01-31'}, "
               "DELIVERY_DATE= {d '2003-01-15'}, upd_flag = 0 WHERE SITE = N'C1'AND OBJECT = N'O1'AND OBJECTNR = N'7' "
               "-> 0",
-              kGates + " " + kKey + " " + kEveryFieldAsked,
+              kGates, kKey, kEveryFieldAsked,
               "sql INSERT INTO Object (SITE, OBJECT, OBJECTNR ,OBJECTDESC ,ITEM , ITEMDESC ,SERIALNUMBER ,WARRANTY "
               ",INSTALLATION_DATE ,DELIVERY_DATE ,upd_flag )VALUES (N'C1',N'O1',N'7',N'Pump',N'I1',N'Big "
               "pump',N'X9',N'W1',{d '2003-01-31'},{d '2003-01-15'},0) -> 1"}});
@@ -105,10 +105,10 @@ TEST(ApplyObjectRow, AsksForEveryFieldAtEachUse) {
 TEST(ApplyObjectRow, WritesTheKeyAloneOfARowWithoutAnyOtherField) {
   ExpectRow(kObjects, "3",
             {{{"Configuration", "C1"}, {"Object", "O1"}, {"ObjectNumber", "7"}},
-             {kKey + " " + kGates + " " + kKey,
+             {kKey, kGates, kKey,
               "sql UPDATE Object SET SITE = N'C1',OBJECT = N'O1', OBJECTNR = N'7', upd_flag = 0 WHERE SITE = N'C1'AND "
               "OBJECT = N'O1'AND OBJECTNR = N'7' -> 0",
-              kGates + " " + kKey + " " + kGates,
+              kGates, kKey, kGates,
               "sql INSERT INTO Object (SITE, OBJECT, OBJECTNR ,upd_flag )VALUES (N'C1',N'O1',N'7',0) -> 1"}});
 }
 
@@ -246,14 +246,14 @@ TEST(CopyObject, KeepsTwoNumbersOfOneObjectApart) {
   ExpectPass(FullCopy(
       kObjects, kObjects3,
       {{{{"Configuration", "C1"}, {"Object", "O1"}, {"ObjectNumber", "1"}},
-        {kKey + " " + kGates + " " + kKey,
+        {kKey, kGates, kKey,
          "sql UPDATE Object SET SITE = N'C1',OBJECT = N'O1', OBJECTNR = N'1', upd_flag = 0 WHERE SITE = N'C1'AND "
          "OBJECT = N'O1'AND OBJECTNR = N'1' -> 1"}},
        {{{"Configuration", "C1"}, {"Object", "O1"}, {"ObjectNumber", "2"}},
-        {kKey + " " + kGates + " " + kKey,
+        {kKey, kGates, kKey,
          "sql UPDATE Object SET SITE = N'C1',OBJECT = N'O1', OBJECTNR = N'2', upd_flag = 0 WHERE SITE = N'C1'AND "
          "OBJECT = N'O1'AND OBJECTNR = N'2' -> 0",
-         kGates + " " + kKey + " " + kGates,
+         kGates, kKey, kGates,
          "sql INSERT INTO Object (SITE, OBJECT, OBJECTNR ,upd_flag )VALUES (N'C1',N'O1',N'2',0) -> 1"}}},
       {.icount = 2}));
 }

@@ -44,9 +44,9 @@ const Pass kFullCopy = FullCopy(
      {{{"Installation", "P2"}, {"Location", "S1"}},
       {"getInstallation hasDescription hasLocation getLocation hasContract hasMaintenanceStartDate "
        "hasMaintenanceEndDate hasWarranty hasWarrantyExpiryDate getInstallation",
-       "sql UPDATE Product SET PRODUCT = N'P2', SITE = N'S1', upd_flag = 0 WHERE PRODUCT =N'P2' -> 0",
-       kGates + " getInstallation hasDescription hasLocation getLocation hasContract hasMaintenanceStartDate "
-                "hasMaintenanceEndDate hasWarranty hasWarrantyExpiryDate",
+       "sql UPDATE Product SET PRODUCT = N'P2', SITE = N'S1', upd_flag = 0 WHERE PRODUCT =N'P2' -> 0", kGates,
+       "getInstallation hasDescription hasLocation getLocation hasContract hasMaintenanceStartDate "
+       "hasMaintenanceEndDate hasWarranty hasWarrantyExpiryDate",
        "sql INSERT INTO Product (PRODUCT ,SITE,upd_flag )VALUES (N'P2',N'S1',0) -> 1"}}},
     {.icount = 2});
 
@@ -59,9 +59,9 @@ const Pass kOnlyChanged = OnlyChanged(
        "hasWarranty getWarranty hasWarrantyExpiryDate getInstallation",
        "sql UPDATE Product SET PRODUCT = N'P2', WARRANTY = N'W1', upd_flag = 0 WHERE PRODUCT =N'P2' -> 1"}},
      {{{"ActionType", "d"}, {"Installation", "P3"}},
-      {"getInstallation " + kGates + " getInstallation",
-       "sql UPDATE Product SET PRODUCT = N'P3', upd_flag = 0 WHERE PRODUCT =N'P3' -> 0",
-       kGates + " getInstallation " + kGates, "sql INSERT INTO Product (PRODUCT ,upd_flag )VALUES (N'P3',0) -> 1"}}},
+      {"getInstallation", kGates, "getInstallation",
+       "sql UPDATE Product SET PRODUCT = N'P3', upd_flag = 0 WHERE PRODUCT =N'P3' -> 0", kGates, "getInstallation",
+       kGates, "sql INSERT INTO Product (PRODUCT ,upd_flag )VALUES (N'P3',0) -> 1"}}},
     {.ucount = 1, .icount = 1, .dcount = 1});
 
 TEST(ApplyProductRow, AsksForEveryFieldAtEachUse) {
@@ -73,21 +73,21 @@ TEST(ApplyProductRow, AsksForEveryFieldAtEachUse) {
               "sql UPDATE Product SET PRODUCT = N'P1', DESCRIPTION = N'Pump', SITE = N'S1', CONTRACT = NULL, "
               "EFFECTIVE_DATE = {d '2003-01-31'}, EXPIRY_DATE = NULL, WARRANTY = N'W1', WEXPIRY_DATE = {d "
               "'2004-01-31'}, upd_flag = 0 WHERE PRODUCT =N'P1' -> 0",
-              kGates + " getInstallation hasDescription getDescription hasLocation getLocation hasContract getContract "
-                       "hasMaintenanceStartDate getMaintenanceStartDate hasMaintenanceEndDate getMaintenanceEndDate "
-                       "hasWarranty getWarranty hasWarrantyExpiryDate getWarrantyExpiryDate",
+              kGates,
+              "getInstallation hasDescription getDescription hasLocation getLocation hasContract getContract "
+              "hasMaintenanceStartDate getMaintenanceStartDate hasMaintenanceEndDate getMaintenanceEndDate "
+              "hasWarranty getWarranty hasWarrantyExpiryDate getWarrantyExpiryDate",
               "sql INSERT INTO Product (PRODUCT ,DESCRIPTION ,SITE,CONTRACT, EFFECTIVE_DATE , EXPIRY_DATE ,WARRANTY "
               ",WEXPIRY_DATE ,upd_flag )VALUES (N'P1',N'Pump',N'S1',N'   ',{d '2003-01-31'},NULL,N'W1',{d "
               "'2004-01-31'},0) -> 1"}});
 }
 
 TEST(ApplyProductRow, WritesTheKeyAloneOfARowWithoutAnyOtherField) {
-  ExpectRow(
-      kProducts, "1",
-      {{{"Installation", "P1"}},
-       {"getInstallation " + kGates + " getInstallation",
-        "sql UPDATE Product SET PRODUCT = N'P1', upd_flag = 0 WHERE PRODUCT =N'P1' -> 0",
-        kGates + " getInstallation " + kGates, "sql INSERT INTO Product (PRODUCT ,upd_flag )VALUES (N'P1',0) -> 1"}});
+  ExpectRow(kProducts, "1",
+            {{{"Installation", "P1"}},
+             {"getInstallation", kGates, "getInstallation",
+              "sql UPDATE Product SET PRODUCT = N'P1', upd_flag = 0 WHERE PRODUCT =N'P1' -> 0", kGates,
+              "getInstallation", kGates, "sql INSERT INTO Product (PRODUCT ,upd_flag )VALUES (N'P1',0) -> 1"}});
 }
 
 TEST(ApplyProductRow, WritesEachFieldAloneUnderEveryGeneration) {

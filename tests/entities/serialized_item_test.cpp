@@ -31,7 +31,7 @@ const Text kInsertGates =
 const Pass kFullCopy =
     FullCopy(kItems, kItems8,
              {{{{"Cluster", "C1"}, {"Item", "I1"}, {"SerialNumber", "X9"}},
-               {kKeys + " " + kUpdateGates + " hasSerialNumber getSerialNumber",
+               {kKeys, kUpdateGates, "hasSerialNumber getSerialNumber",
                 "sql UPDATE SerializedItem SET OBJECT = N'I1', SITE = N'C1', upd_flag = 0  WHERE SITE = N'C1' AND "
                 "OBJECT = N'I1' AND OBJECTNR = N'X9' -> 1"}}},
              {.icount = 1});
@@ -44,14 +44,13 @@ const ListedRow kNoKey = {
 const Pass kOnlyChanged = OnlyChanged(
     kItems, kItems8,
     {{{{"ActionType", " D "}, {"Cluster", "C1"}, {"Item", "I1"}, {"SerialNumber", "X9"}},
-      {kKeys + " hasSerialNumber getSerialNumber",
+      {kKeys, "hasSerialNumber getSerialNumber",
        "sql DELETE FROM SerializedItem WHERE  SITE = N'C1' AND OBJECT = N'I1' AND OBJECTNR = N'X9'"}},
      {{{"ActionType", "U"}, {"Cluster", "C2"}, {"Item", "I2"}},
-      {kKeys + " " + kKeys + " " + kUpdateGates +
-           " hasSerialNumber",  // worked out for every row, and again to apply it
+      {kKeys, kKeys, kUpdateGates, "hasSerialNumber",  // worked out for every row, and again to apply it
        "sql UPDATE SerializedItem SET OBJECT = N'I2', SITE = N'C2', upd_flag = 0  WHERE SITE = N'C2' AND OBJECT = "
        "N'I2' -> 0",
-       kKeys + " " + kInsertGates + " getSerialNumber " + kInsertGates,
+       kKeys, kInsertGates, "getSerialNumber", kInsertGates,
        "sql INSERT INTO SerializedItem ( OBJECTNR ,OBJECT ,SITE ,upd_flag )VALUES (N'',N'I2',N'C2',0) -> 1"}},
      kNoKey},
     {.icount = 1, .dcount = 2});
@@ -83,19 +82,20 @@ TEST(ApplySerializedItemRow, AsksForEveryFieldAtEachUseUnderEveryGeneration) {
 
     EXPECT_EQ(
         copy.journal.Take(),
-        TraceOf("row1", {kKeys + " hasDescription getDescription hasWarranty getWarranty hasInstallationTime "
-                                 "getInstallationTime installed.toLocaleString hasDeliveryTime getDeliveryTime "
-                                 "delivered.toLocaleString hasSoldtoBusinessPartner getSoldtoBusinessPartner "
-                                 "hasSerialNumber getSerialNumber",
+        TraceOf("row1", {kKeys,
+                         "hasDescription getDescription hasWarranty getWarranty hasInstallationTime "
+                         "getInstallationTime installed.toLocaleString hasDeliveryTime getDeliveryTime "
+                         "delivered.toLocaleString hasSoldtoBusinessPartner getSoldtoBusinessPartner "
+                         "hasSerialNumber getSerialNumber",
                          "sql UPDATE SerializedItem SET OBJECT = N'I1', OBJECTDESC = N'Pump', SITE = N'C1', WARRANTY= "
                          "N'W1', INSTALLATION_DATE= 'Jan 31, 2003 10:11:12 AM', DELIVERY_DATE= '24 d'août 2003', "
                          "CUSTOMER= N'B1', upd_flag = 0  WHERE SITE = N'C1' AND OBJECT = N'I1' AND OBJECTNR = N'X9' "
                          "-> 0",
-                         kKeys + " " + kInsertGates +
-                             " getSerialNumber hasDescription getDescription hasAlternateSerialNumber "
-                             "getAlternateSerialNumber hasWarranty getWarranty hasInstallationTime "
-                             "getInstallationTime installed.toLocaleString hasDeliveryTime getDeliveryTime "
-                             "delivered.toLocaleString hasSoldtoBusinessPartner getSoldtoBusinessPartner",
+                         kKeys, kInsertGates,
+                         "getSerialNumber hasDescription getDescription hasAlternateSerialNumber "
+                         "getAlternateSerialNumber hasWarranty getWarranty hasInstallationTime "
+                         "getInstallationTime installed.toLocaleString hasDeliveryTime getDeliveryTime "
+                         "delivered.toLocaleString hasSoldtoBusinessPartner getSoldtoBusinessPartner",
                          "sql INSERT INTO SerializedItem ( OBJECTNR ,OBJECT ,OBJECTDESC ,SITE ,SERIALNUMBER ,WARRANTY "
                          ",INSTALLATION_DATE ,DELIVERY_DATE ,CUSTOMER,upd_flag )VALUES "
                          "(N'X9',N'I1',N'Pump',N'C1',N'A7',N'W1','Jan 31, 2003 10:11:12 AM','24 d'août "
@@ -106,10 +106,10 @@ TEST(ApplySerializedItemRow, AsksForEveryFieldAtEachUseUnderEveryGeneration) {
 TEST(ApplySerializedItemRow, WritesObjectAndSiteAndNumberOfARowWithoutAnything) {
   ExpectRow(kItems, "8",
             {{},
-             {"hasCluster hasItem " + kUpdateGates + " hasSerialNumber",
+             {"hasCluster hasItem", kUpdateGates, "hasSerialNumber",
               "sql UPDATE SerializedItem SET OBJECT = NULL, SITE = NULL, upd_flag = 0  WHERE SITE = NULL AND OBJECT = "
               "NULL -> 0",
-              "hasCluster hasItem " + kInsertGates + " getSerialNumber " + kInsertGates,
+              "hasCluster hasItem", kInsertGates, "getSerialNumber", kInsertGates,
               "sql INSERT INTO SerializedItem ( OBJECTNR ,OBJECT ,SITE ,upd_flag )VALUES (N'',NULL,NULL,0) -> 1"}});
 }
 
@@ -166,7 +166,7 @@ TEST(ApplySerializedItemRow, WritesTheLocaleTextOfARealDateObjectInPlainQuotes) 
 TEST(ApplySerializedItemRow, NeverRefreshesTheSerialNumberOfARowThatIsThere) {
   ExpectRow(kItems, "8",
             {{{"Cluster", "C1"}, {"Item", "I1"}, {"SerialNumber", "X9"}, {"AlternateSerialNumber", "A8"}},
-             {kKeys + " " + kUpdateGates + " hasSerialNumber getSerialNumber",
+             {kKeys, kUpdateGates, "hasSerialNumber getSerialNumber",
               "sql UPDATE SerializedItem SET OBJECT = N'I1', SITE = N'C1', upd_flag = 0  WHERE SITE = N'C1' AND "
               "OBJECT = N'I1' AND OBJECTNR = N'X9' -> 1"}});
 }
@@ -174,7 +174,7 @@ TEST(ApplySerializedItemRow, NeverRefreshesTheSerialNumberOfARowThatIsThere) {
 TEST(ApplySerializedItemRow, MatchesEveryRowOfTheItemAtTheSiteWithoutASerialNumber) {
   ExpectRow(kItems, "8",
             {{{"Cluster", "C1"}, {"Item", "I1"}},
-             {kKeys + " " + kUpdateGates + " hasSerialNumber",
+             {kKeys, kUpdateGates, "hasSerialNumber",
               "sql UPDATE SerializedItem SET OBJECT = N'I1', SITE = N'C1', upd_flag = 0  WHERE SITE = N'C1' AND "
               "OBJECT = N'I1' -> 12"}});
 }
@@ -267,7 +267,7 @@ TEST(CopySerializedItem, DeletesByTheKeysThatTheRowHasAndCountsOneEachTime) {
                     {"hasCluster hasItem hasSerialNumber getSerialNumber",
                      "sql DELETE FROM SerializedItem WHERE  SITE = NULL AND OBJECT = NULL AND OBJECTNR = N'X''9'"}},
                    {{{"ActionType", "D"}, {"Cluster", ""}, {"Item", ""}, {"SerialNumber", ""}},
-                    {kKeys + " hasSerialNumber getSerialNumber",
+                    {kKeys, "hasSerialNumber getSerialNumber",
                      "sql DELETE FROM SerializedItem WHERE  SITE = N'' AND OBJECT = N'' AND OBJECTNR = N''"}},
                    kNoKey},
                   {.dcount = 5}));

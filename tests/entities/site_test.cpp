@@ -56,18 +56,17 @@ TEST(ApplySiteRow, WritesTheOptionalFieldsThatTheRowHasUnderEveryGeneration) {
 
 TEST(ApplySiteRow, AsksForEveryFieldAtEachUseUnderEveryGeneration) {
   for (const auto& [generation, key, description, customer] : kSiteFields) {
-    const Text K = "get" + key;
-    const Text D = "has" + description;
-    const Text C = "has" + customer;
-    const Text described = D + " get" + description;
-    const Text customered = C + " get" + customer;
+    const Text getKey = "get" + key;
+    const Text hasDescription = "has" + description;
+    const Text hasCustomer = "has" + customer;
+    const Text bothAsked = hasDescription + " get" + description + " " + hasCustomer + " get" + customer;
     ExpectRow(
         kSites, generation,
         {{{key, "A1"}, {description, "North"}, {customer, "C7"}},
-         {K + " " + described + " " + customered + " " + K,
+         {getKey, bothAsked, getKey,
           "sql UPDATE Site SET SITE = N'A1', DESCRIPTION = N'North', CUSTOMER = N'C7', upd_flag = 0 WHERE SITE =N'A1' "
           "-> 0",
-          D + " " + C + " " + K + " " + described + " " + customered,
+          hasDescription, hasCustomer, getKey, bothAsked,
           "sql INSERT INTO Site (SITE ,DESCRIPTION ,CUSTOMER,upd_flag )VALUES (N'A1',N'North',N'C7',0) -> 1"}});
   }
 }

@@ -67,17 +67,16 @@ Pass FullCopyOf(const ErpSide& erp) {
                        "sql INSERT INTO Warranties (WARRANTY ,upd_flag )VALUES (N'W2',0) -> 1"}}},
                     {.icount = 2});
   }
-  return FullCopy(
-      kWarranties, erp,
-      {{kEveryField,
-        {"getWarranty " + kEveryFieldAsked + " getWarranty",
-         "sql UPDATE Warranties SET WARRANTY = N'W1', WDESCRIPTION = N'One year', NUMBER_OF_PERIODS = 12, "
-         "PERIOD_UNIT = 2, WARRANTY_TYPE = 1, upd_flag = 0 WHERE WARRANTY =N'W1' -> 1"}},
-       {{{"Warranty", "W2"}},
-        {"getWarranty " + kGates + " getWarranty",
-         "sql UPDATE Warranties SET WARRANTY = N'W2', upd_flag = 0 WHERE WARRANTY =N'W2' -> 0",
-         kGates + " getWarranty " + kGates, "sql INSERT INTO Warranties (WARRANTY ,upd_flag )VALUES (N'W2',0) -> 1"}}},
-      {.icount = 2});
+  return FullCopy(kWarranties, erp,
+                  {{kEveryField,
+                    {"getWarranty", kEveryFieldAsked, "getWarranty",
+                     "sql UPDATE Warranties SET WARRANTY = N'W1', WDESCRIPTION = N'One year', NUMBER_OF_PERIODS = 12, "
+                     "PERIOD_UNIT = 2, WARRANTY_TYPE = 1, upd_flag = 0 WHERE WARRANTY =N'W1' -> 1"}},
+                   {{{"Warranty", "W2"}},
+                    {"getWarranty", kGates, "getWarranty",
+                     "sql UPDATE Warranties SET WARRANTY = N'W2', upd_flag = 0 WHERE WARRANTY =N'W2' -> 0", kGates,
+                     "getWarranty", kGates, "sql INSERT INTO Warranties (WARRANTY ,upd_flag )VALUES (N'W2',0) -> 1"}}},
+                  {.icount = 2});
 }
 
 Pass OnlyChangedOf(const ErpSide& erp) {
@@ -95,8 +94,8 @@ Pass OnlyChangedOf(const ErpSide& erp) {
       {kGone,
        {{{"ActionType", "d"}, {"Warranty", "W2"}, {"PeriodUnit", 5}},
         {"getWarranty hasDescription hasNumberOfPeriods hasPeriodUnit getPeriodUnit hasWarrantyType getWarranty",
-         "sql UPDATE Warranties SET WARRANTY = N'W2', PERIOD_UNIT = 5, upd_flag = 0 WHERE WARRANTY =N'W2' -> 0",
-         kGates + " getWarranty hasDescription hasNumberOfPeriods hasPeriodUnit getPeriodUnit hasWarrantyType",
+         "sql UPDATE Warranties SET WARRANTY = N'W2', PERIOD_UNIT = 5, upd_flag = 0 WHERE WARRANTY =N'W2' -> 0", kGates,
+         "getWarranty hasDescription hasNumberOfPeriods hasPeriodUnit getPeriodUnit hasWarrantyType",
          "sql INSERT INTO Warranties (WARRANTY , PERIOD_UNIT ,upd_flag )VALUES (N'W2',5,0) -> 1"}}},
       {.icount = 1, .dcount = 1});
 }
@@ -176,10 +175,10 @@ TEST(ApplyWarrantyRow, AsksForEveryFieldAtEachUseUnderGenerations3And8) {
   for (const auto& [generation, insert] : cases) {
     ExpectRow(kWarranties, generation,
               {kEveryField,
-               {"getWarranty " + kEveryFieldAsked + " getWarranty",
+               {"getWarranty", kEveryFieldAsked, "getWarranty",
                 "sql UPDATE Warranties SET WARRANTY = N'W1', WDESCRIPTION = N'One year', NUMBER_OF_PERIODS = 12, "
                 "PERIOD_UNIT = 2, WARRANTY_TYPE = 1, upd_flag = 0 WHERE WARRANTY =N'W1' -> 0",
-                kGates + " getWarranty " + kEveryFieldAsked, insert}});
+                kGates, "getWarranty", kEveryFieldAsked, insert}});
   }
 }
 
@@ -192,14 +191,14 @@ TEST(ApplyWarrantyRow, LeavesAnAbsentDescriptionOutOfBothStatements) {
              {"getWarranty hasDescription getWarranty", update, "hasDescription getWarranty hasDescription", insert}});
   for (const char* generation : {"3", "8"}) {
     ExpectRow(kWarranties, generation,
-              {fields, {"getWarranty " + kGates + " getWarranty", update, kGates + " getWarranty " + kGates, insert}});
+              {fields, {"getWarranty", kGates, "getWarranty", update, kGates, "getWarranty", kGates, insert}});
   }
 }
 
 TEST(ApplyWarrantyRow, RewritesTheKeyWithItselfAndInsertsNothingWhenTheUpdateFoundTheRow) {
   ExpectRow(kWarranties, "3",
             {{{"Warranty", "W1"}},
-             {"getWarranty " + kGates + " getWarranty",
+             {"getWarranty", kGates, "getWarranty",
               "sql UPDATE Warranties SET WARRANTY = N'W1', upd_flag = 0 WHERE WARRANTY =N'W1' -> 5"}});
 }
 
