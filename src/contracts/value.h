@@ -125,9 +125,9 @@ class Value {
 class Argument {
  public:
   Argument(Value value) : value_(std::move(value)) {}
-  // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): no Value is made of an Argument
   template <typename T>
-  requires std::constructible_from<Value, T> Argument(T&& value) : value_(std::forward<T>(value)) {}
+  requires std::constructible_from<Value, T> Argument(T&& value)  // NOLINT(bugprone-forwarding-reference-overload)
+      : value_(std::forward<T>(value)) {}
 
   static Argument ByReference(Value& variable) { return Argument(variable, &variable); }
 

@@ -50,7 +50,7 @@ struct OnlyChangedPass {
   const Entity& entity;
   Text failureSource;              // what the source of a failure names
   ErpSource erp;                   // what is settled before the failure path is armed; the opening settles the rest
-  Opening open;                    // as above
+  Opening open;                    // as in a full copy
   std::size_t parameterCount = 1;  // parameter objects that are created; the ranges use the first of them
   std::vector<ListingRange> ranges;
   std::vector<OutputField> fields;                             // asked for in this order
