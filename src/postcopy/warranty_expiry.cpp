@@ -8,9 +8,6 @@
 namespace zenqay {
 namespace {
 
-// Only this warranty type counts from the installation; every other from the delivery.
-constexpr std::int32_t kFromInstallation = 10;
-
 // The ERP's codes of what a period is counted in.
 constexpr std::int32_t kDays = 5;
 constexpr std::int32_t kWeeks = 10;
@@ -53,9 +50,8 @@ DateTime DateIn(const Recordset& row, const char* column) {
 void clsDataCopy::CalculateWarrantyExpiry() {
   const std::shared_ptr<Recordset> rows = process_.database.CreateRecordset();
   rows->PutActiveConnection(process_.LocalConnection);
-  // The warranty code is a pattern: one with a wildcard joins several objects.
-  rows->Open("SELECT * FROM  OBJECT INNER JOIN WARRANTIES ON OBJECT.WARRANTY LIKE WARRANTIES.WARRANTY",
-             process_.LocalConnection, CursorType::Keyset, LockType::Optimistic, CommandType::SqlText);
+  rows->Open(Text("SELECT * FROM  ") + kExpiryJoin, process_.LocalConnection, CursorType::Keyset, LockType::Optimistic,
+             CommandType::SqlText);
   if (rows->RecordCount() > 0) {
     while (!rows->AtBeginning() && !rows->AtEnd()) {
       try {
