@@ -105,8 +105,8 @@ class ScriptedRecordset : public Recordset {
 
   void PutActiveConnection(std::shared_ptr<Connection> connection) override {
     if (database_.showSettings) {
-      database_.journal_.Line("put ActiveConnection " +
-                              std::to_string(static_cast<ScriptedConnection&>(*connection).number()));
+      const auto* own = dynamic_cast<const ScriptedConnection*>(connection.get());
+      database_.journal_.Line("put ActiveConnection" + (own ? " " + std::to_string(own->number()) : ""));
     }
     Recordset::PutActiveConnection(std::move(connection));
   }

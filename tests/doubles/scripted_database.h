@@ -41,7 +41,8 @@ class ScriptedDatabase : public Database {
   /// The journal shows the options of each query behind it: ` [keyset optimistic text]`.
   bool showQueryOptions = false;
 
-  /// The journal shows timeouts, connection strings, and by its number the connection that a recordset is put on.
+  /// The journal shows timeouts, connection strings, and by its number the connection that a recordset is put on;
+  /// one that is wrapped has none.
   bool showSettings = false;
 
   /// The journal shows `release connection` and `release recordset` when the last reference to one goes.

@@ -4,11 +4,11 @@
 namespace zenqay {
 namespace {
 
-const Entity kContracts = {.copy = &CopyFixture::CopyContract,
-                           .apply = CopyFixture::ApplyContractRow(),
-                           .TableName = "Contracts",
-                           .caption = "Contracts",
-                           .onlyChanged = "Contract - Only Changed"};
+const TestedEntity kContracts = {.copy = &CopyFixture::CopyContract,
+                                 .apply = CopyFixture::ApplyContractRow(),
+                                 .TableName = "Contracts",
+                                 .caption = "Contracts",
+                                 .onlyChanged = "Contract - Only Changed"};
 
 const ErpSide kContracts1 = {.generation = "1",
                              .managerClass = "Kv40QTMtssmaContracts.ContractsManager",
@@ -372,7 +372,7 @@ TEST(ApplyContractChange, FollowsItsRulesInEveryCombination) {
 Pass FullCopyOf(const ErpSide& erp) {
   const Text key = erp.generation == "1" ? "Contract" : "ServiceContract";
   const Text getKey = "get" + key;
-  return FullCopy(
+  return FullPass(
       kContracts, erp,
       {{{{key, "C1"}, {"Cluster", "K5"}, {"Description", "Gold"}, {"ContractStatus", 2}},
         {getKey, "hasDescription getDescription", getKey,
@@ -387,7 +387,7 @@ Pass FullCopyOf(const ErpSide& erp) {
       {.icount = 3});
 }
 
-const Pass kOnlyChanged1 = OnlyChanged(
+const Pass kOnlyChanged1 = ChangedPass(
     kContracts, kContracts1,
     {{{{"ActionType", " D "}, {"Contract", "C'1"}, {"ContractStatus", 2}},
       {"getContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C''1'"}},
@@ -402,7 +402,7 @@ const Pass kOnlyChanged1 = OnlyChanged(
     {.ucount = 1, .icount = 1, .dcount = 2});
 
 const Pass kOnlyChanged3 =
-    OnlyChanged(kContracts, kContracts3,
+    ChangedPass(kContracts, kContracts3,
                 {{{{"ActionType", "D"}, {"ServiceContract", "C1"}},
                   {"getServiceContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'"}},
                  {{{"ActionType", "U"}, {"ServiceContract", "C2"}, {"ContractStatus", 10}},
@@ -412,7 +412,7 @@ const Pass kOnlyChanged3 =
                   {{"ContractStatus", 2}}}},
                 {.icount = 1, .dcount = 1});
 
-const Pass kOnlyChanged8 = OnlyChanged(
+const Pass kOnlyChanged8 = ChangedPass(
     kContracts, kContracts8,
     {{{{"ActionType", "D"}, {"ServiceContract", "C1"}, {"Cluster", "K4"}},
       {"getServiceContract", "sql DELETE FROM Contracts WHERE CONTRACT=N'C1'"}},
@@ -431,7 +431,7 @@ TEST(CopyContract, FollowsTheChangesUnderEachGeneration) {
 
 TEST(CopyContract, WritesTheLiteralsOfOracle) {
   Pass pass =
-      OnlyChanged(kContracts, kContracts8,
+      ChangedPass(kContracts, kContracts8,
                   {{{{"ActionType", "D"}, {"ServiceContract", ""}},
                     {"getServiceContract", "sql DELETE FROM Contracts WHERE CONTRACT=N' '"}},
                    {{{"ActionType", "I"}, {"Cluster", ""}, {"ContractStatus", 10}, {"Description", ""}},

@@ -200,11 +200,13 @@ ErpSide WithoutManager(const Text& generation, ErpSide erp) {
   return erp;
 }
 
-Pass FullCopy(const Entity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows, const Counts& counts) {
+Pass FullPass(const TestedEntity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows,
+              const Counts& counts) {
   return {.entity = entity, .erp = erp, .SyncMethod = 1, .rows = rows, .counts = counts};
 }
 
-Pass OnlyChanged(const Entity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows, const Counts& counts) {
+Pass ChangedPass(const TestedEntity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows,
+                 const Counts& counts) {
   return {.entity = entity, .erp = erp, .SyncMethod = 2, .rows = rows, .counts = counts};
 }
 
@@ -214,8 +216,8 @@ Pass Under(const Text& generation, Pass pass) {
   return pass;
 }
 
-std::vector<Pass> BothPasses(const Entity& entity, const ErpSide& erp) {
-  return {FullCopy(entity, erp), OnlyChanged(entity, erp)};
+std::vector<Pass> BothPasses(const TestedEntity& entity, const ErpSide& erp) {
+  return {FullPass(entity, erp), ChangedPass(entity, erp)};
 }
 
 Text TraceOf(const Text& row, const Steps& steps) {
@@ -328,11 +330,11 @@ void ExpectNoManager(const Pass& pass) {
   EXPECT_EQ(withoutSession.journal.Take(), criteria);
 }
 
-void ExpectNothingUnderOtherSyncMethods(const Entity& entity, const ErpSide& erp) {
+void ExpectNothingUnderOtherSyncMethods(const TestedEntity& entity, const ErpSide& erp) {
   for (const int SyncMethod : {0, 3, -1, 7}) {
     SCOPED_TRACE(SyncMethod);
     CopyFixture copy(erp.generation);
-    Arrange(copy, FullCopy(entity, erp, {{}}, {}));
+    Arrange(copy, FullPass(entity, erp, {{}}, {}));
     copy.SetCounters(7, 8, 9);
 
     (copy.*entity.copy)(entity.TableName, static_cast<std::int16_t>(SyncMethod));
@@ -343,7 +345,8 @@ void ExpectNothingUnderOtherSyncMethods(const Entity& entity, const ErpSide& erp
   }
 }
 
-void ExpectRow(const Entity& entity, const Text& generation, const ListedRow& row, std::int16_t databasePlatform) {
+void ExpectRow(const TestedEntity& entity, const Text& generation, const ListedRow& row,
+               std::int16_t databasePlatform) {
   SCOPED_TRACE("generation " + generation);
   CopyFixture copy(generation, databasePlatform);
   copy.database.AffectNext(CountsOf(row.steps));
@@ -354,7 +357,7 @@ void ExpectRow(const Entity& entity, const Text& generation, const ListedRow& ro
   EXPECT_EQ(copy.journal.Take(), TraceOf("row1", row.steps));
 }
 
-void ExpectStatements(const Entity& entity, const Text& generation, const std::vector<RowCase>& cases,
+void ExpectStatements(const TestedEntity& entity, const Text& generation, const std::vector<RowCase>& cases,
                       std::int16_t databasePlatform) {
   for (const RowCase& row : cases) {
     SCOPED_TRACE("generation " + generation + ", " + row.update);
@@ -368,7 +371,7 @@ void ExpectStatements(const Entity& entity, const Text& generation, const std::v
   }
 }
 
-void ExpectCounts(const Entity& entity, const Text& generation, const RowFields& fields) {
+void ExpectCounts(const TestedEntity& entity, const Text& generation, const RowFields& fields) {
   const struct {
     std::vector<std::int64_t> touched;
     const char* counters;
@@ -388,7 +391,7 @@ void ExpectCounts(const Entity& entity, const Text& generation, const RowFields&
   }
 }
 
-void ExpectNullToFail(const Entity& entity, const Text& generation, const RowFields& fields,
+void ExpectNullToFail(const TestedEntity& entity, const Text& generation, const RowFields& fields,
                       const std::vector<Text>& names) {
   for (const Text& name : names) {
     SCOPED_TRACE(name);
@@ -403,7 +406,7 @@ void ExpectNullToFail(const Entity& entity, const Text& generation, const RowFie
   }
 }
 
-void ExpectEmptyStatements(const Entity& entity, const Text& generation, const RowFields& fields) {
+void ExpectEmptyStatements(const TestedEntity& entity, const Text& generation, const RowFields& fields) {
   SCOPED_TRACE("generation " + generation);
   ExpectRow(entity, generation, {fields, {"sql  -> 0", "sql  -> 1"}});
 }

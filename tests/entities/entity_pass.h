@@ -1,10 +1,10 @@
 // The frame of the entities' tests: what the two passes say whatever the entity is, written down once. A test gives
 // what is particular to its entity; the whole trace that comes of both is compared with what the job says.
 //
-//     const Entity kSites = {.copy = &CopyFixture::CopySite, …};
+//     const TestedEntity kSites = {.copy = &CopyFixture::CopySite, …};
 //     const ErpSide kLocations = {.generation = "1", .managerClass = "Kv40QTMtssmaLocations.LocationsManager", …};
 //
-//     ExpectPass(FullCopy(kSites, kLocations,
+//     ExpectPass(FullPass(kSites, kLocations,
 //                         {{{{"Location", "A1"}},
 //                           {"getLocation hasDescription hasCustomer getLocation",
 //                            "sql UPDATE Site SET SITE = N'A1', upd_flag = 0 WHERE SITE =N'A1' -> 1"}}},
@@ -21,7 +21,7 @@
 namespace zenqay {
 
 /// What the job calls an entity, under every generation.
-struct Entity {
+struct TestedEntity {
   void (CopyFixture::*copy)(const Text& TableName, std::int16_t SyncMethod);
   CopyFixture::RowOperation apply;
   Text TableName;
@@ -75,7 +75,7 @@ struct Counts {
 
 /// A pass in which nothing fails.
 struct Pass {
-  Entity entity;
+  TestedEntity entity;
   ErpSide erp;
   std::int16_t SyncMethod = 1;
   std::vector<ListedRow> rows;
@@ -84,16 +84,16 @@ struct Pass {
   std::function<void(CopyFixture&, ScriptedObject& manager)> arrange{};  // what else the ERP answers
 };
 
-Pass FullCopy(const Entity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows = {},
+Pass FullPass(const TestedEntity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows = {},
               const Counts& counts = {});
-Pass OnlyChanged(const Entity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows = {},
+Pass ChangedPass(const TestedEntity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows = {},
                  const Counts& counts = {});
 
 /// The same pass, met by another generation.
 Pass Under(const Text& generation, Pass pass);
 
 /// A full copy and an only-changed pass without rows.
-std::vector<Pass> BothPasses(const Entity& entity, const ErpSide& erp);
+std::vector<Pass> BothPasses(const TestedEntity& entity, const ErpSide& erp);
 
 /// What the pass says, from the creation of the manager on. The manager is named `manager`, its parameters parameter1,
 /// parameter2 and so on, its rows row1, row2 and so on.
@@ -127,10 +127,11 @@ void ExpectMissingComponent(const Pass& pass);
 void ExpectNoManager(const Pass& pass);
 
 /// No sync method but 1 and 2 does anything.
-void ExpectNothingUnderOtherSyncMethods(const Entity& entity, const ErpSide& erp);
+void ExpectNothingUnderOtherSyncMethods(const TestedEntity& entity, const ErpSide& erp);
 
 /// Applies a row by itself and compares all that is said.
-void ExpectRow(const Entity& entity, const Text& generation, const ListedRow& row, std::int16_t databasePlatform = 1);
+void ExpectRow(const TestedEntity& entity, const Text& generation, const ListedRow& row,
+               std::int16_t databasePlatform = 1);
 
 /// The statements of one row that the table does not have yet.
 struct RowCase {
@@ -140,17 +141,17 @@ struct RowCase {
 };
 
 /// Applies each row, to a table in which no update finds it, and compares the two statements.
-void ExpectStatements(const Entity& entity, const Text& generation, const std::vector<RowCase>& cases,
+void ExpectStatements(const TestedEntity& entity, const Text& generation, const std::vector<RowCase>& cases,
                       std::int16_t databasePlatform = 1);
 
 /// One applied row counts one, however many rows the update touched, and an insert counts only when it reports one.
-void ExpectCounts(const Entity& entity, const Text& generation, const RowFields& fields);
+void ExpectCounts(const TestedEntity& entity, const Text& generation, const RowFields& fields);
 
 /// Applies the row with a null in each of the named fields, one at a time: no null reaches a quoted literal.
-void ExpectNullToFail(const Entity& entity, const Text& generation, const RowFields& fields,
+void ExpectNullToFail(const TestedEntity& entity, const Text& generation, const RowFields& fields,
                       const std::vector<Text>& names);
 
 /// The row operation runs a statement without a text, twice, and asks the row nothing.
-void ExpectEmptyStatements(const Entity& entity, const Text& generation, const RowFields& fields);
+void ExpectEmptyStatements(const TestedEntity& entity, const Text& generation, const RowFields& fields);
 
 }  // namespace zenqay

@@ -9,7 +9,7 @@ const RuntimeError kFailure(5000, "the component", "it broke");
 
 /// The ERP lists one site, which the local table has.
 const Pass kOneSite =
-    FullCopy(kSites, kLocations,
+    FullPass(kSites, kLocations,
              {{{{"Location", "A1"}, {"Description", "North"}, {"Customer", "C7"}},
                {"getLocation hasDescription getDescription hasCustomer getCustomer getLocation",
                 "sql UPDATE Site SET SITE = N'A1', DESCRIPTION = N'North', CUSTOMER = N'C7', upd_flag = 0 WHERE SITE "
@@ -50,7 +50,7 @@ ListedRow NewSite(const Text& key) {
 
 TEST(CopySiteFull, LogsWhatTheProviderReportedOfAnInsertOnce) {
   CopyFixture copy("1");
-  Arrange(copy, FullCopy(kSites, kLocations, {NewSite("A1")}));
+  Arrange(copy, FullPass(kSites, kLocations, {NewSite("A1")}));
   copy.database.FailOn("INSERT INTO Site", RuntimeError(-2147217873, "a driver", "no duplicates"),
                        {{-2147217873, "a driver", "no duplicates"}, {0, "a driver", "a remark"}, {5701, "a", "b"}});
 
@@ -96,7 +96,7 @@ TEST(CopySiteFull, LeavesItsFailurePathAtOnceWhenTheRunLogCannotBeWritten) {
 
 TEST(CopySiteFull, FailsAtTheFieldThatIsNullWith194) {
   CopyFixture copy("1");
-  Arrange(copy, FullCopy(kSites, kLocations, {{{{"Location", "A1"}, {"Description", Null()}}, {}}}));
+  Arrange(copy, FullPass(kSites, kLocations, {{{{"Location", "A1"}, {"Description", Null()}}, {}}}));
 
   const Text raised = Raised([&] { copy.CopySite("Site", 1); });
 
@@ -108,7 +108,7 @@ TEST(CopySiteFull, FailsAtTheFieldThatIsNullWith194) {
 }
 
 TEST(CopySiteFull, FailsWhenAnUpdateTouchesMoreRowsThan16BitsHold) {
-  const Pass pass = FullCopy(kSites, kLocations, {Site("A1", "40000"), Site("A2", "1")});
+  const Pass pass = FullPass(kSites, kLocations, {Site("A1", "40000"), Site("A2", "1")});
   CopyFixture copy("1");
   Arrange(copy, pass);
 
@@ -141,7 +141,7 @@ TEST(CopySiteFull, RaisesOverflowWhenItsNumberHasNoRoomFor100More) {
 
 TEST(CopySiteFull, KeepsTheCountersThatItHadReachedWhenItFails) {
   CopyFixture copy("1");
-  Arrange(copy, FullCopy(kSites, kLocations,
+  Arrange(copy, FullPass(kSites, kLocations,
                          {Site("A1", "1"), NewSite("A2"), Site("A3", "1"), {{{"Location", Null()}}, {}}}));
 
   EXPECT_EQ(copy.CopyTable(1, "Site", 1), CopyResult::Failed);
@@ -150,7 +150,7 @@ TEST(CopySiteFull, KeepsTheCountersThatItHadReachedWhenItFails) {
 }
 
 TEST(CopySiteFull, FoldsFiveUpdatedRowsIntoTheTwoInsertedOnesAndCountsNoSweptOnes) {
-  ExpectPass(FullCopy(kSites, kLocations,
+  ExpectPass(FullPass(kSites, kLocations,
                       {Site("A1", "1"), Site("A2", "3"), Site("A3", "1"), NewSite("A4"), Site("A5", "1"),
                        Site("A6", "1"), NewSite("A7")},
                       {.icount = 7}));
@@ -158,7 +158,7 @@ TEST(CopySiteFull, FoldsFiveUpdatedRowsIntoTheTwoInsertedOnesAndCountsNoSweptOne
 
 TEST(CopySiteFull, FoldsItsCountersBeforeItSweeps) {
   CopyFixture copy("1");
-  Arrange(copy, FullCopy(kSites, kLocations, {Site("A1", "1"), NewSite("A2")}));
+  Arrange(copy, FullPass(kSites, kLocations, {Site("A1", "1"), NewSite("A2")}));
   copy.database.FailOn("DELETE FROM Site", kFailure);
 
   EXPECT_EQ(copy.CopyTable(1, "Site", 1), CopyResult::Failed);
@@ -179,16 +179,16 @@ TEST(CopySiteFull, SetsTheCountOfInsertedRowsAloneTo0) {
 }
 
 TEST(CopySiteFull, CountsTheSameKeyTwice) {
-  ExpectPass(FullCopy(kSites, kLocations, {NewSite("A1"), Site("A1", "1")}, {.icount = 2}));
+  ExpectPass(FullPass(kSites, kLocations, {NewSite("A1"), Site("A1", "1")}, {.icount = 2}));
 }
 
 TEST(CopySiteFull, WritesTheKeyInTheErpsOwnCase) {
   // A database that compares without case finds AMS01.
-  ExpectPass(FullCopy(kSites, kLocations, {Site("ams01", "1")}, {.icount = 1}));
+  ExpectPass(FullPass(kSites, kLocations, {Site("ams01", "1")}, {.icount = 1}));
 }
 
 TEST(CopySiteFull, EmptiesTheTableWhenTheListingHasNoRows) {
-  ExpectPass(FullCopy(kSites, kLocations));
+  ExpectPass(FullPass(kSites, kLocations));
 }
 
 TEST(CopySiteFull, LeavesTheTableAloneWhenTheListingGivesNothing) {
@@ -214,7 +214,7 @@ TEST(CopySiteFull, TakesANullAnswerOfTheEnumerationForItsEnd) {
 
   site.copy.CopySite("Site", 1);
 
-  EXPECT_EQ(site.copy.journal.Take(), TraceOf(FullCopy(kSites, kLocations)));
+  EXPECT_EQ(site.copy.journal.Take(), TraceOf(FullPass(kSites, kLocations)));
 }
 
 TEST(CopySiteFull, UsesTheManagerWithoutASession) {

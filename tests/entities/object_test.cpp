@@ -5,11 +5,11 @@
 namespace zenqay {
 namespace {
 
-const Entity kObjects = {.copy = &CopyFixture::CopyObject,
-                         .apply = CopyFixture::ApplyObjectRow(),
-                         .TableName = "Object",
-                         .caption = "Objects",
-                         .onlyChanged = "Objects - Only Changed"};
+const TestedEntity kObjects = {.copy = &CopyFixture::CopyObject,
+                               .apply = CopyFixture::ApplyObjectRow(),
+                               .TableName = "Object",
+                               .caption = "Objects",
+                               .onlyChanged = "Objects - Only Changed"};
 
 // Both listings ask for the numbers from 0 to 9999: one above is outside.
 const ErpSide kObjects3 = {
@@ -45,7 +45,7 @@ RowFields KeyAnd(const Text& name, const Value& value) {
   return {{"Configuration", "C1"}, {"Object", "O1"}, {"ObjectNumber", "7"}, {name, value}};
 }
 
-const Pass kFullCopy = FullCopy(
+const Pass kFullCopy = FullPass(
     kObjects, kObjects3,
     {{{{"Configuration", "C1"}, {"Object", "O1"}, {"ObjectNumber", std::int16_t{7}}, {"SerialNumber", "X9"}},
       {kKey,
@@ -66,7 +66,7 @@ const ListedRow kGone = {
     {{"ActionType", "D"}, {"Configuration", "C'1"}, {"Object", "O1"}, {"ObjectNumber", std::int16_t{7}}},
     {kKey, "sql DELETE FROM Object WHERE SITE = N'C''1' AND OBJECT = N'O1' AND OBJECTNR = N'7'"}};
 
-const Pass kOnlyChanged = OnlyChanged(
+const Pass kOnlyChanged = ChangedPass(
     kObjects, kObjects3,
     {kGone,
      {{{"ActionType", "U"},
@@ -243,7 +243,7 @@ TEST(CopyObject, FollowsTheChangesFrom0To9999UnderGeneration3) {
 }
 
 TEST(CopyObject, KeepsTwoNumbersOfOneObjectApart) {
-  ExpectPass(FullCopy(
+  ExpectPass(FullPass(
       kObjects, kObjects3,
       {{{{"Configuration", "C1"}, {"Object", "O1"}, {"ObjectNumber", "1"}},
         {kKey, kGates, kKey,
@@ -259,7 +259,7 @@ TEST(CopyObject, KeepsTwoNumbersOfOneObjectApart) {
 }
 
 TEST(CopyObject, CountsADeletionWhetherTheTableHeldTheRowOrNot) {
-  ExpectPass(OnlyChanged(kObjects, kObjects3, {kGone, kGone}, {.dcount = 2}));
+  ExpectPass(ChangedPass(kObjects, kObjects3, {kGone, kGone}, {.dcount = 2}));
 }
 
 TEST(CopyObject, ClosesTheManagerAndNamesTheTableAtWhicheverStepAFullCopyFails) {
@@ -273,13 +273,13 @@ TEST(CopyObject, NamesThePassAtWhicheverStepAnOnlyChangedPassFails) {
 // The ERP's label is taken behind the creation of the manager.
 TEST(CopyObject, FailsUnderEveryGenerationThatLacksTheComponentOfAFullCopy) {
   for (const char* generation : {"3", "1", "8"})
-    ExpectMissingComponent(Under(generation, FullCopy(kObjects, kObjects3)));
-  ExpectMissingComponent(OnlyChanged(kObjects, kObjects3));
+    ExpectMissingComponent(Under(generation, FullPass(kObjects, kObjects3)));
+  ExpectMissingComponent(ChangedPass(kObjects, kObjects3));
 }
 
 TEST(CopyObject, CreatesNothingInAnOnlyChangedPassUnderAnotherGeneration) {
   for (const char* generation : {"1", "8", "2"}) {
-    ExpectNoManager(OnlyChanged(kObjects, WithoutManager(generation, kObjects3)));
+    ExpectNoManager(ChangedPass(kObjects, WithoutManager(generation, kObjects3)));
   }
 }
 

@@ -29,7 +29,7 @@ ListedRow Missing(const Value& action, const Text& key) {
 
 /// The ERP has two changes: a site that is gone, and one that the local table has.
 const Pass kTwoChanges =
-    OnlyChanged(kSites, kLocations, {Deleted("D", "A1", "N'A1'"), Changed("U", "A2")}, {.ucount = 1, .dcount = 1});
+    ChangedPass(kSites, kLocations, {Deleted("D", "A1", "N'A1'"), Changed("U", "A2")}, {.ucount = 1, .dcount = 1});
 
 /// A job of that ERP, whose parts a test can make fail.
 struct TwoChanges {
@@ -89,7 +89,7 @@ TEST(CopySiteChanged, FailsAtAnActionTypeAKeyOrAFieldThatIsNullWith194) {
   for (const auto& [fields, lastLine] : cases) {
     SCOPED_TRACE(lastLine);
     CopyFixture copy("1");
-    Arrange(copy, OnlyChanged(kSites, kLocations, {{fields, {}}}));
+    Arrange(copy, ChangedPass(kSites, kLocations, {{fields, {}}}));
 
     EXPECT_EQ(Raised([&] { copy.CopySite("Site", 2); }), "194" + kRaised);
 
@@ -102,7 +102,7 @@ TEST(CopySiteChanged, FailsAtAnActionTypeAKeyOrAFieldThatIsNullWith194) {
 
 TEST(CopySiteChanged, FailsWhenAnUpdateTouchesMoreRowsThan16BitsHold) {
   CopyFixture copy("1");
-  Arrange(copy, OnlyChanged(kSites, kLocations, {Deleted("D", "A1", "N'A1'"), Changed("U", "A2", "40000")}));
+  Arrange(copy, ChangedPass(kSites, kLocations, {Deleted("D", "A1", "N'A1'"), Changed("U", "A2", "40000")}));
 
   EXPECT_EQ(Raised([&] { copy.CopySite("Site", 2); }), "106" + kRaised);
 
@@ -138,35 +138,35 @@ TEST(CopySiteChanged, RaisesOverflowWhenItsNumberHasNoRoomFor100More) {
 TEST(CopySiteChanged, DeletesOnATrimmedCapitalDAndAppliesEveryOtherChange) {
   for (const Value& action : {Value("D"), Value(" D"), Value("D  "), Value("  D ")}) {
     SCOPED_TRACE(Shown(action));
-    ExpectPass(OnlyChanged(kSites, kLocations, {Deleted(action, "A1", "N'A1'")}, {.dcount = 1}));
+    ExpectPass(ChangedPass(kSites, kLocations, {Deleted(action, "A1", "N'A1'")}, {.dcount = 1}));
   }
   for (const Value& action : {Value("d"), Value("DD"), Value("\tD"), Value("I"), Value("U"), Value(""), Value(" "),
                               Value("D."), Value("N"), Value("Δ"), Value(), Value(std::int16_t{4})}) {
     SCOPED_TRACE(Shown(action));
-    ExpectPass(OnlyChanged(kSites, kLocations, {Changed(action, "A1")}, {.ucount = 1}));
+    ExpectPass(ChangedPass(kSites, kLocations, {Changed(action, "A1")}, {.ucount = 1}));
   }
 }
 
 TEST(CopySiteChanged, CreatesTheRowThatAChangeIsAboutWhenItIsMissing) {
   for (const char* action : {"I", "U", ""}) {
-    ExpectPass(OnlyChanged(kSites, kLocations, {Missing(action, "A1")}, {.icount = 1}));
+    ExpectPass(ChangedPass(kSites, kLocations, {Missing(action, "A1")}, {.icount = 1}));
   }
 }
 
 /// The job does not ask how many rows a deletion touched.
 TEST(CopySiteChanged, CountsEveryDeletionWhetherARowWasThereOrNot) {
-  ExpectPass(OnlyChanged(kSites, kLocations,
+  ExpectPass(ChangedPass(kSites, kLocations,
                          {Deleted("D", "A1", "N'A1'"), Deleted("D", "A1", "N'A1'"), Deleted("D", "O'1", "N'O''1'")},
                          {.dcount = 3}));
 }
 
 TEST(CopySiteChanged, TakesTheChangesOfOneKeyInTheOrderOfTheListing) {
-  ExpectPass(OnlyChanged(kSites, kLocations, {Changed("U", "A1"), Deleted("D", "A1", "N'A1'"), Missing("I", "A1")},
+  ExpectPass(ChangedPass(kSites, kLocations, {Changed("U", "A1"), Deleted("D", "A1", "N'A1'"), Missing("I", "A1")},
                          {.ucount = 1, .icount = 1, .dcount = 1}));
 }
 
 TEST(CopySiteChanged, MovesTheUpdateTimeOnAndReportsZeroWhenNothingChanged) {
-  ExpectPass(OnlyChanged(kSites, kLocations));
+  ExpectPass(ChangedPass(kSites, kLocations));
 }
 
 TEST(CopySiteChanged, TakesANullAnswerOfTheEnumerationForItsEnd) {
@@ -177,7 +177,7 @@ TEST(CopySiteChanged, TakesANullAnswerOfTheEnumerationForItsEnd) {
 
   site.copy.CopySite("Site", 2);
 
-  EXPECT_EQ(site.copy.journal.Take(), TraceOf(OnlyChanged(kSites, kLocations)));
+  EXPECT_EQ(site.copy.journal.Take(), TraceOf(ChangedPass(kSites, kLocations)));
 }
 
 TEST(CopySiteChanged, UsesTheManagerWithoutASession) {
@@ -191,7 +191,7 @@ TEST(CopySiteChanged, UsesTheManagerWithoutASession) {
 
 TEST(CopySiteChanged, TakesTheStartOfItsPeriodBeforeItsEnd) {
   CopyFixture copy("1");
-  Arrange(copy, OnlyChanged(kSites, kLocations));
+  Arrange(copy, ChangedPass(kSites, kLocations));
   const auto from = copy.components.Make("from");
   const auto to = copy.components.Make("to");
   for (const auto& date : {from, to}) {

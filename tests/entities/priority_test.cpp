@@ -5,11 +5,11 @@
 namespace zenqay {
 namespace {
 
-const Entity kPriorities = {.copy = &CopyFixture::CopyPriority,
-                            .apply = CopyFixture::ApplyPriorityRow(),
-                            .TableName = "Priority",
-                            .caption = "Priorities",
-                            .onlyChanged = "Priorities - Only Changed"};
+const TestedEntity kPriorities = {.copy = &CopyFixture::CopyPriority,
+                                  .apply = CopyFixture::ApplyPriorityRow(),
+                                  .TableName = "Priority",
+                                  .caption = "Priorities",
+                                  .onlyChanged = "Priorities - Only Changed"};
 
 // Both listings ask for the priorities from 0 to 999: one of 1000 is outside.
 const ErpSide kPriorities1 = {.generation = "1",
@@ -42,7 +42,7 @@ const ErpSide kPriorities8 = {.generation = "8",
 const RowFields kEveryField = {{"Priority", std::int16_t{7}}, {"Description", "High"}};
 
 Pass FullCopyOf(const ErpSide& erp) {
-  return FullCopy(
+  return FullPass(
       kPriorities, erp,
       {{kEveryField,
         {"getPriority hasDescription getDescription getPriority",
@@ -59,7 +59,7 @@ const ListedRow kGone = {{{"ActionType", "D"}, {"Priority", std::int16_t{7}}},
                          {"getPriority", "sql DELETE FROM Priority WHERE PRIORITY= N'7'"}};
 
 Pass OnlyChangedOf(const ErpSide& erp) {
-  return OnlyChanged(
+  return ChangedPass(
       kPriorities, erp,
       {kGone,
        {{{"ActionType", "U"}, {"Priority", std::int16_t{8}}, {"Description", "Low"}},
@@ -150,7 +150,7 @@ TEST(CopyPriority, FollowsTheChangesFrom0To999UnderEachGeneration) {
 }
 
 TEST(CopyPriority, CountsADeletionWhetherTheTableHeldTheRowOrNot) {
-  ExpectPass(OnlyChanged(kPriorities, kPriorities3, {kGone, kGone}, {.dcount = 2}));
+  ExpectPass(ChangedPass(kPriorities, kPriorities3, {kGone, kGone}, {.dcount = 2}));
 }
 
 TEST(CopyPriority, ClosesTheManagerAndNamesTheTableAtWhicheverStepAFullCopyFails) {

@@ -4,11 +4,11 @@
 namespace zenqay {
 namespace {
 
-const Entity kProblems = {.copy = &CopyFixture::CopyProblem,
-                          .apply = CopyFixture::ApplyProblemRow(),
-                          .TableName = "Problem",
-                          .caption = "Problems",
-                          .onlyChanged = "Problems - Only Changed"};
+const TestedEntity kProblems = {.copy = &CopyFixture::CopyProblem,
+                                .apply = CopyFixture::ApplyProblemRow(),
+                                .TableName = "Problem",
+                                .caption = "Problems",
+                                .onlyChanged = "Problems - Only Changed"};
 
 const ErpSide kProblems1 = {.generation = "1",
                             .managerClass = "Kv40QTMtsspfProblems.ProblemsManager",
@@ -45,7 +45,7 @@ const ListedRow kGone = {{{"ActionType", "D"}, {"Problem", "P'1"}},
 /// The rows have a call type under every generation.
 Pass FullCopyOf(const ErpSide& erp) {
   if (erp.generation == "3") {
-    return FullCopy(kProblems, erp,
+    return FullPass(kProblems, erp,
                     {{kEveryField,
                       {"getProblem hasDescription getDescription hasCallType getCallType getProblem",
                        "sql UPDATE Problem SET PROBLEM = N'P1', DESCRIPTION = N'Leak', CALLTYPE = N'T1', upd_flag = 0 "
@@ -58,7 +58,7 @@ Pass FullCopyOf(const ErpSide& erp) {
                        "sql INSERT INTO Problem (PROBLEM ,CALLTYPE ,upd_flag )VALUES (N'P2',N'T2',0) -> 1"}}},
                     {.icount = 2});
   }
-  return FullCopy(
+  return FullPass(
       kProblems, erp,
       {{kEveryField,
         {"getProblem hasDescription getDescription getProblem",
@@ -73,7 +73,7 @@ Pass FullCopyOf(const ErpSide& erp) {
 
 Pass OnlyChangedOf(const ErpSide& erp) {
   if (erp.generation == "3") {
-    return OnlyChanged(kProblems, erp,
+    return ChangedPass(kProblems, erp,
                        {kGone,
                         {{{"ActionType", "U"}, {"Problem", "P2"}, {"CallType", "T2"}},
                          {"getProblem hasDescription hasCallType getCallType getProblem",
@@ -81,7 +81,7 @@ Pass OnlyChangedOf(const ErpSide& erp) {
                           "=N'P2' -> 1"}}},
                        {.ucount = 1, .dcount = 1});
   }
-  return OnlyChanged(kProblems, erp,
+  return ChangedPass(kProblems, erp,
                      {kGone,
                       {{{"ActionType", "I"}, {"Problem", "P2"}, {"CallType", "T2"}},
                        {"getProblem hasDescription getProblem",
@@ -188,7 +188,7 @@ TEST(CopyProblem, FollowsTheChangesUnderEachGeneration) {
 }
 
 TEST(CopyProblem, CountsADeletionWhetherTheTableHeldTheRowOrNot) {
-  ExpectPass(OnlyChanged(kProblems, kProblems1, {kGone, kGone}, {.dcount = 2}));
+  ExpectPass(ChangedPass(kProblems, kProblems1, {kGone, kGone}, {.dcount = 2}));
 }
 
 TEST(CopyProblem, ClosesTheManagerAndNamesTheTableAtWhicheverStepAFullCopyFails) {

@@ -4,11 +4,11 @@
 namespace zenqay {
 namespace {
 
-const Entity kProducts = {.copy = &CopyFixture::CopyProduct,
-                          .apply = CopyFixture::ApplyProductRow(),
-                          .TableName = "Product",
-                          .caption = "Products",
-                          .onlyChanged = "Product - Only Changed"};
+const TestedEntity kProducts = {.copy = &CopyFixture::CopyProduct,
+                                .apply = CopyFixture::ApplyProductRow(),
+                                .TableName = "Product",
+                                .caption = "Products",
+                                .onlyChanged = "Product - Only Changed"};
 
 const ErpSide kInstallations = {.generation = "1",
                                 .managerClass = "Kv40QTMtssmaInstallations.InstallationsManager",
@@ -34,7 +34,7 @@ const Text kGates =
     "hasDescription hasLocation hasContract hasMaintenanceStartDate hasMaintenanceEndDate hasWarranty "
     "hasWarrantyExpiryDate";
 
-const Pass kFullCopy = FullCopy(
+const Pass kFullCopy = FullPass(
     kProducts, kInstallations,
     {{{{"Installation", "P1"}, {"Description", "Pump"}, {"Contract", "C1"}},
       {"getInstallation hasDescription getDescription hasLocation hasContract getContract getContract "
@@ -50,7 +50,7 @@ const Pass kFullCopy = FullCopy(
        "sql INSERT INTO Product (PRODUCT ,SITE,upd_flag )VALUES (N'P2',N'S1',0) -> 1"}}},
     {.icount = 2});
 
-const Pass kOnlyChanged = OnlyChanged(
+const Pass kOnlyChanged = ChangedPass(
     kProducts, kInstallations,
     {{{{"ActionType", " D "}, {"Installation", "P1"}, {"Description", "Pump"}},
       {"getInstallation", "sql DELETE FROM Product WHERE PRODUCT= N'P1'"}},
@@ -212,7 +212,7 @@ TEST(CopyProduct, FollowsTheChangesInTheSameWayUnderEveryGeneration) {
 TEST(CopyProduct, CountsADeletionWhetherTheTableHeldTheRowOrNot) {
   const ListedRow gone = {{{"ActionType", "D"}, {"Installation", "P'1"}},
                           {"getInstallation", "sql DELETE FROM Product WHERE PRODUCT= N'P''1'"}};
-  ExpectPass(OnlyChanged(kProducts, kInstallations, {gone, gone}, {.dcount = 2}));
+  ExpectPass(ChangedPass(kProducts, kInstallations, {gone, gone}, {.dcount = 2}));
 }
 
 TEST(CopyProduct, ClosesTheManagerAndNamesTheTableAtWhicheverStepAFullCopyFails) {

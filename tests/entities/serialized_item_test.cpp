@@ -6,11 +6,11 @@ namespace zenqay {
 namespace {
 
 // Both passes name the table alone: a failure does not tell which of them it came from.
-const Entity kItems = {.copy = &CopyFixture::CopySerializedItem,
-                       .apply = CopyFixture::ApplySerializedItemRow(),
-                       .TableName = "SerializedItem",
-                       .caption = "Serialized items",
-                       .onlyChanged = "Serialized items"};
+const TestedEntity kItems = {.copy = &CopyFixture::CopySerializedItem,
+                             .apply = CopyFixture::ApplySerializedItemRow(),
+                             .TableName = "SerializedItem",
+                             .caption = "Serialized items",
+                             .onlyChanged = "Serialized items"};
 
 const ErpSide kItems8 = {.generation = "8",
                          .managerClass = "Kv61QTMtscfgSerializedItems.SerializedItemsManager",
@@ -29,7 +29,7 @@ const Text kInsertGates =
     "hasDescription hasAlternateSerialNumber hasWarranty hasInstallationTime hasDeliveryTime hasSoldtoBusinessPartner";
 
 const Pass kFullCopy =
-    FullCopy(kItems, kItems8,
+    FullPass(kItems, kItems8,
              {{{{"Cluster", "C1"}, {"Item", "I1"}, {"SerialNumber", "X9"}},
                {kKeys, kUpdateGates, "hasSerialNumber getSerialNumber",
                 "sql UPDATE SerializedItem SET OBJECT = N'I1', SITE = N'C1', upd_flag = 0  WHERE SITE = N'C1' AND "
@@ -41,7 +41,7 @@ const ListedRow kNoKey = {
     {{"ActionType", "D"}},
     {"hasCluster hasItem hasSerialNumber", "sql DELETE FROM SerializedItem WHERE  SITE = NULL AND OBJECT = NULL"}};
 
-const Pass kOnlyChanged = OnlyChanged(
+const Pass kOnlyChanged = ChangedPass(
     kItems, kItems8,
     {{{{"ActionType", " D "}, {"Cluster", "C1"}, {"Item", "I1"}, {"SerialNumber", "X9"}},
       {kKeys, "hasSerialNumber getSerialNumber",
@@ -256,7 +256,7 @@ TEST(CopySerializedItem, FollowsTheChangesUnderEveryGeneration) {
 
 TEST(CopySerializedItem, DeletesByTheKeysThatTheRowHasAndCountsOneEachTime) {
   ExpectPass(
-      OnlyChanged(kItems, kItems8,
+      ChangedPass(kItems, kItems8,
                   {{{{"ActionType", "D"}, {"Cluster", "C'1"}},
                     {"hasCluster getCluster hasItem hasSerialNumber",
                      "sql DELETE FROM SerializedItem WHERE  SITE = N'C''1' AND OBJECT = NULL"}},

@@ -5,11 +5,11 @@
 namespace zenqay {
 namespace {
 
-const Entity kLines = {.copy = &CopyFixture::CopySiteContract,
-                       .apply = CopyFixture::ApplySiteContractRow(),
-                       .TableName = "SiteContract",
-                       .caption = "Site contracts",
-                       .onlyChanged = "SiteContracts - Only Changed"};
+const TestedEntity kLines = {.copy = &CopyFixture::CopySiteContract,
+                             .apply = CopyFixture::ApplySiteContractRow(),
+                             .TableName = "SiteContract",
+                             .caption = "Site contracts",
+                             .onlyChanged = "SiteContracts - Only Changed"};
 
 const ErpSide kLines3 = {.generation = "3",
                          .managerClass = "Kv50QTMtsctmContractConfigurationLines.ContractConfigurationLinesManager",
@@ -279,7 +279,7 @@ TEST(ApplySiteContractRow, CountsOneForEachRowThatItUpdatedOrInserted) {
   ExpectCounts(kLines, "8", {{"Cluster", "S2"}});
 }
 
-const Pass kFullCopy3 = FullCopy(
+const Pass kFullCopy3 = FullPass(
     kLines, kLines3,
     {{{{"Configuration", "S1"}, {"ServiceContract", "C1"}, {"Line", 10}},
       {"getConfiguration hasServiceContract getServiceContract hasContractTerms hasLine getLine hasEffectiveDate "
@@ -289,7 +289,7 @@ const Pass kFullCopy3 = FullCopy(
        "=N'S1' AND CONTRACT =N'C1'AND TERM = 0AND LINE = 10 -> 1"}}},
     {.icount = 1});
 
-const Pass kFullCopy8 = FullCopy(
+const Pass kFullCopy8 = FullPass(
     kLines, kLines8,
     {{{{"Cluster", "S1"}, {"SerialNumber", "77"}},
       {"hasCluster getCluster hasItem hasServiceContract1 hasSerialNumber getSerialNumber hasContractTerms "
@@ -321,7 +321,7 @@ std::function<void(CopyFixture&, ScriptedObject&)> Terms(const std::vector<std::
 /// The terms come from a second listing of the same manager, while the changes are still being listed.
 Pass OnlyChanged3(const std::vector<ListedRow>& rows, const Counts& counts,
                   const std::vector<std::vector<std::int32_t>>& terms) {
-  Pass pass = OnlyChanged(kLines, kLines3, rows, counts);
+  Pass pass = ChangedPass(kLines, kLines3, rows, counts);
   pass.arrange = Terms(terms);
   return pass;
 }
@@ -362,7 +362,7 @@ const ListedRow kWithoutTerm = {
 const Pass kOnlyChanged3 =
     OnlyChanged3({kMoved, kGone3, kWithoutTerm}, {.ucount = 1, .icount = 1, .dcount = 4}, {{3}, {}});
 
-const Pass kOnlyChanged8 = OnlyChanged(
+const Pass kOnlyChanged8 = ChangedPass(
     kLines, kLines8,
     {{{{"ActionType", "D"}, {"Item", "I1"}, {"SerialNumber", "77"}, {"ContractTerms", 3}},
       {"hasCluster hasItem getItem hasSerialNumber getSerialNumber hasContractTerms getContractTerms",
@@ -429,12 +429,12 @@ TEST(CopySiteContract, LeavesALineItsOwnTermWhenTheLookupFindsNone) {
 TEST(CopySiteContract, CountsEveryRowThatADeletionRemoves) {
   for (const int removed : {0, 1, 40'000, 2'147'483'647}) {  // no 16 bits hold the count
     const Text count = " -> " + std::to_string(removed);
-    ExpectPass(OnlyChanged(kLines, kLines3,
+    ExpectPass(ChangedPass(kLines, kLines3,
                            {{{{"ActionType", "D"}},
                              {"getConfiguration getServiceContract",
                               "sql DELETE FROM SiteContract WHERE SITE = N'' AND CONTRACT =N''" + count}}},
                            {.dcount = removed}));
-    ExpectPass(OnlyChanged(kLines, kLines8,
+    ExpectPass(ChangedPass(kLines, kLines8,
                            {{{{"ActionType", "D"}},
                              {"hasCluster hasItem hasSerialNumber hasContractTerms",
                               "sql DELETE FROM SiteContract WHERE SITE=NULL AND OBJECT =NULL AND TERM =0" + count}}},
@@ -450,7 +450,7 @@ TEST(CopySiteContract, RaisesOverflowWhenItsDeletionsRemoveMoreThan32BitsHold) {
                {{2'147'483'647, 1}, "ucount 0, icount 0, dcount 2147483647"}};
   for (const auto& [removed, counters] : cases) {
     CopyFixture copy("3");
-    Arrange(copy, OnlyChanged(kLines, kLines3, {{{{"ActionType", "D"}}, {}}, {{{"ActionType", "D"}}, {}}}));
+    Arrange(copy, ChangedPass(kLines, kLines3, {{{{"ActionType", "D"}}, {}}, {{{"ActionType", "D"}}, {}}}));
     copy.database.AffectNext(removed);
 
     EXPECT_EQ(Raised([&] { copy.CopySiteContract("SiteContract", 2); }),
@@ -462,7 +462,7 @@ TEST(CopySiteContract, RaisesOverflowWhenItsDeletionsRemoveMoreThan32BitsHold) {
 }
 
 TEST(CopySiteContract, EncodesTheKeysOfADeletionOfGeneration8AndPutsItsTermInBare) {
-  ExpectPass(OnlyChanged(
+  ExpectPass(ChangedPass(
       kLines, kLines8,
       {{{{"ActionType", "D"}, {"Item", "I'1"}, {"SerialNumber", "7'7"}, {"ContractTerms", "0'3"}},
         {"hasCluster hasItem getItem hasSerialNumber getSerialNumber hasContractTerms getContractTerms",
@@ -475,7 +475,7 @@ TEST(CopySiteContract, DoesNotCountADeletionThatFails) {
   for (const ErpSide& erp : {kLines3, kLines8}) {
     SCOPED_TRACE(erp.generation);
     CopyFixture copy(erp.generation);
-    Arrange(copy, OnlyChanged(kLines, erp, {{{{"ActionType", "D"}}, {}}}));
+    Arrange(copy, ChangedPass(kLines, erp, {{{{"ActionType", "D"}}, {}}}));
     copy.database.FailOn("DELETE", RuntimeError(500, "adapter", "no connection"));
 
     EXPECT_EQ(Raised([&] { copy.CopySiteContract("SiteContract", 2); }),

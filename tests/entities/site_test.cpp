@@ -154,7 +154,7 @@ TEST(ApplySiteRow, RunsEmptyStatementsUnderAGenerationWithoutSites) {
 }
 
 const Pass kFullCopies[] = {
-    FullCopy(kSites, kLocations,
+    FullPass(kSites, kLocations,
              {{{{"Location", "A1"}, {"Description", "North"}, {"Customer", "C7"}},
                {"getLocation hasDescription getDescription hasCustomer getCustomer getLocation",
                 "sql UPDATE Site SET SITE = N'A1', DESCRIPTION = N'North', CUSTOMER = N'C7', upd_flag = 0 WHERE SITE "
@@ -165,13 +165,13 @@ const Pass kFullCopies[] = {
                 "hasDescription hasCustomer getLocation hasDescription hasCustomer getCustomer",
                 "sql INSERT INTO Site (SITE ,CUSTOMER,upd_flag )VALUES (N'A2',N'C8',0) -> 1"}}},
              {.icount = 2}),
-    FullCopy(kSites, kConfigurations,
+    FullPass(kSites, kConfigurations,
              {{{{"Configuration", "A1"}, {"ConfigurationDescription", "North"}},
                {"getConfiguration hasConfigurationDescription getConfigurationDescription hasSoldtoBusinessPartner "
                 "getConfiguration",
                 "sql UPDATE Site SET SITE = N'A1', DESCRIPTION = N'North', upd_flag = 0 WHERE SITE =N'A1' -> 1"}}},
              {.icount = 1}),
-    FullCopy(kSites, kClusters,
+    FullPass(kSites, kClusters,
              {{{{"Cluster", "A1"}, {"SoldtoBusinessPartner", "C7"}},
                {"getCluster hasDescription hasSoldtoBusinessPartner getSoldtoBusinessPartner getCluster",
                 "sql UPDATE Site SET SITE = N'A1', CUSTOMER = N'C7', upd_flag = 0 WHERE SITE =N'A1' -> 1"}}},
@@ -179,7 +179,7 @@ const Pass kFullCopies[] = {
 };
 
 const Pass kOnlyChanged[] = {
-    OnlyChanged(kSites, kLocations,
+    ChangedPass(kSites, kLocations,
                 {{{{"ActionType", "U"}, {"Location", "A1"}, {"Description", "North"}},
                   {"getLocation hasDescription getDescription hasCustomer getLocation",
                    "sql UPDATE Site SET SITE = N'A1', DESCRIPTION = N'North', upd_flag = 0 WHERE SITE =N'A1' -> 1"}},
@@ -190,7 +190,7 @@ const Pass kOnlyChanged[] = {
                    "hasDescription hasCustomer getLocation hasDescription hasCustomer getCustomer",
                    "sql INSERT INTO Site (SITE ,CUSTOMER,upd_flag )VALUES (N'A3',N'C7',0) -> 1"}}},
                 {.ucount = 1, .icount = 1, .dcount = 1}),
-    OnlyChanged(kSites, kConfigurations,
+    ChangedPass(kSites, kConfigurations,
                 {{{{"ActionType", "D"}, {"Configuration", "A1"}},
                   {"getConfiguration", "sql DELETE FROM Site WHERE SITE=N'A1'"}},
                  {{{"ActionType", "U"}, {"Configuration", "A2"}, {"SoldtoBusinessPartner", "C7"}},
@@ -198,7 +198,7 @@ const Pass kOnlyChanged[] = {
                    "getConfiguration",
                    "sql UPDATE Site SET SITE = N'A2', CUSTOMER = N'C7', upd_flag = 0 WHERE SITE =N'A2' -> 1"}}},
                 {.ucount = 1, .dcount = 1}),
-    OnlyChanged(kSites, kClusters,
+    ChangedPass(kSites, kClusters,
                 {{{{"ActionType", "I"}, {"Cluster", "A1"}, {"Description", "North"}},
                   {"getCluster hasDescription getDescription hasSoldtoBusinessPartner getCluster",
                    "sql UPDATE Site SET SITE = N'A1', DESCRIPTION = N'North', upd_flag = 0 WHERE SITE =N'A1' -> 1"}},
@@ -215,7 +215,7 @@ TEST(CopySite, FollowsTheChangesUnderEachGeneration) {
 }
 
 TEST(CopySite, CopiesWithTheLiteralsOfOracleAndNoStatistics) {
-  Pass full = FullCopy(kSites, kClusters,
+  Pass full = FullPass(kSites, kClusters,
                        {{{{"Cluster", "A1"}, {"Description", ""}},
                          {"getCluster hasDescription getDescription hasSoldtoBusinessPartner getCluster",
                           "sql UPDATE Site SET SITE = N'A1', DESCRIPTION = N' ', upd_flag = 0 WHERE SITE =N'A1' -> 0",
@@ -227,7 +227,7 @@ TEST(CopySite, CopiesWithTheLiteralsOfOracleAndNoStatistics) {
   ExpectPass(full);
 
   Pass onlyChanged =
-      OnlyChanged(kSites, kLocations,
+      ChangedPass(kSites, kLocations,
                   {{{{"ActionType", "D"}, {"Location", ""}}, {"getLocation", "sql DELETE FROM Site WHERE SITE=N' '"}},
                    {{{"ActionType", "U"}, {"Location", "A1"}, {"Customer", ""}},
                     {"getLocation hasDescription hasCustomer getCustomer getLocation",
@@ -263,9 +263,9 @@ TEST(CopySite, DoesNothingUnderAnotherSyncMethodAndSucceeds) {
 }
 
 TEST(CopySite, PutsTheTablesNameIntoEveryStatementInItsOwnCase) {
-  Entity sites = kSites;
+  TestedEntity sites = kSites;
   sites.TableName = "sItE";
-  ExpectPass(FullCopy(sites, kLocations,
+  ExpectPass(FullPass(sites, kLocations,
                       {{{{"Location", "A1"}},
                         {"getLocation hasDescription hasCustomer getLocation",
                          "sql UPDATE sItE SET SITE = N'A1', upd_flag = 0 WHERE SITE =N'A1' -> 0",

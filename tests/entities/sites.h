@@ -5,11 +5,11 @@
 
 namespace zenqay {
 
-inline const Entity kSites = {.copy = &CopyFixture::CopySite,
-                              .apply = CopyFixture::ApplySiteRow(),
-                              .TableName = "Site",
-                              .caption = "Sites",
-                              .onlyChanged = "Site - Only Changed"};
+inline const TestedEntity kSites = {.copy = &CopyFixture::CopySite,
+                                    .apply = CopyFixture::ApplySiteRow(),
+                                    .TableName = "Site",
+                                    .caption = "Sites",
+                                    .onlyChanged = "Site - Only Changed"};
 
 inline const ErpSide kLocations = {.generation = "1",
                                    .managerClass = "Kv40QTMtssmaLocations.LocationsManager",

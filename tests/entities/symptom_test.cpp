@@ -5,11 +5,11 @@
 namespace zenqay {
 namespace {
 
-const Entity kSymptoms = {.copy = &CopyFixture::CopySymptom,
-                          .apply = CopyFixture::ApplySymptomRow(),
-                          .TableName = "Symptom",
-                          .caption = "Symptoms",
-                          .onlyChanged = "Symptoms - Only Changed"};
+const TestedEntity kSymptoms = {.copy = &CopyFixture::CopySymptom,
+                                .apply = CopyFixture::ApplySymptomRow(),
+                                .TableName = "Symptom",
+                                .caption = "Symptoms",
+                                .onlyChanged = "Symptoms - Only Changed"};
 
 const ErpSide kSymptoms1 = {.generation = "1",
                             .managerClass = "Kv40QTMtsspfSymptoms.SymptomsManager",
@@ -23,7 +23,7 @@ const ErpSide kSymptoms1 = {.generation = "1",
 
 const RowFields kEveryField = {{"Symptom", "S1"}, {"Description", "Noise"}};
 
-const Pass kFullCopy = FullCopy(
+const Pass kFullCopy = FullPass(
     kSymptoms, kSymptoms1,
     {{kEveryField,
       {"getSymptom hasDescription getDescription getSymptom",
@@ -38,7 +38,7 @@ const Pass kFullCopy = FullCopy(
 const ListedRow kGone = {{{"ActionType", "D"}, {"Symptom", "S'1"}},
                          {"getSymptom", "sql DELETE FROM Symptom WHERE SYMPTOM = N'S''1'"}};
 
-const Pass kOnlyChanged = OnlyChanged(
+const Pass kOnlyChanged = ChangedPass(
     kSymptoms, kSymptoms1,
     {kGone,
      {{{"ActionType", "U"}, {"Symptom", "S2"}, {"Description", "Smell"}},
@@ -53,14 +53,14 @@ const Pass kOnlyChanged = OnlyChanged(
 
 /// A database that takes a statement without a text: the first row seems to be updated, the second to be inserted.
 Pass FullCopyWithEmptyStatementsUnder(const Text& generation) {
-  return Under(generation, FullCopy(kSymptoms, kSymptoms1,
+  return Under(generation, FullPass(kSymptoms, kSymptoms1,
                                     {{kEveryField, {"sql  -> 1"}}, {{{"Symptom", "S2"}}, {"sql  -> 0", "sql  -> 1"}}},
                                     {.icount = 2}));
 }
 
 /// The deletion does not look at the generation; only the statements of the row operation stay empty.
 Pass OnlyChangedWithEmptyStatementsUnder(const Text& generation) {
-  return Under(generation, OnlyChanged(kSymptoms, kSymptoms1,
+  return Under(generation, ChangedPass(kSymptoms, kSymptoms1,
                                        {kGone,
                                         {{{"ActionType", "U"}, {"Symptom", "S2"}}, {"sql  -> 1"}},
                                         {{{"ActionType", "I"}, {"Symptom", "S3"}}, {"sql  -> 0", "sql  -> 1"}}},
@@ -157,7 +157,7 @@ TEST(CopySymptom, FailsAtTheFirstRowWhenTheDatabaseRefusesAnEmptyStatement) {
 }
 
 TEST(CopySymptom, CountsADeletionWhetherTheTableHeldTheRowOrNot) {
-  ExpectPass(OnlyChanged(kSymptoms, kSymptoms1, {kGone, kGone}, {.dcount = 2}));
+  ExpectPass(ChangedPass(kSymptoms, kSymptoms1, {kGone, kGone}, {.dcount = 2}));
 }
 
 TEST(CopySymptom, ClosesTheManagerAndNamesTheTableAtWhicheverStepAFullCopyFails) {

@@ -4,11 +4,11 @@
 namespace zenqay {
 namespace {
 
-const Entity kWarranties = {.copy = &CopyFixture::CopyWarranty,
-                            .apply = CopyFixture::ApplyWarrantyRow(),
-                            .TableName = "Warranties",
-                            .caption = "Warranties",
-                            .onlyChanged = "Warranties - Only Changed"};
+const TestedEntity kWarranties = {.copy = &CopyFixture::CopyWarranty,
+                                  .apply = CopyFixture::ApplyWarrantyRow(),
+                                  .TableName = "Warranties",
+                                  .caption = "Warranties",
+                                  .onlyChanged = "Warranties - Only Changed"};
 
 const ErpSide kWarranties1 = {.generation = "1",
                               .managerClass = "Kv40QTMtssmaWarranties.WarrantiesManager",
@@ -55,7 +55,7 @@ const ListedRow kGone = {{{"ActionType", " D "}, {"Warranty", "W'1"}},
 
 Pass FullCopyOf(const ErpSide& erp) {
   if (erp.generation == "1") {
-    return FullCopy(kWarranties, erp,
+    return FullPass(kWarranties, erp,
                     {{kEveryField,
                       {"getWarranty hasDescription getDescription getWarranty",
                        "sql UPDATE Warranties SET WARRANTY = N'W1', WDESCRIPTION = N'One year', upd_flag = 0 WHERE "
@@ -67,7 +67,7 @@ Pass FullCopyOf(const ErpSide& erp) {
                        "sql INSERT INTO Warranties (WARRANTY ,upd_flag )VALUES (N'W2',0) -> 1"}}},
                     {.icount = 2});
   }
-  return FullCopy(kWarranties, erp,
+  return FullPass(kWarranties, erp,
                   {{kEveryField,
                     {"getWarranty", kEveryFieldAsked, "getWarranty",
                      "sql UPDATE Warranties SET WARRANTY = N'W1', WDESCRIPTION = N'One year', NUMBER_OF_PERIODS = 12, "
@@ -81,7 +81,7 @@ Pass FullCopyOf(const ErpSide& erp) {
 
 Pass OnlyChangedOf(const ErpSide& erp) {
   if (erp.generation == "1") {
-    return OnlyChanged(kWarranties, erp,
+    return ChangedPass(kWarranties, erp,
                        {{{{"ActionType", "U"}, {"Warranty", "W1"}, {"Description", "One year"}},
                          {"getWarranty hasDescription getDescription getWarranty",
                           "sql UPDATE Warranties SET WARRANTY = N'W1', WDESCRIPTION = N'One year', upd_flag = 0 WHERE "
@@ -89,7 +89,7 @@ Pass OnlyChangedOf(const ErpSide& erp) {
                         kGone},
                        {.ucount = 1, .dcount = 1});
   }
-  return OnlyChanged(
+  return ChangedPass(
       kWarranties, erp,
       {kGone,
        {{{"ActionType", "d"}, {"Warranty", "W2"}, {"PeriodUnit", 5}},
@@ -243,11 +243,11 @@ TEST(CopyWarranty, CopiesOnOracleWithoutStatisticsAndExpiry) {
 }
 
 TEST(CopyWarranty, CountsADeletionWhetherTheTableHeldTheRowOrNot) {
-  ExpectPass(OnlyChanged(kWarranties, kWarranties1, {kGone, kGone}, {.dcount = 2}));
+  ExpectPass(ChangedPass(kWarranties, kWarranties1, {kGone, kGone}, {.dcount = 2}));
 }
 
 TEST(CopyWarranty, DeletesOnATrimmedCapitalDAlone) {
-  ExpectPass(OnlyChanged(kWarranties, kWarranties1,
+  ExpectPass(ChangedPass(kWarranties, kWarranties1,
                          {kGone,
                           {{{"ActionType", " d "}, {"Warranty", "W2"}},
                            {"getWarranty hasDescription getWarranty",

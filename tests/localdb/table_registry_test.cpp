@@ -187,8 +187,11 @@ TEST_F(LoadTableRegistryTest, ReadsTheTableIdThenTheErpTableThenTheNameThenTheCa
 
     LoadTableRegistry(process.process, "", "", kSqlServer);
 
-    EXPECT_EQ(process.RunLog(),
-              Text("\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n\"ZenqayDBSync\",\"no field ") + field + "\"\r\n");
+    EXPECT_EQ(
+        process.RunLog(),
+        Text("\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n\"ZenqayDBSync\",\"Item cannot be found in the collection "
+             "corresponding to the requested name or ordinal.: ") +
+            field + "\"\r\n");
     row[LowerCased(field)] = whole.at(LowerCased(field));
   }
 }

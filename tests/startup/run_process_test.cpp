@@ -164,7 +164,7 @@ TEST(RunProcess, HasOneHandlerProcessWideForTheLengthOfTheJob) {
   EXPECT_EQ(fixture.process.DataCopyHandler, nullptr);
 }
 
-TEST(RunProcessFailure, ReleasesTheHandlerBeforeItIsRecorded) {
+TEST(RunProcessFailure, LeavesNoHandlerBehind) {
   StartFixture fixture;
   fixture.items[2] = "40000";
   const auto session = fixture.components.Make("session");
