@@ -16,6 +16,7 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
   // The listing and its last row outlive the closing of the manager, also behind a failure.
   Enumeration rows;
   Row row;
+  RowKey key(KeysOf(process_, pass.entity));
   try {
     OpenSource(process_, pass.entity, pass.open, erp);
     erp.manager = Manager(RegisterManager(process_, erp.manager.object()));
@@ -26,8 +27,8 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
     if (!rows.IsNothing()) {
       process_.LocalConnection->Execute("UPDATE " + TableName + " SET upd_flag = 1 ");
       while (rows.HasMoreElements()) {
-        row = rows.NextElement();
-        pass.apply(row);
+        row = rows.NextElement(&key);
+        NamingRow(key, [&] { pass.apply(row); });
       }
       icount = CheckedAdd(icount, ucount);
       ucount = 0;
