@@ -49,9 +49,9 @@ TEST(ChildProcess, ReadsItsInputAndSpeaksOnTheChannelAndOnStandardError) {
 }
 
 TEST(ChildProcess, HasNoDescriptorButThose) {
-  ChildProcess child(Shell("ls /proc/$$/fd >&2"));
+  ChildProcess child(Shell("exec ls /proc/self/fd >&2"));
 
-  EXPECT_EQ(AllOf(child), "|0\n1\n2\n3\n");
+  EXPECT_EQ(AllOf(child), "|0\n1\n2\n3\n4\n");  // the last is that of the directory
 }
 
 TEST(ChildProcess, SaysHowItEnded) {
