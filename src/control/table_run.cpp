@@ -49,6 +49,17 @@ Text WithCause(const Text& words, const TableRun& run) {
   return words + ": " + cause;
 }
 
+Text WithoutPassword(const TableRun& run, const Text& text) {
+  return run.task.password.empty() ? text : Replaced(text, run.task.password, "***");
+}
+
+JobFailure WithoutPassword(const TableRun& run, JobFailure failure) {
+  for (Text* text : {&failure.source, &failure.description, &failure.statement, &failure.call, &failure.rowKey}) {
+    *text = WithoutPassword(run, *text);
+  }
+  return failure;
+}
+
 bool IsCrash(const ProcessEnd& end) {
   return end.signal != 0 || end.status != 0;
 }
@@ -148,7 +159,7 @@ bool Hear(TableRun& run, const ChannelLine& line) {
   } else if (line.kind == channel::kRows) {
     run.counts = line.counts;
   } else if (line.kind == channel::kFailure) {
-    if (run.failures.size() < kMostFailures) run.failures.push_back(line.failure);
+    if (run.failures.size() < kMostFailures) run.failures.push_back(WithoutPassword(run, line.failure));
     if (line.failure.during == channel::kDuringRelease) run.releaseFailed = true;
   } else if (line.kind == channel::kInUse) {
     run.told = TableState::InUse;
@@ -165,7 +176,7 @@ bool Hear(TableRun& run, const ChannelLine& line) {
 
 void HearWords(TableRun& run, const Text& line) {
   if (Trim(line).empty()) return;
-  run.lastWords.push_back(WithoutSecrets(line));
+  run.lastWords.push_back(WithoutSecrets(WithoutPassword(run, line)));
   if (run.lastWords.size() > kMostWords) run.lastWords.erase(run.lastWords.begin());
 }
 

@@ -18,6 +18,7 @@ struct TableTask {
   std::int32_t tableId = 0;
   Method method = Method::OnlyChanged;
   Text commandLine;  // holds the password
+  Text password;     // is taken out of whatever the job says
   Text home;
   Text sweepLimit;  // in the place of the home's, for this run
   Text logs;

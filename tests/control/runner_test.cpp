@@ -137,6 +137,20 @@ TEST_F(RunTablesOf, ACrashBeforeTheTableIsTakenCouldNotBegin) {
   EXPECT_EQ(runs[0].words, "the job ended with 70: PWD=***");
 }
 
+TEST_F(RunTablesOf, APasswordDoesNotGetOutOfAJob) {
+  Add("SITE", "say login of zenqay with ge;heim failed\n" + kStarted +
+                  R"({"kind":"failure","number":1,"source":"ge;heim","description":"ge;heim?","statement":"ge;heim",)"
+                  R"("call":"ge;heim","key":"ge;heim","during":"copy"})"
+                  "\n" +
+                  kError)
+      .password = "ge;heim";
+
+  EXPECT_EQ(Run(), 1);
+
+  EXPECT_EQ(runs[0].lastWords, std::vector<Text>{"login of zenqay with *** failed"});
+  EXPECT_EQ(runs[0].failures, (std::vector<JobFailure>{{"", 1, "***", "***?", "", "", "***", "***", "***", "copy"}}));
+}
+
 TEST_F(RunTablesOf, ASilentEndIsNoSuccess) {
   Add("SITE", kBegin + kStarted);
   Add("PRIORITY", "");
