@@ -182,7 +182,9 @@ std::int64_t History::BeginTable(std::int64_t run, const TableRun& table) {
 
 void History::UpdateTable(std::int64_t table, const TableRun& state) {
   Text update = "UPDATE table_run SET " + OutcomeAssignments(state);
-  if (state.state == TableState::Beginning) update += ProcessAssignments(IdentityOf(state.pid));
+  if (state.state == TableState::Beginning) {
+    update += ", started = " + Literal(UtcText(UtcNow())) + ProcessAssignments(IdentityOf(state.pid));
+  }
   if (IsEnd(state.state)) update += ", ended = " + Literal(UtcText(UtcNow()));
   connection_->Execute(update + " WHERE id = " + std::to_string(table));
   if (!IsEnd(state.state)) return;

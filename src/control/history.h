@@ -22,7 +22,7 @@ struct PastTable {
   Text database;
   Text table;
   Text method;
-  Text started;
+  Text started;  // of the last attempt
   Text ended;    // empty while it runs
   Text outcome;  // a StateWord; "lost" when zenqayctl died
   RowCounts counts;

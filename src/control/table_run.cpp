@@ -50,7 +50,7 @@ Text WithCause(const Text& words, const TableRun& run) {
 }
 
 Text WithoutPassword(const TableRun& run, const Text& text) {
-  return run.task.password.empty() ? text : Replaced(text, run.task.password, "***");
+  return Replaced(text, run.task.password, "***");
 }
 
 JobFailure WithoutPassword(const TableRun& run, JobFailure failure) {
