@@ -168,13 +168,13 @@ class Runner {
   }
 
   void Reap() {
-    for (const auto& running : running_) {
+    std::erase_if(running_, [this](const auto& running) {
       const std::optional<ProcessEnd> end = running->process.Ended();
-      if (!end) continue;
+      if (!end) return false;
       Listen(*running, true);
       Settle(*running, *end);
-    }
-    std::erase_if(running_, [](const auto& running) { return running->process.Ended().has_value(); });
+      return true;
+    });
   }
 
   void Settle(const Running& running, const ProcessEnd& end) {

@@ -56,7 +56,8 @@ class FakeJob {
   }
 
   int Run() {
-    Note("begin " + table_);
+    const char* limit = std::getenv("ZENQAY_SWEEP_LIMIT");
+    Note("begin " + table_ + (limit == nullptr ? "" : std::string(" with sweep limit ") + limit));
     int status = 0;
     for (at_ = 0; at_ < deeds_.size() && status == 0 && !ends_; ++at_) status = Do(deeds_[at_]);
     Note("end " + table_);
