@@ -83,7 +83,7 @@ class Section {
 
   /// The value of a key; null when it is missing.
   const toml::node* Find(const char* key) {
-    asked_.emplace_back(key);
+    if (std::find(asked_.begin(), asked_.end(), key) == asked_.end()) asked_.emplace_back(key);
     return table_.get(key);
   }
 
