@@ -164,7 +164,7 @@ SYNOPSIS
 DESCRIPTION
     Without RUN, the runs with their start, duration, tables, rows and outcome, the latest first. With the number of one:
     its tables with their counts, their failure records with the statement or the component call, and the end of the run
-    log of each that was not complete. A run whose zenqayctl died is lost: it is closed when the next one starts.
+    log of each that was not complete. A run whose zenqayctl died is lost.
 
     Runs are kept as long as "keep" in [history] of the job file says, 400 days without it.
 

@@ -145,13 +145,16 @@ History::History(const Text& path) : databases_(std::make_shared<LocalDatabases>
   Migrate(*databases_, connection_, kSteps);
 }
 
-void History::TidyUp(Seconds keep) {
+void History::CloseLost() {
   for (const PastRun& run : Runs(-1)) {
     if (!run.ended.empty() || LifeOf(run.process) != Life::Gone) continue;
     const Text end = "ended = " + Literal(UtcText(UtcNow())) + ", outcome = 'lost' WHERE ended IS NULL AND ";
     connection_->Execute("UPDATE table_run SET " + end + "run = " + std::to_string(run.id));
     connection_->Execute("UPDATE run SET " + end + "id = " + std::to_string(run.id));
   }
+}
+
+void History::Forget(Seconds keep) {
   const Text old =
       "(SELECT id FROM run WHERE ended IS NOT NULL AND started < " + Literal(UtcText(UtcNow() - keep.count())) + ")";
   connection_->Execute("DELETE FROM failure WHERE table_run IN (SELECT id FROM table_run WHERE run IN " + old + ")");
@@ -280,7 +283,8 @@ Text HistoryPath() {
   } else if (!IsSuperUser() && home != nullptr) {
     directory = std::filesystem::path(home) / ".local/state/zenqay";
   }
-  std::filesystem::create_directories(directory);
+  std::error_code ignored;  // the file will say that it cannot be opened
+  std::filesystem::create_directories(directory, ignored);
   return (directory / "history.db").string();
 }
 

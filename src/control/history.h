@@ -48,8 +48,11 @@ class History {
   /// a file that a later zenqayctl has changed.
   explicit History(const Text& path);
 
-  /// Closes as lost what this machine's dead processes left open, and forgets what began longer ago than `keep`.
-  void TidyUp(Seconds keep);
+  /// Closes as lost what this machine's dead processes left open.
+  void CloseLost();
+
+  /// Forgets the runs that have ended and began longer ago than `keep`.
+  void Forget(Seconds keep);
 
   std::int64_t BeginRun(const Text& command, const ProcessIdentity& process);
   void EndRun(std::int64_t run, int status);
@@ -83,7 +86,7 @@ class History {
 void Migrate(Database& databases, const std::shared_ptr<Connection>& connection, std::span<const char* const> steps);
 
 /// The file of this user: in $XDG_STATE_HOME/zenqay or ~/.local/state/zenqay, for the super-user in /var/lib/zenqay.
-/// Its directory is made.
+/// Its directory is made where that is possible.
 Text HistoryPath();
 
 }  // namespace zenqay

@@ -158,6 +158,7 @@ void ShowRun(History& history, const PastRun& run, bool asJson, std::ostream& ou
 
 int ShowHistory(const HistoryOptions& options, Surroundings& surroundings) {
   History history(surroundings.historyPath);
+  history.CloseLost();
   if (!options.run) {
     ListRuns(history, options, surroundings);
     return kAllComplete;

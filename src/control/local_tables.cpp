@@ -84,8 +84,12 @@ DatabaseAccess AccessTo(const JobFile& file, const DatabaseSettings& database, c
 LocalTables::LocalTables(const DatabaseSettings& database, const DatabaseAccess& access, Use use)
     : databases_(std::make_shared<LocalDatabases>()), connection_(databases_->CreateConnection()) {
   connection_->PutConnectionString(access.connection + (use == Use::Read ? ";Mode=Read" : ""));
-  connection_->Open();
-  SelectDatabase(*connection_, database.platform, database.catalogue);
+  try {
+    connection_->Open();
+    SelectDatabase(*connection_, database.platform, database.catalogue);
+  } catch (const RuntimeError& error) {
+    throw RuntimeError(error.number(), error.source(), Replaced(error.description(), access.password, "***"));
+  }
 }
 
 std::vector<LocalTable> LocalTables::OfGeneration(const Text& generation) {

@@ -31,7 +31,8 @@ class HistoryListener : public RunListener {
       : surroundings_(surroundings) {
     Try([&] {
       history_.emplace(surroundings.historyPath);
-      history_->TidyUp(file.keepHistory);
+      history_->CloseLost();
+      history_->Forget(file.keepHistory);
       run_ = history_->BeginRun(options.commandWords, OwnIdentity());
     });
   }
@@ -105,7 +106,7 @@ class RunPlan {
     try {
       known = Registered(job, database, access);
     } catch (const RuntimeError& error) {
-      return AddUnreached(job, database, Replaced(error.description(), access.password, "***"));
+      return AddUnreached(job, database, error.description());
     }
     for (const LocalTable& table : ChooseTables(job, erp.generation, known, options_.tables)) {
       TableRun& run = Add(job, table.name);

@@ -94,6 +94,7 @@ int ShowStatus(const JobFile& file, const std::vector<Text>& jobs, bool json, Su
     for (const auto& [name, job] : file.jobs) names.push_back(name);
   }
   History history(surroundings.historyPath);
+  history.CloseLost();
   const std::int64_t now = UtcNow();
   std::vector<std::vector<Text>> rows = {{"JOB", "TABLE", "UPDATED (UTC)", "AGE", "STATE", "LAST RUN"}};
   Json list = Json::array();

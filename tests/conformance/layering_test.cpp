@@ -18,11 +18,12 @@ namespace {
 /// The names that each file includes, as they are written there. A file's own name is its path below the root.
 using SourceTree = std::map<Text, std::vector<Text>>;
 
-/// From the bottom to the top. `check` looks at a job's surroundings and `control` starts jobs as processes; what stands
-/// beside the folders are the programs' entries, above all of them.
-const std::map<Text, int> kRanks = {
-    {"base", 0}, {"contracts", 1},  {"system", 2},   {"trace", 3},    {"process", 4}, {"localdb", 5},  {"engines", 6},
-    {"erp", 7},  {"components", 8}, {"entities", 9}, {"postcopy", 9}, {"job", 10},    {"startup", 11}, {"check", 12}, {"control", 13}};
+/// From the bottom to the top. `check` looks at a job's surroundings and `control` starts jobs as processes; what
+/// stands beside the folders are the programs' entries, above all of them.
+const std::map<Text, int> kRanks = {{"base", 0},       {"contracts", 1}, {"system", 2},   {"trace", 3},
+                                    {"process", 4},    {"localdb", 5},   {"engines", 6},  {"erp", 7},
+                                    {"components", 8}, {"entities", 9},  {"postcopy", 9}, {"job", 10},
+                                    {"startup", 11},   {"check", 12},    {"control", 13}};
 constexpr int kEntryRank = 14;
 
 /// The headers of a foreign library, which one folder may see.

@@ -81,7 +81,7 @@ TEST_F(HistoryOf, ClosesAsLostWhatADeadProcessLeftOpen) {
   history.BeginRun("run", elsewhere);
   history.BeginRun("run", OwnIdentity());
 
-  history.TidyUp(Seconds(3600));
+  history.CloseLost();
 
   EXPECT_EQ(Outcomes(), "3 running\n2 running\n1 lost\n");
   EXPECT_EQ(TablesText(lost), "1 SITE lost 0 0 0 0 \n");
@@ -96,7 +96,7 @@ TEST_F(HistoryOf, ForgetsWhatIsOlderThanItsAge) {
   history.BeginRun("still running", OwnIdentity());
   history.EndRun(run, 1);
 
-  history.TidyUp(Seconds(-10));
+  history.Forget(Seconds(-10));
 
   EXPECT_EQ(Outcomes(), "2 running\n");
   EXPECT_EQ(TablesText(run), "");
