@@ -79,7 +79,7 @@ void clsDataCopy::StoreWarrantyExpiry(Recordset& row) {
   if (baseDate <= kZeroDate) return;
 
   DateTime expiry = kZeroDate;
-  ComputeWarrantyExpiry(baseDate, numberOfPeriods, periodUnit, expiry);
+  Naming("NUMBER_OF_PERIODS", [&] { ComputeWarrantyExpiry(baseDate, numberOfPeriods, periodUnit, expiry); });
   Text update = "UPDATE OBJECT SET WEXPIRY_DATE = ";
   update += "CONVERT(DATETIME,'" + DateText(expiry) + "',101)";
   update += " Where OBJECT.SITE = " + EncodeSqlString(process_, row.FieldValue("SITE").Joined());
