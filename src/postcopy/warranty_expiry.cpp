@@ -38,11 +38,13 @@ Text ObjectAt(const Recordset& row) {
 }
 
 std::int32_t NumberIn(const Recordset& row, const char* column) {
-  return Naming(column, [&] { return row.FieldValue(column).AsInt32(); });
+  const Value value = row.FieldValue(column);
+  return Naming(column, [&] { return value.AsInt32(); });
 }
 
 DateTime DateIn(const Recordset& row, const char* column) {
-  return Naming(column, [&] { return row.FieldValue(column).AsDateTime(); });
+  const Value value = row.FieldValue(column);
+  return Naming(column, [&] { return value.AsDateTime(); });
 }
 
 }  // namespace
