@@ -56,7 +56,7 @@ RuntimeError RuntimeError::With(const Text& statement) const noexcept {
 }
 
 RuntimeError RuntimeError::OfCall(std::string_view operation) const noexcept {
-  if (!call().empty() || !items().empty()) return *this;
+  if (!call().empty()) return *this;
   return Changed([&](Facts& facts) {
     facts.call = operation;
     const bool isNamed = facts.description.find(operation) != Text::npos;
@@ -68,9 +68,8 @@ RuntimeError RuntimeError::OfRow(const Text& row) const noexcept {
   if (row.empty()) return *this;
   return Changed([&](Facts& facts) {
     facts.row = row;
-    if (!facts.items.empty()) return;
-    const bool endsWithCall = !facts.call.empty() && facts.description.ends_with(facts.call);
-    facts.description.append(endsWithCall ? " of " : ": ").append(row);
+    if (facts.call.empty()) return;
+    facts.description.append(facts.description.ends_with(facts.call) ? " of " : ": ").append(row);
   });
 }
 

@@ -87,9 +87,9 @@ class RuntimeError : public std::exception {
   /// it is where a call is known, or memory is missing.
   RuntimeError OfCall(std::string_view operation) const noexcept;
 
-  /// The same failure, met at this row, which stands behind the description: "Invalid use of Null: getCustomer of
-  /// Location=A1". What a database reported keeps its description. As it is where the row is unknown, or memory is
-  /// missing.
+  /// The same failure, met at this row, which stands behind the description of a failed call: "Invalid use of Null:
+  /// getCustomer of Location=A1". What a database reported keeps its description. As it is where the row is unknown, or
+  /// memory is missing.
   RuntimeError OfRow(const Text& row) const noexcept;
 
  private:

@@ -133,7 +133,7 @@ void TableCheck::CheckDeliveries() {
   const std::shared_ptr<Recordset> rows = process_.database.CreateRecordset();
   rows->Open(Text("SELECT OBJECT.SITE, OBJECT.OBJECT, OBJECT.OBJECTNR FROM ") + kExpiryJoin +
                  " WHERE OBJECT.DELIVERY_DATE IS NULL AND WARRANTIES.WARRANTY_TYPE <> " +
-                 std::to_string(kFromInstallation),
+                 std::to_string(kFromInstallation) + " ORDER BY OBJECT.SITE, OBJECT.OBJECT, OBJECT.OBJECTNR",
              connection_, CursorType::Static, LockType::ReadOnly, CommandType::SqlText);
   const std::int32_t count = rows->RecordCount();
   Text shown;
