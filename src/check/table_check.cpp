@@ -27,7 +27,7 @@ class TableCheck {
   void CheckExpiry();
   void CheckDeliveries();
   void CheckState();
-  Text CurrentUpTo(Recordset& state);
+  Text CurrentUpTo(const Recordset& state) const;
 
   void Mend(const Text& detail) {
     report_.Mend(step_, detail);
@@ -175,7 +175,7 @@ void TableCheck::CheckState() {
 }
 
 /// As an only-changed pass reads it; empty when there is none. A full copy only overwrites it.
-Text TableCheck::CurrentUpTo(Recordset& state) {
+Text TableCheck::CurrentUpTo(const Recordset& state) const {
   const Value lutm = state.FieldValue("lutm");
   if (line_.syncMethod != kOnlyChanged && !lutm.Is<DateTime>()) return lutm.Joined();
   return lutm.IsGreaterThan(0) ? IsoText(lutm.AsDateTime()) : "";

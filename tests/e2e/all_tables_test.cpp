@@ -230,7 +230,7 @@ std::string Expected(const std::string& generation) {
   return generation == "1" ? kGeneration1 : generation == "3" ? kGeneration3 : kGeneration8;
 }
 
-class AllTablesOf : public testing::TestWithParam<const char*> {
+class AllTablesOf : public testing::TestWithParam<std::string> {
  protected:
   std::string generation() const { return GetParam(); }
 };

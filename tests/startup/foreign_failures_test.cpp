@@ -81,7 +81,7 @@ std::size_t StepsOf(const Text& SyncMethod) {
   return static_cast<std::size_t>(std::count(journal.begin(), journal.end(), '\n'));
 }
 
-class ForeignFailureTest : public testing::TestWithParam<const char*> {};
+class ForeignFailureTest : public testing::TestWithParam<Text> {};
 
 TEST_P(ForeignFailureTest, GoesTheWayOfARuntimeErrorAtEachStepOfAProcess) {
   const std::size_t steps = StepsOf(GetParam());
@@ -99,7 +99,7 @@ TEST_P(ForeignFailureTest, GoesTheWayOfARuntimeErrorAtEachStepOfAProcess) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, ForeignFailureTest, testing::Values("1", "2"),
-                         [](const auto& method) { return Text(*method.param == '1' ? "FullCopy" : "OnlyChanged"); });
+                         [](const auto& method) { return Text(method.param == "1" ? "FullCopy" : "OnlyChanged"); });
 
 TEST(ForeignFailureInACopy, LeavesTheTableFreeItsRecordInTheRunLogAndTheEventsTold) {
   for (const char* failing : {"locations.List(\"\", high(10))", "rows.nextElement()", "row1.getLocation()",
