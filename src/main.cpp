@@ -4,9 +4,11 @@
 #include "base/secrets.h"
 #include "components/component_catalogue.h"
 #include "engines/databases.h"
+#include "process/interruptible_components.h"
 #include "startup/modStartUp.h"
 #include "startup/program_help.h"
 #include "system/os_platform.h"
+#include "system/stop_request.h"
 #include "trace/traced_process.h"
 
 namespace {
@@ -21,12 +23,16 @@ void Run(OsPlatform& platform) {
   }
   ComponentCatalogue catalogue(platform.ProgramDirectory());
   if (!catalogue.remark().empty()) platform.NameCause(catalogue.remark());
-  LocalDatabases databases;
+  ListenForStopRequests();
+  const auto stopRequest = std::make_shared<StopRequest>();
+  LocalDatabases databases(stopRequest);
   if (Trace* trace = catalogue.trace()) {
-    TracedProcess traced(platform, catalogue, databases, *trace);
+    TracedProcess traced(platform, catalogue, databases, *trace, stopRequest);
     RunProcess(traced.process, commandLine);
   } else {
-    modDeclarations process{.platform = platform, .components = catalogue, .database = databases};
+    InterruptibleComponents components(catalogue, *stopRequest);
+    modDeclarations process{
+        .platform = platform, .components = components, .database = databases, .interruption = stopRequest};
     RunProcess(process, commandLine);
   }
 }

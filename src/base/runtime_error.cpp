@@ -80,6 +80,8 @@ const char* FaultText(PlatformFault fault) {
       return "Subscript out of range";
     case PlatformFault::TypeMismatch:
       return "Type mismatch";
+    case PlatformFault::UserInterrupt:
+      return "User interrupt occurred";
     case PlatformFault::BadFileNumber:
       return "Bad file name or number";
     case PlatformFault::FileNotFound:

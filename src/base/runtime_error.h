@@ -17,6 +17,7 @@ enum class PlatformFault : std::int32_t {
   OutOfMemory = 7,
   SubscriptOutOfRange = 9,
   TypeMismatch = 13,
+  UserInterrupt = 18,
   BadFileNumber = 52,
   FileNotFound = 53,
   FileAlreadyOpen = 55,

@@ -40,6 +40,7 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
     row.Release();
   } catch (...) {
     const RuntimeError error = ErrorInFlight();
+    process_.interruption->Forbid();
     WriteErrorLog(process_, error);
     erp.manager.Close();
     rows.Release();

@@ -101,6 +101,7 @@ void clsDataCopy::CopyOnlyChanged(const Text& TableName, const Text& KXWBusCompo
     WriteTableRunLog(process_, TableName, icount, ucount, dcount);
   } catch (...) {
     const RuntimeError error = ErrorInFlight();
+    process_.interruption->Forbid();
     // The manager is not closed on this path, neither here nor above; it goes with its last reference.
     WriteErrorLog(process_, error);
     RaiseCopyFailure(error, pass.failureSource, pass.entity, pass.erp.erpLabel);

@@ -47,12 +47,16 @@ CopyResult clsDataCopy::CopySingleTable(const Text&, const Text&, std::int16_t T
     process_.LocalErrors = process_.LocalConnection->ErrorCollection();
     process_.LocalRecordset->PutActiveConnection(process_.LocalConnection);
     if (IsCopyInProgress(process_, TableName)) return CopyResult::InUse;
+    if (process_.interruption->isRequested()) return CopyResult::Stopped;
     SetCopyInProgress(process_, TableName);
     RaiseStarted(TableID);
+    process_.interruption->Allow();
     Dispatch(TableName, KXWBusComponent, SyncMethod);
     RunPostCopy(TableName);
+    process_.interruption->Forbid();
   } catch (...) {
     const RuntimeError error = ErrorInFlight();
+    process_.interruption->Forbid();
     // The release runs also when this run never took the table.
     WriteErrorLog(process_, error);
     ReleaseCopyInProgress(process_, TableName);
@@ -96,6 +100,8 @@ void clsDataCopy::RaiseResult(CopyResult result, const Value& tableId) {
       return RaiseError(tableId);
     case CopyResult::Done:
       return RaiseComplete(tableId);
+    case CopyResult::Stopped:
+      throw RuntimeError(PlatformFault::UserInterrupt);
   }
 }
 

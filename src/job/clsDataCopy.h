@@ -18,6 +18,7 @@ struct OnlyChangedPass;
 enum class CopyResult : std::int16_t {
   Done = 0,    // it ran to its end, also when the table's name was unknown
   InUse = 1,   // another copy holds the table; nothing was done
+  Stopped = 2,  // the job was asked to stop before it took the table; nothing was done
   Failed = -1  // the failure is in the run log and the table has been released
 };
 
@@ -28,13 +29,15 @@ class clsDataCopy {
   clsDataCopy& operator=(const clsDataCopy&) = delete;
 
   /// Copies one table. `LogFilePath` is the directory of the run logs. What fails outside the table's copy itself
-  /// leaves this operation: no event is raised then and LocalConnection stays open.
+  /// leaves this operation: no event is raised then and LocalConnection stays open. So does 18, when the job is asked
+  /// to stop before it takes the table.
   void StartDataCopy(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
                      std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent,
                      const Value& DatabasePlatform);
 
   /// Copies every table of the generation's group, one after the other, on one connection. A table that fails or is in
-  /// use does not stop the next; what fails outside a table's copy leaves this operation.
+  /// use does not stop the next; what fails outside a table's copy leaves this operation. When the job is asked to stop,
+  /// no further table is begun.
   void CopyAllTables(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t SyncMethod,
                      const Text& LogFilePath, const Text& KXWBusComponent, const Value& DatabasePlatform);
 

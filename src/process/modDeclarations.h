@@ -7,6 +7,7 @@
 
 #include "contracts/connection.h"
 #include "contracts/data_copy_events.h"
+#include "contracts/interruption.h"
 #include "contracts/platform.h"
 
 namespace pugi {
@@ -33,6 +34,9 @@ struct modDeclarations {
 
   /// Who hears the job's events, given the handler's sinks: the sinks themselves, or what stands in front of them.
   std::function<DataCopyEvents&(DataCopyEvents& sinks)> eventsThrough = std::identity();
+
+  /// Whether the job is asked to stop. The seams know the same one.
+  std::shared_ptr<Interruption> interruption = std::make_shared<Interruption>();
 
   /// The `productid` of this system's rows in `tstables`. Related products are 4009 and 1028; where behaviour depends
   /// on the product, the code compares this value. Nothing but a test ever changes it.

@@ -10,7 +10,8 @@ std::optional<Text> AnswerToQuestion(const Text& commandLine, const Text& progra
 
 const char* ItemsHelp() {
   return R"(The items are separated by "{}" and not quoted; several arguments are joined
-with single blanks.
+with single blanks. With "-" as the only argument the line is read from standard
+input, to its end; so the password in it stands in no process list.
 
    1  connection string of the local database
    2  database (SQL Server) or schema (Oracle); may be blank
@@ -33,6 +34,7 @@ Text JobHelp() {
 
 USAGE
   zenqay-dbsync ITEM{}ITEM{}...
+  zenqay-dbsync - < FILE
   zenqay-dbsync --help | --version
 
 One process runs one job: it copies one table, or all tables of a generation's

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "contracts/interruption.h"
 #include "engines/engine.h"
 
 namespace zenqay {
@@ -20,6 +21,7 @@ struct OdbcOptions {
   Access access = Access::ReadWrite;
   TimeLimits limits;
   RowCommit rowCommit = RowCommit::Later;
+  std::shared_ptr<Interruption> interruption;  // null for a session whose statements are never broken off
 };
 
 /// One connection of one driver, with one statement at a time on it, so a driver that allows no more is enough.

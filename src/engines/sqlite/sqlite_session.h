@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "contracts/interruption.h"
 #include "engines/engine.h"
 
 struct sqlite3;
@@ -17,8 +18,10 @@ class SqliteSession : public EngineSession {
  public:
   /// Opens the file that `dataSource` names, as composed, with "\". Raises -2147467259, naming the
   /// file, when it is missing, is no database or may not be read and written. With ReadOnly it need not be writable,
-  /// and neither it nor its directory is changed.
-  explicit SqliteSession(const Text& dataSource, Access access = Access::ReadWrite);
+  /// and neither it nor its directory is changed. A statement that waits for another process does so until the
+  /// interruption ends it, and raises 18 then.
+  explicit SqliteSession(const Text& dataSource, Access access = Access::ReadWrite,
+                         std::shared_ptr<Interruption> interruption = std::make_shared<Interruption>());
 
   std::int64_t Run(const Text& statement, bool countRows) override;
   void Query(const Text& statement, RowStore& rows) override;
@@ -46,6 +49,7 @@ class SqliteSession : public EngineSession {
   void ReadRows(const Statement& prepared, RowStore& rows);
   void AddField(const Statement& prepared, int column, bool isDate, RowStore& rows);
 
+  std::shared_ptr<Interruption> interruption_;
   std::unique_ptr<sqlite3, CloseDatabase> database_;
   Text translated_;  // kept for its memory
   Text defaultDatabase_;
