@@ -40,12 +40,11 @@ std::unique_ptr<EngineSession> OpenSession(const Text& connectionString, const T
   Text driversOwn = read.Value(kRowCommit).empty() ? connectionString : WithoutEntry(connectionString, kRowCommit);
   if (readsOnly) driversOwn = WithoutEntry(driversOwn, "Mode");
   const bool waits = EqualsIgnoringCase(read.Value(kRowCommit), "AtOnce");
-  return std::make_unique<OdbcSession>(
-      driversOwn,
-      OdbcOptions{.access = access,
-                  .limits = limits,
-                  .rowCommit = waits ? RowCommit::AtOnce : RowCommit::Later,
-                  .interruption = interruption});
+  return std::make_unique<OdbcSession>(driversOwn,
+                                       OdbcOptions{.access = access,
+                                                   .limits = limits,
+                                                   .rowCommit = waits ? RowCommit::AtOnce : RowCommit::Later,
+                                                   .interruption = interruption});
 }
 
 }  // namespace

@@ -16,10 +16,10 @@ struct OnlyChangedPass;
 
 /// What a table's copy came to.
 enum class CopyResult : std::int16_t {
-  Done = 0,    // it ran to its end, also when the table's name was unknown
-  InUse = 1,   // another copy holds the table; nothing was done
+  Done = 0,     // it ran to its end, also when the table's name was unknown
+  InUse = 1,    // another copy holds the table; nothing was done
   Stopped = 2,  // the job was asked to stop before it took the table; nothing was done
-  Failed = -1  // the failure is in the run log and the table has been released
+  Failed = -1   // the failure is in the run log and the table has been released
 };
 
 class clsDataCopy {
@@ -36,8 +36,8 @@ class clsDataCopy {
                      const Value& DatabasePlatform);
 
   /// Copies every table of the generation's group, one after the other, on one connection. A table that fails or is in
-  /// use does not stop the next; what fails outside a table's copy leaves this operation. When the job is asked to stop,
-  /// no further table is begun.
+  /// use does not stop the next; what fails outside a table's copy leaves this operation. When the job is asked to
+  /// stop, no further table is begun.
   void CopyAllTables(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t SyncMethod,
                      const Text& LogFilePath, const Text& KXWBusComponent, const Value& DatabasePlatform);
 

@@ -27,9 +27,9 @@ struct ProgramRun {
 struct ProgramSettings {
   std::string program = ZENQAY_PROGRAM;
   std::string timeZone = "UTC";
-  std::vector<int> closedStreams;    // descriptors of standard streams that the program does not get
-  std::vector<std::string> wrapper;  // a program and its arguments that start this one
-  std::optional<std::string> input;  // what standard input holds; without it, that of the tests
+  std::vector<int> closedStreams;      // descriptors of standard streams that the program does not get
+  std::vector<std::string> wrapper;    // a program and its arguments that start this one
+  std::optional<std::string> input;    // what standard input holds; without it, that of the tests
   std::vector<std::string> variables;  // of its environment, "NAME=value", besides those of the tests
 };
 
