@@ -1,6 +1,8 @@
 // Breaking a pass off.
 #pragma once
 
+#include <atomic>
+
 #include "base/runtime_error.h"
 
 namespace zenqay {
@@ -20,12 +22,12 @@ class Interruption {
   /// The same for one who waits, and can take the time to look further.
   virtual bool IsRequestedMeanwhile() { return isRequested(); }
 
-  void Allow() { isAllowed_ = true; }
-  void Forbid() { isAllowed_ = false; }
+  void Allow() { isAllowed_.store(true, std::memory_order_relaxed); }
+  void Forbid() { isAllowed_.store(false, std::memory_order_relaxed); }
 
   /// Raises 18 where the pass is to be broken off.
   void Check() const {
-    if (isAllowed_ && isRequested()) throw RuntimeError(PlatformFault::UserInterrupt);
+    if (isAllowed() && isRequested()) throw RuntimeError(PlatformFault::UserInterrupt);
   }
 
   /// For a failure path behind which a pass goes on: raises 18 again, since nothing goes on behind that.
@@ -34,10 +36,12 @@ class Interruption {
   }
 
   /// True where what a statement waits for is to be waited for no longer.
-  bool EndsWait() { return isAllowed_ && IsRequestedMeanwhile(); }
+  bool EndsWait() { return isAllowed() && IsRequestedMeanwhile(); }
 
  private:
-  bool isAllowed_ = false;
+  bool isAllowed() const { return isAllowed_.load(std::memory_order_relaxed); }
+
+  std::atomic<bool> isAllowed_ = false;  // a statement's wait may be watched from another thread
 };
 
 }  // namespace zenqay

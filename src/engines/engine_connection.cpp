@@ -71,6 +71,14 @@ void EngineConnection::Close() {
   });
 }
 
+bool EngineConnection::TakeLock(const Text& name) {
+  return Reporting(*errors_, "", [&] { return Session().TakeLock(name); });
+}
+
+void EngineConnection::GiveLockBack(const Text& name) {
+  Reporting(*errors_, "", [&] { Session().GiveLockBack(name); });
+}
+
 std::unique_ptr<QueryRows> EngineConnection::RowsOf(const Text& query, CursorType, LockType, CommandType) {
   return Reporting(*errors_, query, [&] {
     EngineSession& session = Session();
@@ -87,7 +95,7 @@ std::int64_t EngineConnection::Run(const Text& statement, Count count) {
     EngineSession& session = Session();
     RequireCommandText(statement);
     interruption_->Check();
-    return session.Run(statement, count == Count::Asked);
+    return session.Run(statement, count != Count::NotAsked);
   });
 }
 

@@ -26,6 +26,8 @@ class EngineConnection : public Connection {
   Text DefaultDatabase() override;
   std::shared_ptr<Errors> ErrorCollection() override { return errors_; }
   void Close() override;
+  bool TakeLock(const Text& name) override;
+  void GiveLockBack(const Text& name) override;
 
   std::int64_t Run(const Text& statement, Count count) override;
 

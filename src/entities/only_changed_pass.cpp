@@ -89,11 +89,15 @@ void clsDataCopy::CopyOnlyChanged(const Text& TableName, const Text& KXWBusCompo
   ChangeListing listing;
   try {
     ListChanges(process_, TableName, KXWBusComponent, pass, listing);
+    RowCounts counts;
     while (listing.rows.HasMoreElements()) {
       listing.row = listing.rows.NextElement();
       const Text action = Trim(listing.row.GetText("getActionType"));
       pass.change(listing.row, action);
+      counts = {.met = counts.met + 1, .inserted = icount, .updated = ucount, .deleted = dcount};
+      process_.listener->RowDone(counts);
     }
+    process_.listener->PassDone(counts, std::nullopt);
     if (ConvertErpDateToSql(process_, listing.toDate, false)) {
       lutm = process_.DateLiteral;
       SetLastUpdateTime(process_, TableName, lutm);

@@ -19,7 +19,7 @@ void clsDataCopy::CopyAllTables(const Text& ConnectionString, const Text& LocalD
   while (!group->AtEnd() && !process_.interruption->isRequested()) {
     SetRunLogPath(LogFilePath, tableId.AsInt32());
     const CopyResult result =
-        CopySingleTable(ConnectionString, LocalDatabase, tableId.AsInt16(), SyncMethod, LogFilePath, KXWBusComponent);
+        CopyGuardedTable(ConnectionString, LocalDatabase, tableId.AsInt16(), SyncMethod, LogFilePath, KXWBusComponent);
     if (result == CopyResult::Stopped) break;
     RaiseResult(result, tableId);
     group->MoveNext();

@@ -53,6 +53,10 @@ class clsDataCopy {
   CopyResult CopySingleTable(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
                              std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent);
 
+  /// The same, and around it the lock of the table where jobs use one.
+  CopyResult CopyGuardedTable(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
+                              std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent);
+
   // The entities, in their order: what each is, and its operations. CopyX chooses the pass by the sync method: 1 full,
   // 2 only changed, else nothing.
   friend std::span<const Entity* const> Entities();
@@ -131,6 +135,7 @@ class clsDataCopy {
   // The two passes, which every entity shares.
   void CopyFull(const Text& TableName, const Text& KXWBusComponent, const FullCopy& pass);
   void CopyOnlyChanged(const Text& TableName, const Text& KXWBusComponent, OnlyChangedPass& pass);
+  void Sweep(const Text& TableName, RowCounts counts);
   [[noreturn]] void RaiseCopyFailure(const RuntimeError& error, const Text& failureSource, const Entity& entity,
                                      const Text& erpLabel);
 
@@ -144,6 +149,7 @@ class clsDataCopy {
   void CountDelete(const SqlText& deletion);
 
   // The steps of CopySingleTable and of the two public operations.
+  void TakeOver(const Text& TableName);
   void Dispatch(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void RunPostCopy(const Text& TableName);
   void SetRunLogPath(const Text& directory, std::int32_t tableId);

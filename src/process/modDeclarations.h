@@ -8,7 +8,9 @@
 #include "contracts/connection.h"
 #include "contracts/data_copy_events.h"
 #include "contracts/interruption.h"
+#include "contracts/job_listener.h"
 #include "contracts/platform.h"
+#include "process/safeguards.h"
 
 namespace pugi {
 class xml_document;
@@ -37,6 +39,10 @@ struct modDeclarations {
 
   /// Whether the job is asked to stop. The seams know the same one.
   std::shared_ptr<Interruption> interruption = std::make_shared<Interruption>();
+
+  std::shared_ptr<JobListener> listener = std::make_shared<JobListener>();
+
+  Safeguards safeguards;
 
   /// The `productid` of this system's rows in `tstables`. Related products are 4009 and 1028; where behaviour depends
   /// on the product, the code compares this value. Nothing but a test ever changes it.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <system_error>
 #include <thread>
 
@@ -96,7 +97,7 @@ SqliteSession::SqliteSession(const Text& dataSource, Access access, std::shared_
     : interruption_(std::move(interruption)) {
   if (dataSource.empty())
     RaiseOpenFailure("no file to open", "the connection string has no Data Source", SQLITE_CANTOPEN);
-  const Text path = FilePath(dataSource);
+  const Text path = path_ = FilePath(dataSource);
   const bool readsOnly = access == Access::ReadOnly;
   const ReadOnlyFile file = readsOnly ? ReadOnlyFile::At(path) : ReadOnlyFile{};
   if (readsOnly) {
@@ -146,6 +147,20 @@ void SqliteSession::Query(const Text& statement, RowStore& rows) {
       }
     }
   }
+}
+
+bool SqliteSession::TakeLock(const Text& name) {
+  if (!locks_) {
+    // By its real name, however a job comes to it.
+    std::error_code ignored;
+    const std::filesystem::path real = std::filesystem::canonical(path_, ignored);
+    locks_.emplace(real.string() + "-lock");
+  }
+  return locks_->Take(LowerCased(name));
+}
+
+void SqliteSession::GiveLockBack(const Text& name) {
+  if (locks_) locks_->GiveBack(LowerCased(name));
 }
 
 void SqliteSession::CloseDatabase::operator()(sqlite3* database) const {

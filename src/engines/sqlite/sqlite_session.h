@@ -2,9 +2,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "contracts/interruption.h"
 #include "engines/engine.h"
+#include "system/file_lock.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -30,6 +32,11 @@ class SqliteSession : public EngineSession {
   void PutDefaultDatabase(const Text& name) override { defaultDatabase_ = name; }
   Text DefaultDatabase() override { return defaultDatabase_; }
 
+  /// A lock on a file beside the database, "-lock" behind its name, which the operating system gives up with the
+  /// process. Raises 5 on a disk of the network, whose locks are not to be relied on.
+  bool TakeLock(const Text& name) override;
+  void GiveLockBack(const Text& name) override;
+
  private:
   struct CloseDatabase {
     void operator()(sqlite3* database) const;
@@ -50,6 +57,8 @@ class SqliteSession : public EngineSession {
   void AddField(const Statement& prepared, int column, bool isDate, RowStore& rows);
 
   std::shared_ptr<Interruption> interruption_;
+  Text path_;
+  std::optional<FileLock> locks_;
   std::unique_ptr<sqlite3, CloseDatabase> database_;
   Text translated_;  // kept for its memory
   Text defaultDatabase_;
