@@ -17,19 +17,23 @@ const Text kNoText;
 /// Made while there is memory.
 const RuntimeError kOutOfMemory(PlatformFault::OutOfMemory);
 
+bool IsInterruption(std::int32_t number) {
+  return number == static_cast<std::int32_t>(PlatformFault::UserInterrupt);
+}
+
 }  // namespace
 
 RuntimeError::RuntimeError(Facts facts) : facts_(std::make_shared<const Facts>(std::move(facts))) {}
 
 RuntimeError::RuntimeError(std::int32_t number, Text source, Text description)
-    : RuntimeError(Facts{number, std::move(source), std::move(description), {}, {}}) {}
+    : RuntimeError(Facts{number, std::move(source), std::move(description), {}, {}, {}, {}}) {}
 
 RuntimeError::RuntimeError(PlatformFault fault, std::string_view about, Text source)
     : RuntimeError(static_cast<std::int32_t>(fault), std::move(source), Described(fault, about)) {}
 
 RuntimeError::RuntimeError(std::vector<ProviderError> items)
-    : RuntimeError(Facts{items.front().Number, items.front().Source, items.front().Description, std::move(items), {}}) {
-}
+    : RuntimeError(
+          Facts{items.front().Number, items.front().Source, items.front().Description, std::move(items), {}, {}, {}}) {}
 
 const Text& RuntimeError::sqlState() const noexcept {
   return items().empty() ? kNoText : items().front().SqlState;
@@ -39,15 +43,39 @@ std::int32_t RuntimeError::nativeError() const noexcept {
   return items().empty() ? 0 : items().front().NativeError;
 }
 
-RuntimeError RuntimeError::With(const Text& statement) const noexcept {
-  if (statement.empty()) return *this;
+template <typename Change>
+RuntimeError RuntimeError::Changed(Change change) const noexcept {
   try {
     Facts facts = *facts_;
-    facts.statement = statement;
+    change(facts);
     return RuntimeError(std::move(facts));
   } catch (const std::bad_alloc&) {
     return *this;
   }
+}
+
+RuntimeError RuntimeError::With(const Text& statement) const noexcept {
+  if (statement.empty()) return *this;
+  return Changed([&](Facts& facts) { facts.statement = statement; });
+}
+
+RuntimeError RuntimeError::OfCall(std::string_view operation) const noexcept {
+  if (!call().empty() || !items().empty() || IsInterruption(number())) return *this;
+  return Changed([&](Facts& facts) {
+    facts.call = operation;
+    const bool isNamed = facts.description.find(operation) != Text::npos;
+    if (!isNamed) facts.description.append(": ").append(operation);
+  });
+}
+
+RuntimeError RuntimeError::OfRow(const Text& row) const noexcept {
+  if (row.empty() || IsInterruption(number())) return *this;
+  return Changed([&](Facts& facts) {
+    facts.row = row;
+    if (!facts.items.empty()) return;
+    const bool endsWithCall = !facts.call.empty() && facts.description.ends_with(facts.call);
+    facts.description.append(endsWithCall ? " of " : ": ").append(row);
+  });
 }
 
 RuntimeError ErrorInFlight() noexcept {

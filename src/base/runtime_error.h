@@ -75,8 +75,23 @@ class RuntimeError : public std::exception {
   /// was none.
   const Text& statement() const noexcept { return facts_->statement; }
 
+  /// The operation of a component whose call failed, or the field whose value did not serve; empty where it was none.
+  const Text& call() const noexcept { return facts_->call; }
+
+  /// What is known of the key of the ERP row that was at hand; empty where none was.
+  const Text& row() const noexcept { return facts_->row; }
+
   /// The same failure, about this statement; as it is where memory for that is missing.
   RuntimeError With(const Text& statement) const noexcept;
+
+  /// The same failure, of this call or field, which stands behind the description unless it is named there already; as
+  /// it is where a call is known, memory is missing, or the pass was broken off, which is nobody's fault.
+  RuntimeError OfCall(std::string_view operation) const noexcept;
+
+  /// The same failure, met at this row, which stands behind the description: "Invalid use of Null: getCustomer of
+  /// Location=A1". What a database reported keeps its description. As it is where the row is unknown, or memory is
+  /// missing.
+  RuntimeError OfRow(const Text& row) const noexcept;
 
  private:
   struct Facts {
@@ -85,7 +100,13 @@ class RuntimeError : public std::exception {
     Text description;
     std::vector<ProviderError> items;
     Text statement;
+    Text call;
+    Text row;
   };
+
+  /// This failure with other facts, which `change` makes; as it is where memory for them is missing.
+  template <typename Change>
+  RuntimeError Changed(Change change) const noexcept;
 
   explicit RuntimeError(Facts facts);
 

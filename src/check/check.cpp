@@ -8,9 +8,10 @@
 namespace zenqay {
 namespace {
 
-void CheckManagers(modDeclarations& process, const std::vector<Text>& tables, bool hasComponents, CheckReport& report) {
+void CheckManagers(modDeclarations& process, const JobLine& line, const std::vector<Text>& tables, bool hasComponents,
+                   CheckReport& report) {
   if (!hasComponents) return report.LeaveOut("ERP components of the tables", "the components");
-  for (const Text& table : tables) CheckManager(process, table, report);
+  for (const Text& table : tables) CheckManager(process, line, table, report);
 }
 
 }  // namespace
@@ -31,7 +32,7 @@ bool RunCheck(modDeclarations& process, const Text& commandLine, std::ostream& o
     std::shared_ptr<Connection> connection;
     if (CheckDatabase(process, line, connection, report)) {
       const std::vector<Text> tables = CheckTables(process, line, connection, report);
-      CheckManagers(process, tables, hasComponents, report);
+      CheckManagers(process, line, tables, hasComponents, report);
     }
   } else {
     report.LeaveOut("log directory, database and tables", "the command line");

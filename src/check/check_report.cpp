@@ -20,7 +20,16 @@ void CheckReport::Conclude() {
 }
 
 Text CheckReport::ErrorText(const RuntimeError& error) {
+  if (!error.items().empty()) return ErrorText(error.items().front());
   return std::to_string(error.number()) + ": " + error.description();
+}
+
+Text CheckReport::ErrorText(const ProviderError& item) {
+  Text text = std::to_string(item.Number) + ": " + item.Description;
+  if (item.SqlState.empty()) return text;
+  text += " (SQLSTATE " + item.SqlState;
+  if (item.NativeError != 0) text += ", native " + std::to_string(item.NativeError);
+  return text + ")";
 }
 
 void CheckReport::Write(const char* state, const Text& step, const Text& detail) {

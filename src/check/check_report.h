@@ -39,8 +39,9 @@ class CheckReport {
   /// The last line.
   void Conclude();
 
-  /// "13: Type mismatch"
+  /// "13: Type mismatch"; behind what a database reported, its own words for it: "(SQLSTATE 28000, native 18456)".
   static Text ErrorText(const RuntimeError& error);
+  static Text ErrorText(const ProviderError& item);
 
  private:
   void Write(const char* state, const Text& step, const Text& detail);

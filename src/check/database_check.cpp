@@ -43,7 +43,7 @@ bool Connect(const JobLine& line, const std::shared_ptr<Connection>& connection,
     }
     report.Ok("driver", ProviderOf(line));
     for (const ProviderError& item : *items) {
-      report.Mend("login", std::to_string(item.Number) + ": " + item.Description);
+      report.Mend("login", CheckReport::ErrorText(item));
     }
     LeaveOutBehind(1, report);
     return false;

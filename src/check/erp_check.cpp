@@ -1,6 +1,8 @@
 #include "check/erp_check.h"
 
 #include "base/numbers.h"
+#include "components/files/file_manager.h"
+#include "components/files/reference_headers.h"
 #include "entities/entity.h"
 #include "erp/date_bridge.h"
 #include "erp/session.h"
@@ -20,14 +22,15 @@ void CheckAdapter(modDeclarations& process, CheckReport& report) {
   }
   const Text shown = "version " + NumberText(version);
   if (version > kLastRefusedVersion) return report.Ok(kStep, shown);
-  report.Mend(kStep, shown + ", it must be newer than " + NumberText(kLastRefusedVersion));
+  report.Warn(kStep, shown + ", which is not newer than " + NumberText(kLastRefusedVersion) +
+                         ": a job runs without a session of the ERP");
 }
 
 void CheckStatusComponent(modDeclarations& process, CheckReport& report) {
   constexpr const char* kStep = "status component";
   if (process.NoStatusComponent) return report.Ok(kStep, "switched off by the twelfth item");
   report.Step(kStep, [&] {
-    process.components.Create(kStatusClass);
+    process.components.Create(kStatusClass).RequireCallable("getInstance", 1);
     return Text(kStatusClass);
   });
 }
@@ -40,6 +43,19 @@ void CheckCriteria(modDeclarations& process, CheckReport& report) {
     }
     return Text();
   });
+}
+
+/// Every manager is asked in the same way: all keys by ranges of a lowest and a highest value, or what changed by the
+/// ERP's table and the criteria.
+void RequireListing(const Object& manager, const Text& managerClass, std::int16_t syncMethod) {
+  const std::optional<ManagerClass> names = ManagerClass::Read(managerClass);
+  manager.RequireCallable("Initialize", 1);
+  if (syncMethod == kOnlyChanged) {
+    manager.RequireCallable("NetList" + names->plural, 2);
+  } else {
+    manager.RequireCallable("List", 2 * KeyCountOf(names->fileStem));
+  }
+  manager.RequireCallable("Close", 0);
 }
 
 }  // namespace
@@ -55,7 +71,7 @@ void CheckErp(modDeclarations& process, const JobLine* line, CheckReport& report
   if (line->syncMethod == kOnlyChanged) CheckCriteria(process, report);
 }
 
-void CheckManager(modDeclarations& process, const Text& tableName, CheckReport& report) {
+void CheckManager(modDeclarations& process, const JobLine& line, const Text& tableName, CheckReport& report) {
   const Text step = "ERP component of " + tableName;
   const Entity* entity = FindEntity(tableName);
   const EntitySource* source = entity == nullptr ? nullptr : entity->SourceUnder(process.ErpGeneration);
@@ -64,7 +80,8 @@ void CheckManager(modDeclarations& process, const Text& tableName, CheckReport& 
                                  "out of the group in tstreenodes");
   }
   report.Step(step, [&] {
-    process.components.Create(source->managerClass);
+    const Object manager = process.components.Create(source->managerClass);
+    RequireListing(manager, source->managerClass, line.syncMethod);
     return Text(source->managerClass);
   });
 }

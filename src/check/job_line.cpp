@@ -104,6 +104,8 @@ void CheckLogDirectory(const JobLine& line, CheckReport& report) {
     report.Mend(kLogStep, "there is no directory " + shown);
   } else if (!MayWriteIn(path)) {
     report.Mend(kLogStep, shown + " may not be written");
+  } else if (DiskIsFull(path)) {
+    report.Mend(kLogStep, "the disk of " + shown + " is full");
   } else if (line.logDirectory.empty()) {
     report.Warn(kLogStep, "item 5 is blank: the logs go to the root directory");
   } else {

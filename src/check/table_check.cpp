@@ -1,6 +1,7 @@
 #include "check/table_check.h"
 
 #include "check/database_check.h"
+#include "check/table_key.h"
 #include "entities/entity.h"
 #include "localdb/table_registry.h"
 #include "postcopy/warranty_expiry.h"
@@ -21,8 +22,10 @@ class TableCheck {
   bool Run(std::int32_t tableId);
 
  private:
-  void CheckColumns(const Text& table, std::span<const char* const> columns);
+  bool CheckColumns(const Text& table, std::span<const char* const> columns);
+  void CheckKey(std::span<const KeyField> keys);
   void CheckExpiry();
+  void CheckDeliveries();
   void CheckState();
   Text CurrentUpTo(Recordset& state);
 
@@ -67,7 +70,8 @@ bool TableCheck::Run(std::int32_t tableId) {
     return false;
   }
   if (const EntitySource* source = entity->SourceUnder(process_.ErpGeneration)) {
-    CheckColumns(name_, source->columns);
+    const bool isComplete = CheckColumns(name_, source->columns);
+    if (isComplete && entity->hasPrimaryKey) CheckKey(source->keys);
     if (source->isFollowedByWarrantyExpiry) CheckExpiry();
   }
   CheckState();
@@ -75,27 +79,77 @@ bool TableCheck::Run(std::int32_t tableId) {
   return true;
 }
 
-void TableCheck::CheckColumns(const Text& table, std::span<const char* const> columns) {
+bool TableCheck::CheckColumns(const Text& table, std::span<const char* const> columns) {
   try {
     const Text missing = MissingColumns(process_.database, connection_, table, columns);
-    if (!missing.empty()) Mend("the local table " + table + " lacks the column " + missing);
+    if (missing.empty()) return true;
+    Mend("the local table " + table + " lacks the column " + missing);
   } catch (const RuntimeError& error) {
     Mend("the local table " + table + ": " + CheckReport::ErrorText(error));
+  }
+  return false;
+}
+
+void TableCheck::CheckKey(std::span<const KeyField> keys) {
+  std::set<Text> columns;
+  Text shown;
+  for (const KeyField& key : keys) {
+    columns.insert(key.column);
+    shown += (shown.empty() ? "" : ", ") + Text(key.column);
+  }
+  const std::optional<bool> hasKey = HasKeyOver(process_.database, line_, connection_, name_, columns);
+  if (!hasKey.value_or(true)) {
+    Warn("the local table " + name_ + " has no primary or unique key over " + shown +
+         ": the whole table may be read for each row, and nothing keeps a row from standing twice");
   }
 }
 
 /// The expiry runs on SQL Server alone.
 void TableCheck::CheckExpiry() {
   if (line_.platform != 1) return;
+  bool isComplete = true;
   for (const ExpiryTable& table : kExpiryTables) {
     const Text step = Text("the warranty expiry needs ") + table.name;
     try {
       const Text missing = MissingColumns(process_.database, connection_, table.name, table.columns);
-      if (!missing.empty()) Mend(step + " to have the column " + missing);
+      if (missing.empty()) continue;
+      Mend(step + " to have the column " + missing);
     } catch (const RuntimeError& error) {
       Mend(step + ": " + CheckReport::ErrorText(error));
     }
+    isComplete = false;
   }
+  if (!isComplete) return;
+  try {
+    CheckDeliveries();
+  } catch (const RuntimeError& error) {
+    Mend("the join of the warranty expiry: " + CheckReport::ErrorText(error));
+  }
+}
+
+/// What the expiry would fail at, as the tables stand now. It fails at the first such object.
+void TableCheck::CheckDeliveries() {
+  constexpr std::int32_t kMostShown = 5;
+  const std::shared_ptr<Recordset> rows = process_.database.CreateRecordset();
+  rows->Open(Text("SELECT OBJECT.SITE, OBJECT.OBJECT, OBJECT.OBJECTNR FROM ") + kExpiryJoin +
+                 " WHERE OBJECT.DELIVERY_DATE IS NULL AND WARRANTIES.WARRANTY_TYPE <> " +
+                 std::to_string(kFromInstallation),
+             connection_, CursorType::Static, LockType::ReadOnly, CommandType::SqlText);
+  const std::int32_t count = rows->RecordCount();
+  Text shown;
+  for (std::int32_t row = 0; row < count && row < kMostShown; ++row, rows->MoveNext()) {
+    shown += row == 0 ? "" : ", ";
+    for (const char* column : {"SITE", "OBJECT", "OBJECTNR"}) {
+      shown += (EqualsIgnoringCase(column, "SITE") ? "" : "/") + rows->FieldValue(column).Joined();
+    }
+  }
+  rows->Close();
+  if (count == 0) return;
+  if (count > kMostShown) shown += ", …";
+  Warn(
+      "the warranty expiry fails at the first object that has a warranty and no delivery date, and the objects behind "
+      "it get none; there are " +
+      std::to_string(count) + ": " + shown);
 }
 
 void TableCheck::CheckState() {

@@ -42,6 +42,10 @@ void Object::Put(std::string_view property, const Value& value) const {
   Target().Put(property, value);
 }
 
+void Object::RequireCallable(std::string_view operation, std::size_t argumentCount) const {
+  Target().RequireCallable(operation, argumentCount);
+}
+
 Value Object::Default() const {
   return Target().Default();
 }

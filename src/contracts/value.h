@@ -40,6 +40,9 @@ class Object {
   Value Get(std::string_view property) const;
   void Put(std::string_view property, const Value& value) const;
 
+  /// Raises what such a call would fail with, as far as that can be told without making it.
+  void RequireCallable(std::string_view operation, std::size_t argumentCount) const;
+
   /// What stands for the object where a plain value is needed. Raises 438 for an object that has none.
   Value Default() const;
 
@@ -125,9 +128,9 @@ class Value {
 class Argument {
  public:
   Argument(Value value) : value_(std::move(value)) {}
-  // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): no Value is made of an Argument
   template <typename T>
-  requires std::constructible_from<Value, T> Argument(T&& value) : value_(std::forward<T>(value)) {}
+  requires std::constructible_from<Value, T> Argument(T&& value)  // NOLINT(bugprone-forwarding-reference-overload)
+      : value_(std::forward<T>(value)) {}
 
   static Argument ByReference(Value& variable) { return Argument(variable, &variable); }
 
@@ -154,6 +157,10 @@ class Component {
   virtual Value Call(std::string_view operation, Arguments arguments) = 0;
   virtual Value Get(std::string_view property);
   virtual void Put(std::string_view property, const Value& value);
+
+  /// For who looks beforehand whether a job could make a call, and must not make it: raises what it would fail with, as
+  /// far as that can be told. Who can tell nothing raises nothing.
+  virtual void RequireCallable(std::string_view, std::size_t) {}
 
   /// What stands for the object where a plain value is needed. Raises 438 for an object that has none.
   virtual Value Default() const;

@@ -14,10 +14,13 @@ constexpr const char* kColumns[] = {"CONTRACT", "CDESCRIPTION", "upd_flag"};
 // A contract that becomes active in a change pass fills a column of its own.
 constexpr const char* kColumns8[] = {"CONTRACT", "CONTRACTS", "CDESCRIPTION", "upd_flag"};
 
+constexpr KeyField kKeys1[] = {{"getContract", "CONTRACT"}};
+constexpr KeyField kKeys[] = {{"getServiceContract", "CONTRACT"}};
+
 constexpr EntitySource kSources[] = {
-    {kGeneration1, "Kv40QTMtssmaContracts.ContractsManager", "tssma220", "STIT0088", kColumns},
-    {kGeneration3, "Kv50QTMtsctmServiceContracts.ServiceContractsManager", "tsctm300", "STIT0095", kColumns},
-    {kGeneration8, "Kv61QTMtsctmServiceContracts.ServiceContractsManager", "tsctm300", "STIT0097", kColumns8},
+    {kGeneration1, "Kv40QTMtssmaContracts.ContractsManager", "tssma220", "STIT0088", kColumns, kKeys1},
+    {kGeneration3, "Kv50QTMtsctmServiceContracts.ServiceContractsManager", "tsctm300", "STIT0095", kColumns, kKeys},
+    {kGeneration8, "Kv61QTMtsctmServiceContracts.ServiceContractsManager", "tsctm300", "STIT0097", kColumns8, kKeys},
 };
 
 /// What a row's key and its old values are called.
@@ -36,12 +39,13 @@ const ContractAccessors& ContractAccessorsOf(const Text& generation) {
 }
 
 bool StatusIs(const Row& row, std::int16_t status) {
-  return row.Get("getContractStatus").EqualsNumber(status);
+  const Value value = row.Get("getContractStatus");
+  return Naming("getContractStatus", [&] { return value.EqualsNumber(status); });
 }
 
 bool StatusIsNot(const Row& row, std::int16_t status) {
   const Value value = row.Get("getContractStatus");
-  return !value.IsNull() && !value.EqualsNumber(status);
+  return Naming("getContractStatus", [&] { return !value.IsNull() && !value.EqualsNumber(status); });
 }
 
 SqlText ContractUpdate(const modDeclarations& process, const Row& row, const Text& TableName) {
@@ -60,6 +64,7 @@ const Entity clsDataCopy::kContract = {
     .name = "contracts",
     .label = "STIT0100",
     .sources = kSources,
+    .hasPrimaryKey = false,
     .copy = &clsDataCopy::CopyContract,
 };
 
@@ -125,8 +130,8 @@ void clsDataCopy::ApplyContractChange(const Text& action, const Row& row, const 
 
   // Entering the status.
   if (row.Has(erp.hasOldValues)) {
-    const bool hadStatus = Row(row.Get(erp.getOldValues).AsObject()).Has("hasContractStatus");
-    const bool wasOther = StatusIsNot(Row(row.Get(erp.getOldValues).AsObject()), CopiedContractStatus);
+    const bool hadStatus = row.GetRow(erp.getOldValues).Has("hasContractStatus");
+    const bool wasOther = StatusIsNot(row.GetRow(erp.getOldValues), CopiedContractStatus);
     const bool hasStatus = row.Has("hasContractStatus");
     const bool isCopied = StatusIs(row, CopiedContractStatus);
     if (action == "U" && hadStatus && wasOther && hasStatus && isCopied) InsertContractRow(row, TableName);

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "base/text_functions.h"
+#include "erp/row_key.h"
 
 namespace zenqay {
 
@@ -18,6 +19,7 @@ struct EntitySource {
   const char* tableCode;                 // of a net-change listing
   const char* erpLabel;                  // key of the text that names the ERP in a failure's description
   std::span<const char* const> columns;  // of the local table: all that the statements name
+  std::span<const KeyField> keys;        // by which a row's statements find its local row
   bool isFollowedByWarrantyExpiry = false;
 };
 
@@ -25,6 +27,7 @@ struct Entity {
   const char* name;   // in `tstables`, in lower case
   const char* label;  // key of the entity's caption
   std::span<const EntitySource> sources;
+  bool hasPrimaryKey = true;  // over the keys; false where one of them may be unknown
   void (clsDataCopy::*copy)(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
 
   /// Null under a generation whose components do not have the entity. Its copy fails then.

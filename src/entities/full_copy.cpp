@@ -17,6 +17,7 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
   // The listing and its last row outlive the closing of the manager, also behind a failure.
   Enumeration rows;
   Row row;
+  RowKey key(KeysOf(process_, pass.entity));
   try {
     OpenSource(process_, pass.entity, pass.open, erp);
     erp.manager = Manager(RegisterManager(process_, erp.manager.object()));
@@ -29,8 +30,8 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
       process_.LocalConnection->Execute("UPDATE " + TableName + " SET upd_flag = 1 ");
       RowCounts counts;
       while (rows.HasMoreElements()) {
-        row = rows.NextElement();
-        pass.apply(row);
+        row = rows.NextElement(&key);
+        NamingRow(key, [&] { pass.apply(row); });
         counts = {.met = counts.met + 1, .inserted = icount, .updated = ucount};
         process_.listener->RowDone(counts);
       }
@@ -57,8 +58,9 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
 
 void clsDataCopy::Sweep(const Text& TableName, RowCounts counts) {
   const bool isCounted = process_.listener->wantsSweptRows();
-  counts.deleted = process_.LocalConnection->Run("DELETE FROM " + TableName + " WHERE upd_flag = 1",
-                                                 isCounted ? Connection::Count::AskedAside : Connection::Count::NotAsked);
+  counts.deleted =
+      process_.LocalConnection->Run("DELETE FROM " + TableName + " WHERE upd_flag = 1",
+                                    isCounted ? Connection::Count::AskedAside : Connection::Count::NotAsked);
   if (isCounted) process_.listener->PassDone(counts, counts.deleted);
 }
 

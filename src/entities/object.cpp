@@ -14,8 +14,10 @@ constexpr const char* kColumns[] = {"SITE",     "OBJECT",       "OBJECTNR", "OBJ
                                     "ITEMDESC", "SERIALNUMBER", "WARRANTY", "INSTALLATION_DATE", "DELIVERY_DATE",
                                     "upd_flag"};
 
+constexpr KeyField kKeys[] = {{"getConfiguration", "SITE"}, {"GetObject", "OBJECT"}, {"GetObjectNumber", "OBJECTNR"}};
+
 constexpr EntitySource kSources[] = {
-    {kGeneration3, "Kv50QTMtscfgObjects.ObjectsManager", "tscfg200", "STIT0095", kColumns,
+    {kGeneration3, "Kv50QTMtscfgObjects.ObjectsManager", "tscfg200", "STIT0095", kColumns, kKeys,
      /*isFollowedByWarrantyExpiry=*/true},
 };
 constexpr const EntitySource& kObjects = kSources[0];

@@ -36,21 +36,21 @@ void CreateCriteria(ComponentHost& components, std::size_t parameterCount, Chang
 
 void PassByReference(const Object& target, std::string_view operation, const Object& argument) {
   Value reference = argument;
-  target.Call(operation, Argument::ByReference(reference));
+  CallNamed(target, operation, Argument::ByReference(reference));
 }
 
 void SetPeriod(const ChangeListing& listing) {
-  listing.period.Call("setFrom", listing.fromDate);
-  listing.period.Call("setTo", listing.toDate);
+  CallNamed(listing.period, "setFrom", listing.fromDate);
+  CallNamed(listing.period, "setTo", listing.toDate);
   PassByReference(listing.criteria, "setNetListPeriod", listing.period);
 }
 
 void SetRanges(const ChangeListing& listing, const std::vector<ListingRange>& ranges) {
   for (std::size_t i = 0; i < ranges.size(); ++i) {
     const Object& parameter = listing.parameters[i];
-    parameter.Call("setFieldName", ranges[i].fieldName);
-    parameter.Call("setFrom", ranges[i].from);
-    parameter.Call("setTo", ranges[i].to);
+    CallNamed(parameter, "setFieldName", ranges[i].fieldName);
+    CallNamed(parameter, "setFrom", ranges[i].from);
+    CallNamed(parameter, "setTo", ranges[i].to);
   }
   for (std::size_t i = 0; i < ranges.size(); ++i) {
     PassByReference(listing.input, "addNetListParameter", listing.parameters[i]);
@@ -60,7 +60,7 @@ void SetRanges(const ChangeListing& listing, const std::vector<ListingRange>& ra
 
 void SetFields(const ChangeListing& listing, const std::vector<OutputField>& fields) {
   for (const OutputField& field : fields) {
-    listing.output.Call(field.withOld ? "addFieldNameWithOld" : "addFieldNameWithoutOld", field.name);
+    CallNamed(listing.output, field.withOld ? "addFieldNameWithOld" : "addFieldNameWithoutOld", field.name);
   }
   PassByReference(listing.criteria, "setNetListOut", listing.output);
 }
@@ -87,13 +87,16 @@ void clsDataCopy::CopyOnlyChanged(const Text& TableName, const Text& KXWBusCompo
   icount = 0;
   dcount = 0;
   ChangeListing listing;
+  RowKey key(KeysOf(process_, pass.entity));
   try {
     ListChanges(process_, TableName, KXWBusComponent, pass, listing);
     RowCounts counts;
     while (listing.rows.HasMoreElements()) {
-      listing.row = listing.rows.NextElement();
-      const Text action = Trim(listing.row.GetText("getActionType"));
-      pass.change(listing.row, action);
+      listing.row = listing.rows.NextElement(&key);
+      NamingRow(key, [&] {
+        const Text action = Trim(listing.row.GetText("getActionType"));
+        pass.change(listing.row, action);
+      });
       counts = {.met = counts.met + 1, .inserted = icount, .updated = ucount, .deleted = dcount};
       process_.listener->RowDone(counts);
     }

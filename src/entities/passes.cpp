@@ -13,4 +13,9 @@ void OpenSource(modDeclarations& process, const Entity& entity, const Opening& o
   erp.erpLabel = GetLabel(process, source->erpLabel);
 }
 
+std::span<const KeyField> KeysOf(const modDeclarations& process, const Entity& entity) {
+  const EntitySource* source = entity.SourceUnder(process.ErpGeneration);
+  return source == nullptr ? std::span<const KeyField>() : source->keys;
+}
+
 }  // namespace zenqay

@@ -50,7 +50,7 @@ struct OnlyChangedPass {
   const Entity& entity;
   Text failureSource;              // what the source of a failure names
   ErpSource erp;                   // what is settled before the failure path is armed; the opening settles the rest
-  Opening open;                    // as above
+  Opening open;                    // as in a full copy
   std::size_t parameterCount = 1;  // parameter objects that are created; the ranges use the first of them
   std::vector<ListingRange> ranges;
   std::vector<OutputField> fields;                             // asked for in this order
@@ -61,5 +61,8 @@ struct OnlyChangedPass {
 /// Opens the entity for a pass: creates the manager of the generation, takes its ERP table and the ERP's name. Under a
 /// generation without the entity nothing is opened, and the first use of the manager fails.
 void OpenSource(modDeclarations& process, const Entity& entity, const Opening& open, ErpSource& erp);
+
+/// By which the entity's rows are known; by nothing under a generation without the entity.
+std::span<const KeyField> KeysOf(const modDeclarations& process, const Entity& entity);
 
 }  // namespace zenqay

@@ -10,10 +10,12 @@ namespace {
 
 constexpr const char* kColumns[] = {"PRIORITY", "DESCRIPTION", "upd_flag"};
 
+constexpr KeyField kKeys[] = {{"getPriority", "PRIORITY"}};
+
 constexpr EntitySource kSources[] = {
-    {kGeneration1, "Kv40QTMtssmaPriorities.PrioritiesManager", "tssma304", "STIT0088", kColumns},
-    {kGeneration3, "Kv50QTMtcmcsPriorities.PrioritiesManager", "tcmcs070", "STIT0095", kColumns},
-    {kGeneration8, "Kv61QTMtcmcsPriorities.PrioritiesManager", "tcmcs070", "STIT0097", kColumns},
+    {kGeneration1, "Kv40QTMtssmaPriorities.PrioritiesManager", "tssma304", "STIT0088", kColumns, kKeys},
+    {kGeneration3, "Kv50QTMtcmcsPriorities.PrioritiesManager", "tcmcs070", "STIT0095", kColumns, kKeys},
+    {kGeneration8, "Kv61QTMtcmcsPriorities.PrioritiesManager", "tcmcs070", "STIT0097", kColumns, kKeys},
 };
 
 // The range of keys that is asked for; a priority above it is never copied.

@@ -11,10 +11,12 @@ namespace {
 constexpr const char* kColumns[] = {"PROBLEM", "DESCRIPTION", "upd_flag"};
 constexpr const char* kColumns3[] = {"PROBLEM", "DESCRIPTION", "CALLTYPE", "upd_flag"};
 
+constexpr KeyField kKeys[] = {{"getProblem", "PROBLEM"}};
+
 constexpr EntitySource kSources[] = {
-    {kGeneration1, "Kv40QTMtsspfProblems.ProblemsManager", "tsspf102", "STIT0088", kColumns},
-    {kGeneration3, "Kv50QTMtsclmProblems.ProblemsManager", "tsclm330", "STIT0095", kColumns3},
-    {kGeneration8, "Kv61QTMtsclmProblems.ProblemsManager", "tsclm330", "STIT0097", kColumns},
+    {kGeneration1, "Kv40QTMtsspfProblems.ProblemsManager", "tsspf102", "STIT0088", kColumns, kKeys},
+    {kGeneration3, "Kv50QTMtsclmProblems.ProblemsManager", "tsclm330", "STIT0095", kColumns3, kKeys},
+    {kGeneration8, "Kv61QTMtsclmProblems.ProblemsManager", "tsclm330", "STIT0097", kColumns, kKeys},
 };
 
 }  // namespace

@@ -13,8 +13,10 @@ namespace {
 constexpr const char* kColumns[] = {"PRODUCT",     "DESCRIPTION", "SITE",         "CONTRACT", "EFFECTIVE_DATE",
                                     "EXPIRY_DATE", "WARRANTY",    "WEXPIRY_DATE", "upd_flag"};
 
+constexpr KeyField kKeys[] = {{"getInstallation", "PRODUCT"}};
+
 constexpr EntitySource kSources[] = {
-    {kGeneration1, "Kv40QTMtssmaInstallations.InstallationsManager", "tssma102", "STIT0088", kColumns},
+    {kGeneration1, "Kv40QTMtssmaInstallations.InstallationsManager", "tssma102", "STIT0088", kColumns, kKeys},
 };
 constexpr const EntitySource& kInstallations = kSources[0];
 

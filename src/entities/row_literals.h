@@ -13,7 +13,8 @@ inline Text Encoded(const modDeclarations& process, const Row& row, std::string_
 
 /// A field as a date.
 inline Text EncodedDate(const Row& row, std::string_view getX) {
-  return SQLEncodeForDate(row.Get(getX));
+  const Value date = row.Get(getX);
+  return Naming(getX, [&] { return SQLEncodeForDate(date); });
 }
 
 /// The key that rows of generation 8 have in common, of a cluster and an item. Either may be unknown and is then the

@@ -13,15 +13,19 @@ namespace {
 constexpr const char* kColumns[] = {"OBJECT",   "OBJECTNR",          "OBJECTDESC",    "SITE",     "SERIALNUMBER",
                                     "WARRANTY", "INSTALLATION_DATE", "DELIVERY_DATE", "CUSTOMER", "upd_flag"};
 
+constexpr KeyField kKeys[] = {{"getCluster", "SITE"}, {"getItem", "OBJECT"}, {"getSerialNumber", "OBJECTNR"}};
+
 constexpr EntitySource kSources[] = {
-    {kGeneration8, "Kv61QTMtscfgSerializedItems.SerializedItemsManager", "tscfg200", "STIT0097", kColumns},
+    {kGeneration8, "Kv61QTMtscfgSerializedItems.SerializedItemsManager", "tscfg200", "STIT0097", kColumns, kKeys},
 };
 constexpr const EntitySource& kSerializedItems = kSources[0];
 
 /// The literal of a date object of the row, which must be one.
 Text EncodedTime(const Row& row, std::string_view getX) {
-  const Object time = row.Get(getX).AsObject();
-  return SQLEncodeForDateTime(time);
+  return Naming(getX, [&] {
+    const Object time = row.Get(getX).AsObject();
+    return SQLEncodeForDateTime(time);
+  });
 }
 
 /// The texts come first: where the component is missing, the failure still names the ERP.
@@ -37,6 +41,7 @@ const Entity clsDataCopy::kSerializedItem = {
     .name = "serializeditem",
     .label = "STIT0101",
     .sources = kSources,
+    .hasPrimaryKey = false,
     .copy = &clsDataCopy::CopySerializedItem,
 };
 

@@ -10,10 +10,14 @@ namespace {
 
 constexpr const char* kColumns[] = {"SITE", "DESCRIPTION", "CUSTOMER", "upd_flag"};
 
+constexpr KeyField kKeys1[] = {{"getLocation", "SITE"}};
+constexpr KeyField kKeys3[] = {{"getConfiguration", "SITE"}};
+constexpr KeyField kKeys8[] = {{"getCluster", "SITE"}};
+
 constexpr EntitySource kSources[] = {
-    {kGeneration1, "Kv40QTMtssmaLocations.LocationsManager", "tssma110", "STIT0088", kColumns},
-    {kGeneration3, "Kv50QTMtscfgConfigurations.ConfigurationsManager", "tscfg220", "STIT0095", kColumns},
-    {kGeneration8, "Kv61QTMtsbscClusters.ClustersManager", "tsbsc100", "STIT0097", kColumns},
+    {kGeneration1, "Kv40QTMtssmaLocations.LocationsManager", "tssma110", "STIT0088", kColumns, kKeys1},
+    {kGeneration3, "Kv50QTMtscfgConfigurations.ConfigurationsManager", "tscfg220", "STIT0095", kColumns, kKeys3},
+    {kGeneration8, "Kv61QTMtsbscClusters.ClustersManager", "tsbsc100", "STIT0097", kColumns, kKeys8},
 };
 
 /// One local table, three ERP entities: what a row's fields are called.

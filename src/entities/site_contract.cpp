@@ -14,11 +14,21 @@ constexpr const char* kColumns3[] = {"SITE", "CONTRACT", "TERM", "LINE", "EFFECT
 constexpr const char* kColumns8[] = {"SITE", "CONTRACT",       "OBJECT",      "OBJECTNR",
                                      "TERM", "EFFECTIVE_DATE", "EXPIRY_DATE", "upd_flag"};
 
+constexpr KeyField kKeys3[] = {{"getConfiguration", "SITE"},
+                               {"getServiceContract", "CONTRACT"},
+                               {"getContractTerms", "TERM"},
+                               {"getLine", "LINE"}};
+constexpr KeyField kKeys8[] = {{"getCluster", "SITE"},
+                               {"getServiceContract1", "CONTRACT"},
+                               {"getItem", "OBJECT"},
+                               {"getSerialNumber", "OBJECTNR"},
+                               {"getContractTerms", "TERM"}};
+
 constexpr EntitySource kSources[] = {
     {kGeneration3, "Kv50QTMtsctmContractConfigurationLines.ContractConfigurationLinesManager", "tsctm310", "STIT0095",
-     kColumns3},
+     kColumns3, kKeys3},
     {kGeneration8, "Kv61QTMtsctmContractConfigurationLines.ContractConfigurationLinesManager", "tsctm110", "STIT0097",
-     kColumns8},
+     kColumns8, kKeys8},
 };
 
 // Ranges of the numeric keys.
@@ -48,8 +58,8 @@ SqlText Update3(const modDeclarations& process, const Row& row, const Text& Tabl
   // A line that moved to another site is found by the site that it had.
   if (!row.Has("hasContractConfigurationLines")) {
     update.Add("SITE =", Encoded(process, row, "getConfiguration"));
-  } else if (Row(row.Get("getContractConfigurationLines").AsObject()).Has("hasConfiguration")) {
-    const Row oldValues(row.Get("getContractConfigurationLines").AsObject());
+  } else if (row.GetRow("getContractConfigurationLines").Has("hasConfiguration")) {
+    const Row oldValues = row.GetRow("getContractConfigurationLines");
     update.Add("SITE =", Encoded(process, oldValues, "getConfiguration"));
   } else {
     update.Add("SITE  =", Encoded(process, row, "getConfiguration"));
@@ -149,7 +159,7 @@ class TermsLookup {
     while (terms_.HasMoreElements()) {
       element_ = terms_.NextElement();
       const Value term = element_.Get("getContractTerms");
-      row.object().Call("setContractTerms", term);
+      row.Set("setContractTerms", term);
     }
   }
 
@@ -165,6 +175,7 @@ const Entity clsDataCopy::kSiteContract = {
     .name = "sitecontract",
     .label = "STIT0098",
     .sources = kSources,
+    .hasPrimaryKey = false,
     .copy = &clsDataCopy::CopySiteContract,
 };
 

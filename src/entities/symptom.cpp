@@ -12,8 +12,10 @@ namespace {
 
 constexpr const char* kColumns[] = {"SYMPTOM", "DESCRIPTION", "upd_flag"};
 
+constexpr KeyField kKeys[] = {{"getSymptom", "SYMPTOM"}};
+
 constexpr EntitySource kSources[] = {
-    {kGeneration1, "Kv40QTMtsspfSymptoms.SymptomsManager", "tsspf101", "STIT0088", kColumns},
+    {kGeneration1, "Kv40QTMtsspfSymptoms.SymptomsManager", "tsspf101", "STIT0088", kColumns, kKeys},
 };
 constexpr const EntitySource& kSymptoms = kSources[0];
 

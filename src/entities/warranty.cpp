@@ -12,12 +12,14 @@ constexpr const char* kColumns1[] = {"WARRANTY", "WDESCRIPTION", "upd_flag"};
 constexpr const char* kColumns[] = {"WARRANTY",    "WDESCRIPTION",  "NUMBER_OF_PERIODS",
                                     "PERIOD_UNIT", "WARRANTY_TYPE", "upd_flag"};
 
+constexpr KeyField kKeys[] = {{"getWarranty", "WARRANTY"}};
+
 constexpr EntitySource kSources[] = {
-    {kGeneration1, "Kv40QTMtssmaWarranties.WarrantiesManager", "tssma130", "STIT0088", kColumns1},
+    {kGeneration1, "Kv40QTMtssmaWarranties.WarrantiesManager", "tssma130", "STIT0088", kColumns1, kKeys},
     // The table stands in another module than the class.
-    {kGeneration3, "Kv50QTMtsctmWarranties.WarrantiesManager", "tscfg020", "STIT0095", kColumns,
+    {kGeneration3, "Kv50QTMtsctmWarranties.WarrantiesManager", "tscfg020", "STIT0095", kColumns, kKeys,
      /*isFollowedByWarrantyExpiry=*/true},
-    {kGeneration8, "Kv61QTMtsctmWarranties.WarrantiesManager", "tsctm020", "STIT0097", kColumns},
+    {kGeneration8, "Kv61QTMtsctmWarranties.WarrantiesManager", "tsctm020", "STIT0097", kColumns, kKeys},
 };
 
 }  // namespace

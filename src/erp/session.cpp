@@ -1,5 +1,6 @@
 #include "erp/session.h"
 
+#include "erp/component_contract.h"
 #include "process/QTMDeclarations.h"
 #include "process/labels.h"
 #include "process/logs.h"
@@ -40,7 +41,7 @@ bool OpenErpSession(modDeclarations& process) {
 Object RegisterManager(modDeclarations& process, const Object& manager) {
   if (process.ErpSession.IsNothing()) return manager;
   Value reference = manager;
-  process.ErpSession.Call("addManager", Argument::ByReference(reference));
+  CallNamed(process.ErpSession, "addManager", Argument::ByReference(reference));
   return reference.AsObject();
 }
 

@@ -1,14 +1,12 @@
 #include "postcopy/warranty_expiry.h"
 
 #include "base/numbers.h"
+#include "erp/component_contract.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
 
 namespace zenqay {
 namespace {
-
-// Only this warranty type counts from the installation; every other from the delivery.
-constexpr std::int32_t kFromInstallation = 10;
 
 // The ERP's codes of what a period is counted in.
 constexpr std::int32_t kDays = 5;
@@ -25,17 +23,42 @@ Text DateText(DateTime date) {
   return hasTime ? ShortDate(date) + " " + LongTime(date) : ShortDate(date);
 }
 
+/// The object that the row is of, for a failure; unknown where the join does not have such columns.
+Text ObjectAt(const Recordset& row) {
+  Text object;
+  try {
+    for (const char* column : {"SITE", "OBJECT", "OBJECTNR"}) {
+      const Text value = row.FieldValue(column).Joined();
+      object.append(object.empty() ? "" : ", ").append(column).append("=").append(value);
+    }
+  } catch (const RuntimeError&) {
+    object.clear();  // the failure at hand is the one to tell
+  }
+  return OneLine(object);
+}
+
+std::int32_t NumberIn(const Recordset& row, const char* column) {
+  return Naming(column, [&] { return row.FieldValue(column).AsInt32(); });
+}
+
+DateTime DateIn(const Recordset& row, const char* column) {
+  return Naming(column, [&] { return row.FieldValue(column).AsDateTime(); });
+}
+
 }  // namespace
 
 void clsDataCopy::CalculateWarrantyExpiry() {
   const std::shared_ptr<Recordset> rows = process_.database.CreateRecordset();
   rows->PutActiveConnection(process_.LocalConnection);
-  // The warranty code is a pattern: one with a wildcard joins several objects.
-  rows->Open("SELECT * FROM  OBJECT INNER JOIN WARRANTIES ON OBJECT.WARRANTY LIKE WARRANTIES.WARRANTY",
-             process_.LocalConnection, CursorType::Keyset, LockType::Optimistic, CommandType::SqlText);
+  rows->Open(Text("SELECT * FROM  ") + kExpiryJoin, process_.LocalConnection, CursorType::Keyset, LockType::Optimistic,
+             CommandType::SqlText);
   if (rows->RecordCount() > 0) {
     while (!rows->AtBeginning() && !rows->AtEnd()) {
-      StoreWarrantyExpiry(*rows);
+      try {
+        StoreWarrantyExpiry(*rows);
+      } catch (const RuntimeError& error) {
+        throw error.OfRow(ObjectAt(*rows));
+      }
       rows->MoveNext();
     }
   }
@@ -43,15 +66,15 @@ void clsDataCopy::CalculateWarrantyExpiry() {
 }
 
 void clsDataCopy::StoreWarrantyExpiry(Recordset& row) {
-  const std::int32_t type = row.FieldValue("WARRANTY_TYPE").AsInt32();
-  const std::int32_t numberOfPeriods = row.FieldValue("NUMBER_OF_PERIODS").AsInt32();
-  const std::int32_t periodUnit = row.FieldValue("PERIOD_UNIT").AsInt32();
+  const std::int32_t type = NumberIn(row, "WARRANTY_TYPE");
+  const std::int32_t numberOfPeriods = NumberIn(row, "NUMBER_OF_PERIODS");
+  const std::int32_t periodUnit = NumberIn(row, "PERIOD_UNIT");
   DateTime baseDate = kZeroDate;
   if (type == kFromInstallation) {
     if (row.FieldValue("INSTALLATION_DATE").IsNull()) return;
-    baseDate = row.FieldValue("INSTALLATION_DATE").AsDateTime();
+    baseDate = DateIn(row, "INSTALLATION_DATE");
   } else {
-    baseDate = row.FieldValue("DELIVERY_DATE").AsDateTime();  // a null fails the pass
+    baseDate = DateIn(row, "DELIVERY_DATE");  // a null fails the pass
   }
   if (baseDate <= kZeroDate) return;
 

@@ -8,6 +8,10 @@ std::optional<Text> AnswerToQuestion(const Text& commandLine, const Text& progra
   return {};
 }
 
+Text ProgramVersion() {
+  return ZENQAY_VERSION;
+}
+
 const char* ItemsHelp() {
   return R"(The items are separated by "{}" and not quoted; several arguments are joined
 with single blanks. With "-" as the only argument the line is read from standard

@@ -38,4 +38,11 @@ bool MayWriteFile(const Text& path);
 /// True when this process may create files in the directory.
 bool MayWriteIn(const Text& directory);
 
+/// True when the file system that a file or directory stands on has no room left for this process.
+bool DiskIsFull(const Text& path);
+
+/// The fault that appending to the file would begin with, as far as that can be told without touching it; the file
+/// itself may be missing.
+std::optional<PlatformFault> AppendFault(const Text& path);
+
 }  // namespace zenqay

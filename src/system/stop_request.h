@@ -2,6 +2,7 @@
 #pragma once
 
 #include "contracts/interruption.h"
+#include "system/channel_descriptor.h"
 
 namespace zenqay {
 
@@ -15,10 +16,17 @@ void RequestStop();
 
 bool IsStopRequested();
 
-/// The interruption of a process that listens.
+/// The interruption of a process that listens. Who started it and is gone counts as having asked.
 class StopRequest : public Interruption {
  public:
   bool isRequested() const override { return IsStopRequested(); }
+  bool IsRequestedMeanwhile() override;
+
+  /// The channel to who started the process; it must outlive the waits of the last statement.
+  void Watch(const ChannelDescriptor& channel) { channel_ = &channel; }
+
+ private:
+  const ChannelDescriptor* channel_ = nullptr;
 };
 
 }  // namespace zenqay

@@ -55,6 +55,9 @@ TEST(DateTimeFromParts, RefusesAYearOutside1To9999) {
   EXPECT_EQ(Raised([] { At(1, 0, 1); }), refusal);
   EXPECT_EQ(Raised([] { At(10000, 1, 1); }), refusal);
   EXPECT_EQ(Raised([] { At(9999, 13, 1); }), refusal);
+  EXPECT_EQ(Raised([] { At(9999, 2'147'483'647, 1); }), refusal);
+  EXPECT_EQ(Raised([] { At(2'147'483'647, 12, 1); }), refusal);
+  EXPECT_EQ(Raised([] { At(-2'147'483'647, -12, 1); }), refusal);
   EXPECT_EQ(IsoText(At(1, 1, 1)), "1-01-01 00:00:00");
   EXPECT_EQ(IsoText(At(9999, 12, 31, 23, 59, 59)), "9999-12-31 23:59:59");
 }

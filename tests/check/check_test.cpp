@@ -439,7 +439,7 @@ TEST_F(CheckOfOneTable, MendsARefusedLoginWithAllThatTheDriverSaysButPasswords) 
 
   EXPECT_EQ(setup.Check(database),
             DatabaseEndsWith("ok        driver: SQLite\n"
-                             "MEND      login: -2147217843: Login failed for user 'sync' (UID=sync;PWD=***;)\n"
+                             "MEND      login: -2147217843: Login failed for user 'sync' (UID=sync;PWD=***\n"
                              "MEND      login: -2147467259: Connection closed.\n" +
                              kBehindTheLogin));
 }

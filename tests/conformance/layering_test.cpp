@@ -18,12 +18,13 @@ namespace {
 /// The names that each file includes, as they are written there. A file's own name is its path below the root.
 using SourceTree = std::map<Text, std::vector<Text>>;
 
-/// From the bottom to the top. `check` is the program that looks at a job's surroundings; what stands beside the
-/// folders are the programs' entries, above all of them.
-const std::map<Text, int> kRanks = {
-    {"base", 0}, {"contracts", 1},  {"system", 2},   {"process", 3},  {"trace", 4}, {"localdb", 5},  {"engines", 6},
-    {"erp", 7},  {"components", 8}, {"entities", 9}, {"postcopy", 9}, {"job", 10},  {"startup", 11}, {"check", 12}};
-constexpr int kEntryRank = 13;
+/// From the bottom to the top. `check` looks at a job's surroundings and `control` starts jobs as processes; what
+/// stands beside the folders are the programs' entries, above all of them.
+const std::map<Text, int> kRanks = {{"base", 0},  {"contracts", 1},  {"system", 2},   {"process", 3},
+                                    {"trace", 4}, {"channel", 4},    {"localdb", 5},  {"engines", 6},
+                                    {"erp", 7},   {"components", 8}, {"entities", 9}, {"postcopy", 9},
+                                    {"job", 10},  {"startup", 11},   {"check", 12},   {"control", 13}};
+constexpr int kEntryRank = 14;
 
 /// The headers of a foreign library, which one folder may see.
 struct Driver {
@@ -240,6 +241,7 @@ TEST(Layering, RefusesIncludesFromAboveAndFromBeside) {
       {"localdb/a.cpp", "job/clsDataCopy.h", false}, {"job/a.cpp", "startup/b.h", false},
       {"startup/a.cpp", "entry.h", false},           {"startup/a.cpp", "check/b.h", false},
       {"check/a.cpp", "startup/b.h", true},          {"erp/a.cpp", "localdb/b.h", true},
+      {"check/a.cpp", "control/b.h", false},         {"control/a.cpp", "check/b.h", true},
       {"components/files/a.cpp", "erp/b.h", true},   {"job/a.cpp", "postcopy/b.h", true},
   };
   for (const Case& c : cases) {

@@ -1,7 +1,6 @@
 #include "doubles/copy_fixture.h"
 
-#include <ctime>
-
+#include "doubles/embedded_database.h"
 #include "localdb/local_connection.h"
 
 namespace zenqay {
@@ -14,31 +13,30 @@ void Accept(ScriptedObject& object, const std::vector<Text>& operations) {
   for (const Text& operation : operations) object.Answers(operation, kNothing);
 }
 
-constexpr double kFixedMilliseconds = 1075543872000.0;  // 2004-01-31T10:11:12Z
-
 }  // namespace
 
 CopyFixture::CopyFixture(const Text& generation, std::int16_t databasePlatform)
-    : platform(journal, ZENQAY_SHARE),
-      components(journal),
-      database(journal),
-      process{.platform = platform, .components = components, .database = database},
-      job(process, *this) {
-  ::setenv("TZ", "UTC", 1);
-  ::tzset();
-  components.nowMilliseconds = kFixedMilliseconds;
+    : ProcessFixture(databasePlatform), job(process, *this) {
+  Open(generation, "");
+}
+
+CopyFixture::CopyFixture(const Text& generation, EmbeddedDatabase& file)
+    : ProcessFixture(file.databases), job(process, *this) {
+  Open(generation, file.connectionString);
+}
+
+void CopyFixture::Open(const Text& generation, const Text& connectionString) {
   process.ErpGeneration = generation;
-  process.DatabasePlatform = databasePlatform;
-  process.LogFilePath = directory.path().string() + "\\run.log";
   const auto session = components.Make("session");
   Accept(*session, {"addManager"});
   process.ErpSession = Object(session);
-  OpenLocalConnection(process, "", "");
+  OpenLocalConnection(process, connectionString, "");
+  process.LocalErrors = process.LocalConnection->ErrorCollection();
   journal.Take();
 }
 
 void CopyFixture::Apply(RowOperation operation, const RowFields& fields, const Text& TableName) {
-  (job.*operation)(Row(RowWith(fields)), TableName);
+  ApplyTo(operation, RowWith(fields), TableName);
 }
 
 std::shared_ptr<ScriptedObject> CopyFixture::AddManager(const Text& classId, const Text& name,
@@ -89,10 +87,6 @@ Text CopyFixture::JournalWithout(const std::vector<Text>& beginnings) {
     from = end;
   }
   return kept;
-}
-
-Text CopyFixture::RunLog() const {
-  return std::filesystem::exists(directory.path() / "run.log") ? directory.Read("run.log") : Text();
 }
 
 void CopyFixture::DataCopyJob_DataCopyAlreadyInProgress(Value iTime, Value iTableName) {

@@ -6,28 +6,24 @@
 //     EXPECT_EQ(copy.journal.Take(), "…");
 #pragma once
 
-#include "doubles/fake_platform.h"
-#include "doubles/scripted_components.h"
-#include "doubles/scripted_database.h"
-#include "doubles/temp_directory.h"
+#include "doubles/process_fixture.h"
 #include "erp/component_contract.h"
 #include "job/clsDataCopy.h"
 
 namespace zenqay {
 
-class CopyFixture : public DataCopyEvents {
+class EmbeddedDatabase;
+
+class CopyFixture : public ProcessFixture, public DataCopyEvents {
  public:
   /// A job of the generation on the platform, with LocalConnection open, a session named `session`, the texts of
   /// share/I18nText.xml, and the run log at RunLogPath(). The date objects stand at 31 January 2004, 10:11:12 UTC; the
   /// time zone of the process is set to UTC. The journal starts empty.
   explicit CopyFixture(const Text& generation = "1", std::int16_t databasePlatform = 1);
 
-  TempDirectory directory;
-  Journal journal;
-  FakePlatform platform;
-  ScriptedComponents components;
-  ScriptedDatabase database;
-  modDeclarations process;
+  /// The same on a real database; the journal then shows what is said to the ERP alone.
+  CopyFixture(const Text& generation, EmbeddedDatabase& file);
+
   clsDataCopy job;
 
   /// Row operations, called one by one.
@@ -44,12 +40,18 @@ class CopyFixture : public DataCopyEvents {
   static RowOperation ApplySerializedItemRow() { return &clsDataCopy::ApplySerializedItemRow; }
 
   void Apply(RowOperation operation, const RowFields& fields, const Text& TableName);
+  void ApplyTo(RowOperation operation, const Object& row, const Text& TableName) {
+    (job.*operation)(Row(row), TableName);
+  }
 
   Object RowWith(const RowFields& fields) { return components.MakeRow(fields); }
 
   /// A manager of the class id that takes Initialize, List, Close and every NetList… and gives an enumeration named
   /// `rows` over the rows; and the five criteria objects, named criteria, input, output, period and parameter.
   std::shared_ptr<ScriptedObject> AddManager(const Text& classId, const Text& name, std::vector<Object> rows = {});
+
+  /// The five criteria objects alone.
+  void RegisterCriteria();
 
   void ApplyContractChange(const Text& action, const Object& row, const Text& TableName) {
     job.ApplyContractChange(action, Row(row), TableName);
@@ -115,9 +117,6 @@ class CopyFixture : public DataCopyEvents {
 
   Text RunLogPath() const { return process.LogFilePath; }
 
-  /// The run log as it stands, "" when there is none; its lines ended by "\r\n".
-  Text RunLog() const;
-
   // Events stand in the journal: `event DataCopyStarted(time(10:11:12 AM), i16(1))`.
   void DataCopyJob_DataCopyAlreadyInProgress(Value iTime, Value iTableName) override;
   void DataCopyJob_DataCopyComplete(Value iTime, Value iTableName, Value icount, Value ucount, Value dcount) override;
@@ -126,7 +125,7 @@ class CopyFixture : public DataCopyEvents {
   void DataCopyJob_DataCopyStarted(Value iTime, Value iTableName) override;
 
  private:
-  void RegisterCriteria();
+  void Open(const Text& generation, const Text& connectionString);
 };
 
 }  // namespace zenqay

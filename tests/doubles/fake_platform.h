@@ -19,6 +19,9 @@ class FakePlatform : public Platform {
   DateTime now = DateTime::FromParts({2004, 1, 31, 10, 11, 12});
   std::vector<DateTime> nextTimes;
 
+  /// The journal shows `now` for each look at the clock, which every log record takes.
+  bool showClock = false;
+
   Text title;
   Text logTarget;
   std::vector<Text> causes;  // what standard error would show
@@ -27,6 +30,7 @@ class FakePlatform : public Platform {
   LogFile* log = &logFile;  // a test may put another one in its place
 
   DateTime Now() override {
+    if (showClock) journal_.Note("now");
     if (!nextTimes.empty()) {
       now = nextTimes.front();
       nextTimes.erase(nextTimes.begin());

@@ -14,6 +14,10 @@ class Journal {
  public:
   /// Writes a line. Raises when FailAtLine chose it.
   void Line(const Text& line);
+
+  /// Writes a line behind which no call stands. It cannot be chosen to fail.
+  void Note(const Text& line) { text_ += line + "\n"; }
+
   const Text& text() const { return text_; }
 
   /// The text since the last Take.

@@ -91,6 +91,13 @@ std::shared_ptr<ScriptedObject> ScriptedComponents::MakeEnumeration(const Text& 
   return enumeration;
 }
 
+Object ScriptedComponents::Handed(const Object& object) {
+  const std::shared_ptr<Component> component = object.component();
+  const Text name = dynamic_cast<const ScriptedObject&>(*component).name();
+  const auto release = [component, name, &journal = journal_](Component*) { journal.Note("release " + name); };
+  return Object(std::shared_ptr<Component>(component.get(), release));
+}
+
 void ScriptedComponents::RequireUsable() {
   journal_.Line("require usable components");
   if (unusable) throw *unusable;
@@ -106,7 +113,7 @@ Object ScriptedComponents::Create(const Text& classId) {
     std::vector<std::shared_ptr<ScriptedObject>>& objects = known->second;
     const Object next(objects.front());
     if (objects.size() > 1) objects.erase(objects.begin());
-    return next;
+    return showReleases ? Handed(next) : next;
   }
   if (classId.starts_with("java:java.util.")) {
     const Object date = dates_.Create(classId);

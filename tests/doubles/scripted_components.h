@@ -76,6 +76,12 @@ class ScriptedComponents : public ComponentHost {
   /// An enumeration over rows.
   std::shared_ptr<ScriptedObject> MakeEnumeration(const Text& name, std::vector<Object> rows);
 
+  /// The journal shows `release name` when the last reference to a created object goes.
+  bool showReleases = false;
+
+  /// The object, for one who is to have it alone: the journal shows when the last reference that stems from here goes.
+  Object Handed(const Object& object);
+
   /// Makes the creation of a class id fail.
   void FailCreation(const Text& classId, RuntimeError error) { failures_.insert_or_assign(classId, error); }
 

@@ -40,6 +40,7 @@ Text OptionText(CursorType cursor, LockType lock, CommandType options) {
 class ScriptedConnection : public Connection {
  public:
   ScriptedConnection(ScriptedDatabase& database, int number) : database_(database), number_(number) {}
+  ~ScriptedConnection() override { database_.NoteRelease("connection"); }
 
   void PutConnectionTimeout(std::int16_t seconds) override { Setting("ConnectionTimeout " + std::to_string(seconds)); }
   void PutCommandTimeout(std::int16_t seconds) override { Setting("CommandTimeout " + std::to_string(seconds)); }
@@ -111,11 +112,12 @@ class ScriptedConnection : public Connection {
 class ScriptedRecordset : public Recordset {
  public:
   explicit ScriptedRecordset(ScriptedDatabase& database) : database_(database) {}
+  ~ScriptedRecordset() override { database_.NoteRelease("recordset"); }
 
   void PutActiveConnection(std::shared_ptr<Connection> connection) override {
     if (database_.showSettings) {
-      database_.journal_.Line("put ActiveConnection " +
-                              std::to_string(static_cast<ScriptedConnection&>(*connection).number()));
+      const auto* own = dynamic_cast<const ScriptedConnection*>(connection.get());
+      database_.journal_.Line("put ActiveConnection" + (own ? " " + std::to_string(own->number()) : ""));
     }
     Recordset::PutActiveConnection(std::move(connection));
   }
@@ -139,6 +141,7 @@ std::shared_ptr<Connection> ScriptedDatabase::CreateConnection() {
 }
 
 std::shared_ptr<Recordset> ScriptedDatabase::CreateRecordset() {
+  CheckCall("create recordset");
   return std::make_shared<ScriptedRecordset>(*this);
 }
 
@@ -154,6 +157,10 @@ void ScriptedDatabase::Check(const Text& statement, Errors& errors) {
 
 void ScriptedDatabase::CheckCall(const Text& call) {
   if (const auto failure = callFailures_.find(call); failure != callFailures_.end()) throw failure->second;
+}
+
+void ScriptedDatabase::NoteRelease(const Text& what) {
+  if (showReleases) journal_.Note("release " + what);
 }
 
 std::int64_t ScriptedDatabase::NextCount() {

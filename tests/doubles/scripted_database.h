@@ -37,15 +37,19 @@ class ScriptedDatabase : public Database {
   /// Refuses a statement without a text, as the real layer does.
   bool refusesEmptyStatements = false;
 
-  /// Makes every call of `open`, `close`, `put DefaultDatabase`, `get DefaultDatabase`, `close recordset`, `lock` or
-  /// `unlock` fail.
+  /// Makes every call of `open`, `close`, `put DefaultDatabase`, `get DefaultDatabase`, `create recordset` (which the
+  /// journal does not show), `close recordset`, `lock` or `unlock` fail.
   void FailCall(const Text& call, RuntimeError error) { callFailures_.insert_or_assign(call, error); }
 
   /// The journal shows the options of each query behind it: ` [keyset optimistic text]`.
   bool showQueryOptions = false;
 
-  /// The journal shows timeouts, connection strings, and by its number the connection that a recordset is put on.
+  /// The journal shows timeouts, connection strings, and by its number the connection that a recordset is put on;
+  /// one that is wrapped has none.
   bool showSettings = false;
+
+  /// The journal shows `release connection` and `release recordset` when the last reference to one goes.
+  bool showReleases = false;
 
   std::shared_ptr<Connection> CreateConnection() override;
   std::shared_ptr<Recordset> CreateRecordset() override;
@@ -63,6 +67,7 @@ class ScriptedDatabase : public Database {
 
   void Check(const Text& statement, Errors& errors);
   void CheckCall(const Text& call);
+  void NoteRelease(const Text& what);
   std::int64_t NextCount();
   std::vector<TableRow> RowsOf(const Text& query) const;
 

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <csignal>
 #include <ctime>
+#include <map>
 #include <memory>
 #include <regex>
 #include <stdexcept>
@@ -213,14 +214,19 @@ std::vector<std::string> ProgramHome::LogNames() const {
     names.push_back(MaskedName(entry.path().filename().string()));
   }
   std::sort(names.begin(), names.end());
+  names.erase(std::unique(names.begin(), names.end()), names.end());
   return names;
 }
 
 std::string ProgramHome::Log(const std::string& maskedName) const {
+  std::map<std::string, std::string> byDay;
   for (const auto& entry : std::filesystem::directory_iterator(directory_.path() / "logs")) {
-    if (MaskedName(entry.path().filename().string()) == maskedName) return Masked(ReadFile(entry.path()));
+    const std::string name = entry.path().filename().string();
+    if (MaskedName(name) == maskedName) byDay[name] = Masked(ReadFile(entry.path()));
   }
-  return "";
+  std::string content;
+  for (const auto& [name, log] : byDay) content += log;
+  return content;
 }
 
 std::string ProgramHome::Report(const ProgramRun& run) const {

@@ -119,7 +119,8 @@ class ProgramHome {
   /// The names of the log files, their day masked: "SITE_<day>.log".
   std::vector<std::string> LogNames() const;
 
-  /// A log file by its masked name, with dates and times masked; "" when there is none.
+  /// A log by its masked name, with dates and times masked; "" when there is none. A log that midnight falls into is
+  /// one all the same.
   std::string Log(const std::string& maskedName) const;
 
   /// All that a run left for a person to read, masked: its exit status, its two streams and every log file.

@@ -1,97 +1,137 @@
-// One pass of an entity's copy, written down as it must go, and what the tests of every entity hold it against.
+// The frame of the entities' tests: what the two passes say whatever the entity is, written down once. A test gives
+// what is particular to its entity; the whole trace that comes of both is compared with what the job says.
+//
+//     const TestedEntity kSites = {.copy = &CopyFixture::CopySite, …};
+//     const ErpSide kLocations = {.generation = "1", .managerClass = "Kv40QTMtssmaLocations.LocationsManager", …};
+//
+//     ExpectPass(FullPass(kSites, kLocations,
+//                         {{{{"Location", "A1"}},
+//                           {"getLocation hasDescription hasCustomer getLocation",
+//                            "sql UPDATE Site SET SITE = N'A1', upd_flag = 0 WHERE SITE =N'A1' -> 1"}}},
+//                         {.icount = 1}));
 #pragma once
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 #include "doubles/copy_fixture.h"
 #include "doubles/outcome.h"
 
 namespace zenqay {
 
-/// A pass in which nothing fails: what the ERP lists and the database answers, and what comes of it.
-struct EntityPass {
-  Text generation;
-  Text managerClass;
-  Text managerName;                  // as the trace calls it
-  std::vector<Text> parameterNames;  // where a pass has more than one parameter object
-  std::vector<RowFields> rows;
-  std::vector<std::int64_t> counts;  // what the statements touch whose count is asked for; then 1 each
-  Text trace;                        // from the creation of the manager on
-  Text counters;
-  Text runLog;
-};
-
-/// The entity operation that a test calls, with the table's name and the sync method.
-struct EntityCall {
+/// What the job calls an entity, under every generation.
+struct TestedEntity {
   void (CopyFixture::*copy)(const Text& TableName, std::int16_t SyncMethod);
+  CopyFixture::RowOperation apply;
   Text TableName;
-  std::int16_t SyncMethod;
-
-  void On(CopyFixture& job) const { (job.*copy)(TableName, SyncMethod); }
+  Text caption;      // names the table in a failure
+  Text onlyChanged;  // names the only-changed pass in a failure
 };
 
-/// Gives each creation of a parameter object one of its own.
-inline void NameParameters(CopyFixture& copy, const std::vector<Text>& names) {
-  std::vector<std::shared_ptr<ScriptedObject>> parameters;
-  for (const Text& name : names) {
-    parameters.push_back(copy.components.Make(name));
-    for (const char* operation : {"setFieldName", "setFrom", "setTo"}) parameters.back()->Answers(operation, Value());
-  }
-  copy.components.RegisterInTurn("NetListSelectionCriteria.NetListParameter", parameters);
-}
+/// A range of a net-change listing, its values as the trace shows them.
+struct Range {
+  Text field;
+  Text from;
+  Text to;
+};
 
-inline void Arrange(CopyFixture& copy, const EntityPass& pass) {
-  std::vector<Object> rows;
-  for (const RowFields& fields : pass.rows) rows.push_back(copy.RowWith(fields));
-  copy.AddManager(pass.managerClass, pass.managerName, rows);
-  if (!pass.parameterNames.empty()) NameParameters(copy, pass.parameterNames);
-  copy.database.AffectNext(pass.counts);
-}
+/// Where an entity comes from under one generation.
+struct ErpSide {
+  Text generation;
+  Text managerClass;  // empty where the generation has none
+  Text name;          // names the ERP in a failure
+  Text list;          // the arguments of the full listing, as the trace shows them
+  Text listing;       // the net-change listing
+  Text tableCode;
+  std::vector<Range> ranges;
+  Text fields;                     // of the net-change listing, in order, a blank between them; "old:" before a field
+                                   // whose old value is asked for as well
+  std::size_t unusedParameters{};  // parameter objects behind those of the ranges
+  bool isNamedFirst = false;       // the only-changed pass knows the ERP's name before it creates the manager
+  Text behind;                     // what follows a copy that changed something
+};
 
-inline void ExpectPass(const EntityPass& pass, const EntityCall& call) {
-  SCOPED_TRACE("generation " + pass.generation);
-  CopyFixture copy(pass.generation);
-  Arrange(copy, pass);
+/// The same under a generation for which no manager is created.
+ErpSide WithoutManager(const Text& generation, ErpSide erp);
 
-  call.On(copy);
+/// What is said over a row, in its order: each element is a line of the trace when it is a statement or a call with
+/// arguments, and else the accessors that the row is asked for, a blank between them; `old.getX` is asked of its old
+/// values. The counts behind the statements are what the database gives.
+using Steps = std::vector<Text>;
 
-  EXPECT_EQ(copy.journal.Take(), pass.trace);
-  EXPECT_EQ(copy.Counters(), pass.counters);
-  EXPECT_EQ(copy.RunLog(), pass.runLog);
-}
+struct ListedRow {
+  RowFields fields;
+  Steps steps;
+  Text oldValues{};  // the field that holds the old values
+  RowFields oldFields{};
+};
 
-/// The lines of a text, each with its end.
-inline std::vector<Text> LinesOf(const Text& text) {
-  std::vector<Text> lines;
-  for (std::size_t from = 0; from < text.size(); from += lines.back().size()) {
-    lines.push_back(text.substr(from, text.find('\n', from) + 1 - from));
-  }
-  return lines;
-}
+struct Counts {
+  int ucount = 0;
+  int icount = 0;
+  int dcount = 0;
+};
+
+/// A pass in which nothing fails.
+struct Pass {
+  TestedEntity entity;
+  ErpSide erp;
+  std::int16_t SyncMethod = 1;
+  std::vector<ListedRow> rows;
+  Counts counts;  // what the pass leaves
+  std::int16_t databasePlatform = 1;
+  std::function<void(CopyFixture&, ScriptedObject& manager)> arrange{};  // what else the ERP answers
+};
+
+Pass FullPass(const TestedEntity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows = {},
+              const Counts& counts = {});
+Pass ChangedPass(const TestedEntity& entity, const ErpSide& erp, const std::vector<ListedRow>& rows = {},
+                 const Counts& counts = {});
+
+/// The same pass, met by another generation.
+Pass Under(const Text& generation, Pass pass);
+
+/// A full copy and an only-changed pass without rows.
+std::vector<Pass> BothPasses(const TestedEntity& entity, const ErpSide& erp);
+
+/// What the pass says, from the creation of the manager on. The manager is named `manager`, its parameters parameter1,
+/// parameter2 and so on, its rows row1, row2 and so on.
+Text TraceOf(const Pass& pass);
+Text TraceOf(const Text& row, const Steps& steps);
+
+/// The trace up to the first line that begins like this, that line included.
+Text UpTo(const Text& beginning, const Text& trace);
+
+/// Gives the fixture's components what the pass meets. Returns the manager.
+std::shared_ptr<ScriptedObject> Arrange(CopyFixture& copy, const Pass& pass);
+
+/// The row, with what it had before as an object named `old`: a field of that is empty when it is not known.
+Object Listed(CopyFixture& copy, const ListedRow& row);
+
+/// The pass as it must go: by itself, whatever an earlier copy left in the counters that it sets to 0, and within the
+/// copy of its table.
+void ExpectPass(const Pass& pass);
 
 /// Lets the pass fail at each of its steps behind the creation of the manager, one at a time. What it says is then the
-/// beginning of its trace up to that step; a full copy still closes its manager. `raised` is what it raises every time,
-/// the number 5000 of the failing step included.
-inline void ExpectFailureAtEachStep(const EntityPass& pass, const EntityCall& call, const Text& raised) {
-  const std::vector<Text> steps = LinesOf(pass.trace);
-  const Text closing = call.SyncMethod == 1 ? pass.managerName + ".Close()\n" : "";
-  Text trace = steps.front();
-  for (std::size_t step = 1; step < steps.size(); ++step) {
-    SCOPED_TRACE("generation " + pass.generation + ", failing at " + steps[step]);
-    CopyFixture copy(pass.generation);
-    Arrange(copy, pass);
-    copy.journal.FailAtLine(step, RuntimeError(5000, "the other side", "it broke"));
-    trace += steps[step];
+/// beginning of its trace up to that step; a full copy still closes its manager. It raises the number of the failing
+/// step plus 100 and names the table, the pass and the ERP.
+void ExpectFailureAtEachStep(const Pass& pass);
 
-    EXPECT_EQ(Raised([&] { call.On(copy); }), raised);
+/// The pass does not get beyond the creation of a manager that is not there. A full copy leaves its failure path at the
+/// manager's closing, unchanged; an only-changed pass raises the creation's number plus 100.
+void ExpectMissingComponent(const Pass& pass);
 
-    EXPECT_EQ(copy.journal.Take(), trace + closing);
-    const bool summarized = steps[step] == closing;  // the table's summary precedes the closing of the manager
-    EXPECT_EQ(copy.RunLog(), (summarized ? pass.runLog : "") +
-                                 "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-                                 "\"the other side\",\"it broke\"\r\n");
-  }
-}
+/// The pass fails at the first call on the manager where none is created: a full copy with 91, an only-changed pass
+/// with 191, behind the creation of its criteria.
+void ExpectNoManager(const Pass& pass);
+
+/// No sync method but 1 and 2 does anything.
+void ExpectNothingUnderOtherSyncMethods(const TestedEntity& entity, const ErpSide& erp);
+
+/// Applies a row by itself and compares all that is said.
+void ExpectRow(const TestedEntity& entity, const Text& generation, const ListedRow& row,
+               std::int16_t databasePlatform = 1);
 
 /// The statements of one row that the table does not have yet.
 struct RowCase {
@@ -101,62 +141,17 @@ struct RowCase {
 };
 
 /// Applies each row, to a table in which no update finds it, and compares the two statements.
-inline void ExpectStatements(CopyFixture::RowOperation apply, const Text& generation, std::int16_t databasePlatform,
-                             const Text& TableName, const std::vector<RowCase>& cases) {
-  for (const RowCase& row : cases) {
-    SCOPED_TRACE("generation " + generation + ", " + row.update);
-    CopyFixture copy(generation, databasePlatform);
-    copy.database.AffectNext({0});
-
-    copy.Apply(apply, row.fields, TableName);
-
-    EXPECT_EQ(copy.JournalWithout({"row"}), "sql " + row.update + " -> 0\nsql " + row.insert + " -> 1\n");
-  }
-}
+void ExpectStatements(const TestedEntity& entity, const Text& generation, const std::vector<RowCase>& cases,
+                      std::int16_t databasePlatform = 1);
 
 /// One applied row counts one, however many rows the update touched, and an insert counts only when it reports one.
-inline void ExpectCounts(CopyFixture::RowOperation apply, const Text& generation, const RowFields& fields) {
-  struct Case {
-    std::vector<std::int64_t> counts;
-    Text counters;
-  };
-  const std::vector<Case> cases = {
-      {{1}, "ucount 1, icount 0, dcount 0"},    {{2}, "ucount 1, icount 0, dcount 0"},
-      {{-1}, "ucount 1, icount 0, dcount 0"},   {{0, 1}, "ucount 0, icount 1, dcount 0"},
-      {{0, 0}, "ucount 0, icount 0, dcount 0"}, {{0, 2}, "ucount 0, icount 0, dcount 0"},
-  };
-  for (const Case& is : cases) {
-    SCOPED_TRACE("update of " + std::to_string(is.counts.front()) + ", insert of " + std::to_string(is.counts.back()));
-    CopyFixture copy(generation);
-    copy.database.AffectNext(is.counts);
+void ExpectCounts(const TestedEntity& entity, const Text& generation, const RowFields& fields);
 
-    copy.Apply(apply, fields, "TABLE");
+/// Applies the row with a null in each of the named fields, one at a time: no null reaches a quoted literal.
+void ExpectNullToFail(const TestedEntity& entity, const Text& generation, const RowFields& fields,
+                      const std::vector<Text>& names);
 
-    EXPECT_EQ(copy.Counters(), is.counters);
-  }
-}
-
-/// Applies the row with a null in each of the named fields, one at a time: no null ever reaches a statement.
-inline void ExpectNullToFail(CopyFixture::RowOperation apply, const Text& generation, const RowFields& fields,
-                             const std::vector<Text>& names) {
-  for (const Text& name : names) {
-    SCOPED_TRACE(name);
-    CopyFixture copy(generation);
-    RowFields withNull = fields;
-    withNull.emplace_back(name, Null());
-
-    EXPECT_EQ(Raised([&] { copy.Apply(apply, withNull, "TABLE"); }), "94 ZenqayDBSync: Invalid use of Null");
-
-    EXPECT_EQ(copy.JournalWithout({"row"}), "");
-  }
-}
-
-/// What the job of one table says from the opening of the connection to its closing; its log directory stands as LOGS.
-inline Text RunJob(CopyFixture& copy, const Text& TableName, std::int16_t SyncMethod) {
-  const Text logs = copy.directory.path().string();
-  copy.process.TableRegistry[5].TableName = TableName;
-  copy.job.StartDataCopy("", "", /*TableID=*/5, SyncMethod, logs, "100", copy.process.DatabasePlatform);
-  return Replaced(copy.journal.Take(), logs, "LOGS");
-}
+/// The row operation runs a statement without a text, twice, and asks the row nothing.
+void ExpectEmptyStatements(const TestedEntity& entity, const Text& generation, const RowFields& fields);
 
 }  // namespace zenqay

@@ -254,10 +254,28 @@ TEST(RegisterManager, AddsTheManagerToTheSessionByReference) {
             "session.addManager(&nothing)\n");
 }
 
+TEST(RegisterManager, GivesTheManagerThatTheSessionPutInItsPlace) {
+  ProcessFixture fixture;
+  const Object first(fixture.components.Make("first"));
+  const Object second(fixture.components.Make("second"));
+  const auto session = fixture.components.Make("session");
+  session->Does("addManager", [second](Arguments arguments) {
+    arguments[0].Assign(second);
+    return Value();
+  });
+  fixture.process.ErpSession = Object(session);
+
+  EXPECT_EQ(RegisterManager(fixture.process, first), second);
+
+  session->Answers("addManager", Value());
+  EXPECT_EQ(RegisterManager(fixture.process, first), first);
+}
+
 TEST(RegisterManager, DoesNothingWithoutASession) {
   ProcessFixture fixture;
+  const Object manager(fixture.components.Make("locations"));
 
-  RegisterManager(fixture.process, Object(fixture.components.Make("locations")));
+  EXPECT_EQ(RegisterManager(fixture.process, manager), manager);
 
   EXPECT_EQ(fixture.journal.Take(), "");
 }

@@ -21,6 +21,18 @@ bool IsExpected(std::int32_t number) {
   return false;
 }
 
+/// True when stars stand behind each "password=" and "pwd=".
+bool HoldsNoSecret(std::string_view shown) {
+  for (std::size_t at = 0; at < shown.size(); ++at) {
+    for (const std::string_view key : {"password", "pwd"}) {
+      if (!StartsWithIgnoringCase(shown.substr(at), key)) continue;
+      const Text value = TrimLeft(shown.substr(at + key.size()));
+      if (value.starts_with('=') && !TrimLeft(value.substr(1)).starts_with("***")) return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 FUZZ(input) {
@@ -39,6 +51,5 @@ FUZZ(input) {
   } catch (const RuntimeError& error) {
     Hold(IsExpected(error.number()), "a line that does not serve has one of the errors of the command line");
   }
-  const Text shown = WithoutSecrets(line);
-  Hold(WithoutSecrets(shown) == shown, "what is shown without secrets holds none");
+  Hold(HoldsNoSecret(WithoutSecrets(line)), "what is shown without secrets holds none");
 }

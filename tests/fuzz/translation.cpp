@@ -104,7 +104,21 @@ void CheckSqlite(std::string_view statement) {
   Compare(expected, statement, TranslateForSqlite);
 }
 
+/// True for a statement that no database takes: its last literal, quoted name or comment has no end.
+bool IsLeftOpen(std::string_view statement) {
+  SqlToken last;
+  SqlTokens tokens(statement);
+  for (SqlToken token = tokens.Next(); token.kind != Kind::End; token = tokens.Next()) last = token;
+  if (last.kind != Kind::Other) return false;
+  const std::string_view text = last.text;
+  if (text.starts_with("/*")) return text.size() < 4 || !text.ends_with("*/");
+  if (text.starts_with("--")) return !text.ends_with('\n');
+  if (text.starts_with('[')) return !text.ends_with(']');
+  return text.starts_with('\'') || (text.starts_with('"') && (text.size() < 2 || !text.ends_with('"')));
+}
+
 void CheckPostgreSql(std::string_view statement) {
+  if (IsLeftOpen(statement)) return;  // ESCAPE '' would stand inside
   Expected expected(statement, "timestamp", "date", true);
   if (IsDateFormatSetting(expected.tokens())) {
     Text translated;

@@ -102,6 +102,18 @@ TEST_F(IsCopyInProgressTest, ClosesTheQueryWhenItsRowCannotBeRead) {
             "ordinal.: in_use\"\r\n");
 }
 
+TEST_F(IsCopyInProgressTest, ClosesNothingWhenItsQueryCouldNotBeMade) {
+  fixture.database.FailCall("create recordset", RuntimeError(429, "Driver", "no recordset"));
+
+  const Text raised = Raised([&] { IsCopyInProgress(fixture.process, "Site"); });
+
+  EXPECT_EQ(raised, "529 Data Copy In Progress: It could not be determined whether table Site is being copied.");
+  EXPECT_EQ(fixture.journal.Take(), "");
+  EXPECT_EQ(fixture.RunLog(),
+            "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
+            "\"Driver\",\"no recordset\"\r\n");
+}
+
 TEST_F(IsCopyInProgressTest, FailsForAFlagThatIsNoNumber) {
   fixture.database.Answer("", {{{"in_use", "yes"}}});
 

@@ -69,6 +69,22 @@ TEST_F(LoadTableRegistryTest, ReadsOnAConnectionOfItsOwnThatHasNoTimeoutsSet) {
   EXPECT_EQ(fixture.RunLog(), "");
 }
 
+TEST_F(LoadTableRegistryTest, KeepsItsConnectionAndItsQueryUntilItsFailureIsRecorded) {
+  fixture.database.showReleases = true;
+  fixture.platform.showClock = true;
+
+  Load({RegistryRow(129, "110", "Site", "Sites")});
+
+  EXPECT_EQ(fixture.journal.Take(),
+            "open\n"
+            "sql SET DATEFORMAT YMD\n"
+            "query SELECT a.ERPTableID,a.tableid, a.tablename, c.text from tstables a, tstreenodes b, tsi18ntext c "
+            "where a.productid = N'4010' AND b.groupid = N'1' AND a.tableid = b.tableid AND b.label = c.label\n"
+            "now\n"  // of the record
+            "release recordset\n"
+            "release connection\n");
+}
+
 TEST_F(LoadTableRegistryTest, SelectsTheTrimmedSchemaOfOracle) {
   fixture.database.showSettings = true;
   fixture.database.showQueryOptions = true;
@@ -171,8 +187,11 @@ TEST_F(LoadTableRegistryTest, ReadsTheTableIdThenTheErpTableThenTheNameThenTheCa
 
     LoadTableRegistry(process.process, "", "", kSqlServer);
 
-    EXPECT_EQ(process.RunLog(),
-              Text("\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n\"ZenqayDBSync\",\"no field ") + field + "\"\r\n");
+    EXPECT_EQ(
+        process.RunLog(),
+        Text("\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n\"ZenqayDBSync\",\"Item cannot be found in the collection "
+             "corresponding to the requested name or ordinal.: ") +
+            field + "\"\r\n");
     row[LowerCased(field)] = whole.at(LowerCased(field));
   }
 }

@@ -417,6 +417,39 @@ TEST(HandleDataCopy, ReleasesTheCreatedObjectAndKeepsTheOneOfTheInstance) {
   EXPECT_EQ(fixture.status.use_count(), statuses + 1);
 }
 
+TEST(HandleDataCopy, ReleasesTheCreatedObjectBeforeItMissesTheOneOfTheInstance) {
+  StartFixture fixture;
+  fixture.handle->Answers("getInstance", Object());
+  fixture.components.showReleases = true;
+  fixture.platform.showClock = true;
+  clsDataCopyHandler handler(fixture.process);
+
+  handler.HandleDataCopy("", "", 1, 1, fixture.directory.path().string(), "100", 1);
+
+  EXPECT_EQ(fixture.journal.Take(),
+            "create ZenqayInstHandler.InstanceHandle\n"
+            "handle.getInstance(&i16(0))\n"
+            "put handle.CurrentInstanceNumber = i16(0)\n"
+            "release handle\n"
+            "now\n");  // of the record
+}
+
+TEST(HandleDataCopy, KeepsTheCreatedObjectUntilItsFailureIsRecorded) {
+  StartFixture fixture;
+  fixture.handle->Fails("getInstance", RuntimeError(440, "handle", "Automation error"));
+  fixture.components.showReleases = true;
+  fixture.platform.showClock = true;
+  clsDataCopyHandler handler(fixture.process);
+
+  handler.HandleDataCopy("", "", 1, 1, fixture.directory.path().string(), "100", 1);
+
+  EXPECT_EQ(fixture.journal.Take(),
+            "create ZenqayInstHandler.InstanceHandle\n"
+            "handle.getInstance(&i16(0))\n"
+            "now\n"  // of the record
+            "release handle\n");
+}
+
 TEST(HandleDataCopy, PutsTheInstanceNumberThatTheComponentHandedBack) {
   StartFixture fixture;
   fixture.process.InstanceNumber = 7;

@@ -144,6 +144,42 @@ TEST(RunProcess, GoesThroughItsStepsInTheirOrder) {
   EXPECT_EQ(fixture.Causes(), "");
 }
 
+/// The handler is there from before the session is opened, and goes with the job.
+TEST(RunProcess, HasOneHandlerProcessWideForTheLengthOfTheJob) {
+  StartFixture fixture;
+  std::vector<bool> seen;
+  fixture.info->Does("getVersion", [&](Arguments) {
+    seen.push_back(fixture.process.DataCopyHandler != nullptr);
+    return Value("2.4");
+  });
+  fixture.handle->Does("getInstance", [&](Arguments) {
+    seen.push_back(fixture.process.DataCopyHandler != nullptr);
+    return Value(Object(fixture.status));
+  });
+
+  EXPECT_EQ(fixture.process.DataCopyHandler, nullptr);
+  fixture.Run();
+
+  EXPECT_EQ(seen, (std::vector<bool>{true, true}));
+  EXPECT_EQ(fixture.process.DataCopyHandler, nullptr);
+}
+
+TEST(RunProcessFailure, LeavesNoHandlerBehind) {
+  StartFixture fixture;
+  fixture.items[2] = "40000";
+  const auto session = fixture.components.Make("session");
+  std::weak_ptr<clsDataCopyHandler> handler;
+  fixture.toolkit->Does("createUserSession", [&](Arguments) {
+    handler = fixture.process.DataCopyHandler;
+    return Value(Object(session));
+  });
+
+  fixture.Run();
+
+  EXPECT_EQ(fixture.StartupLog(), StartFixture::StartupRecord("6: Overflow"));
+  EXPECT_TRUE(handler.expired());
+}
+
 TEST(RunProcess, TrimsTheItemsForTheJobAndKeepsTheLogDirectoryAsGiven) {
   StartFixture fixture;
   fixture.database.showSettings = true;

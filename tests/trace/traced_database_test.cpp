@@ -84,7 +84,7 @@ TEST_F(TracedDatabaseTest, PassesEverythingToTheDatabaseAsItCame) {
             "open\n"
             "put DefaultDatabase SERVICE\n"
             "get DefaultDatabase\n"
-            "put ActiveConnection 1\n"
+            "put ActiveConnection\n"
             "query SELECT 1 [keyset optimistic text]\n"
             "close recordset\n"
             "sql DELETE FROM Site\n"

@@ -1,6 +1,7 @@
 #include "components/files/file_manager.h"
 
 #include <charconv>
+#include <limits>
 
 #include "components/files/reference_headers.h"
 #include "components/files/selection_criteria.h"
@@ -41,7 +42,25 @@ RowSelection SelectionOf(const ChangesHeader& header, const NetChangeCriteria& c
   return selection;
 }
 
+constexpr DateTime kEarliest(std::numeric_limits<std::int64_t>::min());
+constexpr DateTime kLatest(std::numeric_limits<std::int64_t>::max());
+
+void ReadThrough(ExportRows rows) {
+  while (rows.Next() != nullptr) {
+  }
+}
+
 }  // namespace
+
+struct FileManager::OpenExport {
+  CsvReader reader;
+  ExportColumns columns;
+};
+
+struct FileManager::OpenChanges {
+  CsvReader reader;
+  ChangesHeader header;
+};
 
 FileStamp FileStamp::Of(const std::filesystem::path& path) {
   FileStamp stamp;
@@ -94,14 +113,11 @@ Value FileManager::List(Arguments bounds) {
     std::vector<KeyRange> ranges = RangesOf(index_->shape()->columns, bounds);
     if (index_->Serves(ranges)) return IndexedRows(std::move(ranges));
   }
-  CsvReader reader(exportPath_, classId());
-  const CsvRecord header = ReadHeaderRecord(reader);
-  if (SaysNothing(header)) return Object();
-  ExportColumns columns = ReadListHeader(header, reader.source());
-  RequireReferenceColumns(names_.fileStem, columns, "List", header, reader.source());
-  std::vector<KeyRange> ranges = RangesOf(columns, bounds);
-  const auto shape = MakeRowShape(reader.source(), std::move(columns), names_.plural);
-  ExportRecords records(std::move(reader), shape, CountBeside(exportPath_));
+  std::optional<OpenExport> file = Export();
+  if (!file) return Object();
+  std::vector<KeyRange> ranges = RangesOf(file->columns, bounds);
+  const auto shape = MakeRowShape(file->reader.source(), std::move(file->columns), names_.plural);
+  ExportRecords records(std::move(file->reader), shape, CountBeside(exportPath_));
   if (std::vector<KeyRange> keys = SingleKeysOf(ranges); !keys.empty()) {
     index_ = std::make_shared<ExportIndex>(std::move(records), std::move(keys));
     indexStamp_ = stamp;
@@ -116,15 +132,48 @@ Value FileManager::NetList(Arguments arguments) {
   }
   const NetChangeCriteria criteria = ReadCriteria(arguments[1].value(), classId());
   if (IsMissing(changesPath_)) return Enumeration({});
+  std::optional<OpenChanges> file = Changes();
+  if (!file) return Object();
+  return Enumeration(ChangedRows(std::move(*file), criteria));
+}
+
+ExportRows FileManager::ChangedRows(OpenChanges file, const NetChangeCriteria& criteria) const {
+  RowSelection selection = SelectionOf(file.header, criteria, classId());
+  const auto shape = MakeRowShape(file.reader.source(), std::move(file.header.columns), names_.plural);
+  auto records = std::make_unique<ExportRecords>(std::move(file.reader), shape, CountBeside(changesPath_));
+  return {std::move(records), shape, std::move(selection)};
+}
+
+std::optional<FileManager::OpenExport> FileManager::Export() const {
+  CsvReader reader(exportPath_, classId());
+  const CsvRecord record = ReadHeaderRecord(reader);
+  if (SaysNothing(record)) return {};
+  ExportColumns columns = ReadListHeader(record, reader.source());
+  RequireReferenceColumns(names_.fileStem, columns, "List", record, reader.source());
+  return OpenExport{std::move(reader), std::move(columns)};
+}
+
+std::optional<FileManager::OpenChanges> FileManager::Changes() const {
   CsvReader reader(changesPath_, classId());
   const CsvRecord record = ReadHeaderRecord(reader);
-  if (SaysNothing(record)) return Object();
+  if (SaysNothing(record)) return {};
   ChangesHeader header = ReadChangesHeader(record, reader.source());
   RequireReferenceColumns(names_.fileStem, header.columns, "NetList" + names_.plural, record, reader.source());
-  RowSelection selection = SelectionOf(header, criteria, classId());
-  const auto shape = MakeRowShape(reader.source(), std::move(header.columns), names_.plural);
-  auto records = std::make_unique<ExportRecords>(std::move(reader), shape, CountBeside(changesPath_));
-  return Enumeration(ExportRows(std::move(records), shape, std::move(selection)));
+  return OpenChanges{std::move(reader), std::move(header)};
+}
+
+void FileManager::RequireCallable(std::string_view operation, std::size_t argumentCount) {
+  if (EqualsIgnoringCase(operation, "List")) {
+    std::optional<OpenExport> file = Export();
+    if (!file) return;
+    RequireBounds(file->columns, argumentCount);
+    const auto shape = MakeRowShape(file->reader.source(), std::move(file->columns), names_.plural);
+    auto records = std::make_unique<ExportRecords>(std::move(file->reader), shape, CountBeside(exportPath_));
+    ReadThrough(ExportRows(std::move(records), shape, {}));
+  } else if (EqualsIgnoringCase(operation, "NetList" + names_.plural) && !IsMissing(changesPath_)) {
+    std::optional<OpenChanges> file = Changes();
+    if (file) ReadThrough(ChangedRows(std::move(*file), {.from = kEarliest, .to = kLatest}));
+  }
 }
 
 Value FileManager::IndexedRows(std::vector<KeyRange> ranges) const {
@@ -133,13 +182,8 @@ Value FileManager::IndexedRows(std::vector<KeyRange> ranges) const {
 }
 
 std::vector<KeyRange> FileManager::RangesOf(const ExportColumns& columns, Arguments bounds) const {
+  RequireBounds(columns, bounds.size());
   const std::vector<std::size_t> keys = KeyColumnsOf(columns);
-  if (bounds.size() != keys.size() * 2) {
-    const Text about = "List takes " + std::to_string(keys.size() * 2) +
-                       " arguments, a lowest and a highest value for " + "each key column of " +
-                       exportPath_.filename().string();
-    throw RuntimeError(PlatformFault::InvalidCall, about, classId());
-  }
   std::vector<KeyRange> ranges;
   for (std::size_t key = 0; key < keys.size(); ++key) {
     const Value& low = bounds[key * 2].value();
@@ -147,6 +191,14 @@ std::vector<KeyRange> FileManager::RangesOf(const ExportColumns& columns, Argume
     ranges.emplace_back(columns, keys[key], low, high, classId());
   }
   return ranges;
+}
+
+void FileManager::RequireBounds(const ExportColumns& columns, std::size_t count) const {
+  const std::size_t keys = KeyColumnsOf(columns).size();
+  if (count == keys * 2) return;
+  const Text about = "List takes " + std::to_string(keys * 2) + " arguments, a lowest and a highest value for " +
+                     "each key column of " + exportPath_.filename().string();
+  throw RuntimeError(PlatformFault::InvalidCall, about, classId());
 }
 
 /// The number in the file NAME.rows beside NAME.csv, where there is one.

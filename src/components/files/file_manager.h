@@ -9,6 +9,8 @@
 
 namespace zenqay {
 
+struct NetChangeCriteria;
+
 /// What a manager's class id says: "Kv50QTMtscfgObjects.ObjectsManager" reads the files named by the text in front of
 /// the dot, and its plural is "Objects".
 struct ManagerClass {
@@ -37,14 +39,26 @@ class FileManager : public FileComponent {
 
   Value Call(std::string_view operation, Arguments arguments) override;
 
+  /// Reads the file of a listing to its end, as a job would.
+  void RequireCallable(std::string_view operation, std::size_t argumentCount) override;
+
   static std::filesystem::path ExportPath(const std::filesystem::path& directory, const ManagerClass& names);
 
  private:
+  struct OpenExport;
+  struct OpenChanges;
+
   Value List(Arguments bounds);
   Value NetList(Arguments arguments);
+  void RequireBounds(const ExportColumns& columns, std::size_t count) const;
+  ExportRows ChangedRows(OpenChanges file, const NetChangeCriteria& criteria) const;
   Value IndexedRows(std::vector<KeyRange> ranges) const;
   std::vector<KeyRange> RangesOf(const ExportColumns& columns, Arguments bounds) const;
   Value Enumeration(std::optional<ExportRows> rows) const;
+
+  /// The file behind its header; nothing when it says that there is no listing.
+  std::optional<OpenExport> Export() const;
+  std::optional<OpenChanges> Changes() const;
 
   std::optional<std::uint64_t> CountBeside(std::filesystem::path exportPath) const;
 

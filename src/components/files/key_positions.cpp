@@ -28,8 +28,9 @@ void KeyPositions::Finish() {
 std::vector<std::uint64_t> KeyPositions::Find(std::uint64_t hash) const {
   std::vector<std::uint64_t> positions;
   for (std::size_t run = 0; run < runsSpilled_; ++run) FindInRun(run, hash, positions);
-  for (const Entry& entry : std::ranges::equal_range(entries_, hash, {}, &Entry::hash)) {
-    positions.push_back(entry.position);
+  for (auto entry = std::ranges::lower_bound(entries_, hash, {}, &Entry::hash);
+       entry != entries_.end() && entry->hash == hash; ++entry) {
+    positions.push_back(entry->position);
   }
   return positions;
 }

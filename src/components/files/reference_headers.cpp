@@ -58,6 +58,13 @@ std::span<const ReferenceHeader> ReferenceHeaders() {
   return kReferenceHeaders;
 }
 
+std::size_t KeyCountOf(std::string_view fileStem) {
+  const auto* known = std::ranges::find(kReferenceHeaders, fileStem, &ReferenceHeader::fileStem);
+  if (known == std::end(kReferenceHeaders)) return 0;
+  const auto isKey = [](std::string_view cell) { return cell.ends_with(":key"); };
+  return static_cast<std::size_t>(std::ranges::count_if(Split(known->header, ","), isKey));
+}
+
 void RequireReferenceColumns(std::string_view fileStem, const ExportColumns& columns, std::string_view operation,
                              const CsvRecord& record, const CsvSource& source) {
   const auto* known = std::ranges::find(kReferenceHeaders, fileStem, &ReferenceHeader::fileStem);

@@ -14,6 +14,9 @@ struct ReferenceHeader {
 
 std::span<const ReferenceHeader> ReferenceHeaders();
 
+/// How many keys a listing of the class is asked by, each with a lowest and a highest value; 0 for another class.
+std::size_t KeyCountOf(std::string_view fileStem);
+
 /// Holds an export's columns against the reference header of its class; a class without one passes. A missing column
 /// raises 438, naming `operation`, file and column: a header that was cut off must not stand for an empty ERP. A column
 /// that the reference gives as a number or a date and the export as something else raises 13, naming the cell: such

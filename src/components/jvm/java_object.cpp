@@ -56,6 +56,16 @@ void JavaObject::Put(std::string_view property, const Value& value) {
   Invoke(writer.methods, property, Arguments(&argument, 1));
 }
 
+void JavaObject::RequireCallable(std::string_view operation, std::size_t argumentCount) {
+  const JavaClass::Overloads& methods = type_.MethodsNamed(operation);
+  if (methods.empty()) RaiseNoSuchOperation(operation, source_);
+  const auto takesThem = [&](const JavaMethod* method) { return method->parameters.size() == argumentCount; };
+  if (std::ranges::any_of(methods, takesThem)) return;
+  Text about = Text(operation) + " with " + std::to_string(argumentCount) + " arguments, there is ";
+  for (const JavaMethod* method : methods) about += (method == methods.front() ? "" : ", ") + method->signature;
+  throw RuntimeError(PlatformFault::WrongNumberOfArguments, about, source_);
+}
+
 Value JavaObject::Default() const {
   RaiseNoSuchOperation("it has no default value", source_);
 }

@@ -23,6 +23,7 @@ class JavaObject : public Component {
   Value Call(std::string_view operation, Arguments arguments) override;
   Value Get(std::string_view property) override;
   void Put(std::string_view property, const Value& value) override;
+  void RequireCallable(std::string_view operation, std::size_t argumentCount) override;
   Value Default() const override;
 
   jobject reference() const { return object_; }

@@ -9,6 +9,10 @@ namespace {
 
 using nlohmann::ordered_json;
 
+void Require(const std::optional<PlatformFault>& fault, const Text& path) {
+  if (fault) throw RuntimeError(*fault, path, kStatusClass);
+}
+
 class FileStatus : public StatusObject {
  public:
   FileStatus(Text path, std::int16_t instance) : path_(std::move(path)), instance_(instance) {}
@@ -37,12 +41,8 @@ class FileStatus : public StatusObject {
 
   /// One write for one line, so that a reader never sees half of one but on a full disk.
   void Append(const ordered_json& call) {
-    if (!file_.isOpen()) Check(file_.Open(path_));
-    Check(file_.Write(call.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n"));
-  }
-
-  void Check(std::optional<PlatformFault> fault) const {
-    if (fault) throw RuntimeError(*fault, path_, kStatusClass);
+    if (!file_.isOpen()) Require(file_.Open(path_), path_);
+    Require(file_.Write(call.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n"), path_);
   }
 
   Text path_;
@@ -59,7 +59,8 @@ std::shared_ptr<ComponentHost> FileStatusHost::Make(const CatalogueElement& elem
 
 Object FileStatusHost::Create(const Text& classId) {
   return CreateStatusHandle(
-      classId, [path = path_](std::int16_t instance) { return Object(std::make_shared<FileStatus>(path, instance)); });
+      classId, [path = path_](std::int16_t instance) { return Object(std::make_shared<FileStatus>(path, instance)); },
+      [path = path_] { Require(AppendFault(path), path); });
 }
 
 }  // namespace zenqay

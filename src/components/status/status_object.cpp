@@ -36,9 +36,10 @@ void StatusInstanceHandle::Put(std::string_view property, const Value& value) {
   value.AsInt16();  // it must be a number; this process has the one instance that it asked for
 }
 
-Object CreateStatusHandle(const Text& classId, StatusInstanceHandle::MakeStatus make) {
+Object CreateStatusHandle(const Text& classId, StatusInstanceHandle::MakeStatus make,
+                          StatusInstanceHandle::RequireUsable require) {
   if (classId != kStatusClass) throw RuntimeError(PlatformFault::CannotCreateObject, classId, classId);
-  return Object(std::make_shared<StatusInstanceHandle>(std::move(make)));
+  return Object(std::make_shared<StatusInstanceHandle>(std::move(make), std::move(require)));
 }
 
 }  // namespace zenqay

@@ -24,17 +24,25 @@ class StatusObject : public Component {
 class StatusInstanceHandle : public Component {
  public:
   using MakeStatus = std::function<Object(std::int16_t instance)>;
+  using RequireUsable = std::function<void()>;
 
-  explicit StatusInstanceHandle(MakeStatus make) : make_(std::move(make)) {}
+  /// `require` raises what keeps a status object from telling anything.
+  explicit StatusInstanceHandle(MakeStatus make, RequireUsable require)
+      : make_(std::move(make)), require_(std::move(require)) {}
 
   Value Call(std::string_view operation, Arguments arguments) override;
   void Put(std::string_view property, const Value& value) override;
+  void RequireCallable(std::string_view, std::size_t) override {
+    if (require_) require_();
+  }
 
  private:
   MakeStatus make_;
+  RequireUsable require_;
 };
 
 /// The handle, or 429 for any other class.
-Object CreateStatusHandle(const Text& classId, StatusInstanceHandle::MakeStatus make);
+Object CreateStatusHandle(const Text& classId, StatusInstanceHandle::MakeStatus make,
+                          StatusInstanceHandle::RequireUsable require = {});
 
 }  // namespace zenqay

@@ -1,9 +1,11 @@
 #include "system/output_file.h"
 
 #include <fcntl.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <utility>
 
 #include "system/posix/file_fault.h"
@@ -35,6 +37,24 @@ bool MayWriteFile(const Text& path) {
 
 bool MayWriteIn(const Text& directory) {
   return ::access(directory.c_str(), W_OK | X_OK) == 0;
+}
+
+bool DiskIsFull(const Text& path) {
+  struct statvfs disk = {};
+  if (::statvfs(path.c_str(), &disk) != 0 || disk.f_blocks == 0) return false;  // none, or one that counts no blocks
+  const auto freeBlocks = ::geteuid() == 0 ? disk.f_bfree : disk.f_bavail;
+  return freeBlocks == 0;
+}
+
+std::optional<PlatformFault> AppendFault(const Text& path) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored)) return PlatformFault::PathAccess;
+  const Text parent = std::filesystem::absolute(path, ignored).parent_path().string();
+  if (!std::filesystem::is_directory(parent, ignored)) return PlatformFault::PathNotFound;
+  const bool mayWrite = std::filesystem::exists(path, ignored) ? MayWriteFile(path) : MayWriteIn(parent);
+  if (!mayWrite) return PlatformFault::PermissionDenied;
+  if (DiskIsFull(parent)) return PlatformFault::DiskFull;
+  return {};
 }
 
 }  // namespace zenqay

@@ -59,6 +59,12 @@ void RequestStop() {
   Request(MillisecondsNow());
 }
 
+bool StopRequest::IsRequestedMeanwhile() {
+  const bool isLeft = channel_ != nullptr && channel_->isOpen() && !channel_->HasReader();
+  if (isLeft) RequestStop();
+  return IsStopRequested();
+}
+
 bool IsStopRequested() {
   return requestedAt.load(std::memory_order_relaxed) != 0;
 }

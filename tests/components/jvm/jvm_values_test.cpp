@@ -15,25 +15,58 @@ Text Outcome(const Text& operation, const Value& argument) {
   return raised == "nothing" ? outcome : raised;
 }
 
-/// A recordset of one field.
-class Rows : public Recordset {
- public:
+/// One row of one field, and how often the field was read.
+struct CountedField {
   Value value;
   int readings = 0;
-
-  Value FieldValue(std::string_view) override {
-    ++readings;
-    return value;
-  }
-  void PutActiveConnection(std::shared_ptr<Connection>) override {}
-  void Open(const Text&, std::shared_ptr<Connection>, CursorType, LockType, CommandType) override {}
-  bool AtEnd() override { return false; }
-  bool AtBeginning() override { return false; }
-  std::int32_t RecordCount() override { return 1; }
-  void MoveNext() override {}
-  std::int32_t State() override { return 1; }
-  void Close() override {}
 };
+
+class Rows : public QueryRows {
+ public:
+  explicit Rows(CountedField& field) : field_(field) {}
+
+  const std::vector<Text>& columns() const override { return columns_; }
+  std::int64_t count() const override { return 1; }
+  bool Next() override { return true; }
+  bool atRow() const override { return true; }
+  Value Field(std::size_t) const override {
+    ++field_.readings;
+    return field_.value;
+  }
+
+ private:
+  CountedField& field_;
+  std::vector<Text> columns_ = {"TableID"};
+};
+
+/// A connection that answers every query with that row.
+class RowsConnection : public Connection {
+ public:
+  explicit RowsConnection(CountedField& field) : field_(field) {}
+
+  void PutConnectionTimeout(std::int16_t) override {}
+  void PutCommandTimeout(std::int16_t) override {}
+  void PutConnectionString(const Text&) override {}
+  void Open() override {}
+  void PutDefaultDatabase(const Text&) override {}
+  Text DefaultDatabase() override { return ""; }
+  std::shared_ptr<Errors> ErrorCollection() override { return std::make_shared<Errors>(); }
+  void Close() override {}
+  std::int64_t Run(const Text&, Count) override { return 0; }
+  std::unique_ptr<QueryRows> RowsOf(const Text&, CursorType, LockType, CommandType) override {
+    return std::make_unique<Rows>(field_);
+  }
+
+ private:
+  CountedField& field_;
+};
+
+std::shared_ptr<Recordset> RowsOf(CountedField& field) {
+  auto rows = std::make_shared<Recordset>();
+  rows->Open("", std::make_shared<RowsConnection>(field), CursorType::Keyset, LockType::Optimistic,
+             CommandType::SqlText);
+  return rows;
+}
 
 TEST(JavaResult, KeepsItsType) {
   const Object sample = NewSample();
@@ -181,20 +214,20 @@ TEST(JavaArgument, IsADateOrATextForATime) {
 }
 
 TEST(JavaArgument, IsWhatAFieldHoldsInTheCurrentRow) {
-  const auto rows = std::make_shared<Rows>();
-  const Value id = Object(std::make_shared<Field>(rows, "TableID"));
+  CountedField field;
+  const Value id = Object(std::make_shared<Field>(RowsOf(field), "TableID"));
 
-  rows->value = std::int32_t{7};
+  field.value = std::int32_t{7};
   EXPECT_EQ(Outcome("takesInt", id), Outcome("takesInt", std::int32_t{7}));
-  rows->value = "seven";
+  field.value = "seven";
   EXPECT_EQ(Outcome("echo", id), "seven");
-  EXPECT_EQ(rows->readings, 2);
+  EXPECT_EQ(field.readings, 2);
 
-  rows->value = std::int16_t{8};
+  field.value = std::int16_t{8};
   const Object sample = NewSample();
   sample.Put("small", id);
   EXPECT_EQ(sample.Get("small"), Value(std::int16_t{8}));
-  EXPECT_EQ(rows->readings, 3);
+  EXPECT_EQ(field.readings, 3);
 }
 
 class ForeignObject : public Component {

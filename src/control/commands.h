@@ -1,0 +1,51 @@
+// The commands of zenqayctl. Each writes to `out`, says on `err` what stops nothing, and gives the exit status.
+#pragma once
+
+#include <functional>
+#include <ostream>
+
+#include "control/credentials.h"
+#include "system/terminal.h"
+
+namespace zenqay {
+
+/// What a command stands in.
+struct Surroundings {
+  Environment environment;
+  Text jobProgram;  // zenqay-dbsync
+  Text historyPath;
+  std::ostream& out;
+  std::ostream& err;
+  std::function<TerminalSize()> terminal;  // 0 columns: plain lines
+  /// The check of one job in its ERP's home: true when it could run.
+  std::function<bool(const Text& home, const Text& commandLine, std::ostream& out)> check;
+};
+
+struct RunOptions {
+  std::vector<Text> jobs;
+  std::vector<Text> tables;      // by name or id; empty: those of the jobs
+  std::optional<Method> method;  // in the place of the jobs'
+  bool allowSweep = false;
+  bool json = false;
+  Text commandWords;  // as the history shows it
+};
+int RunJobs(const JobFile& file, const RunOptions& options, Surroundings& surroundings);
+
+int ShowStatus(const JobFile& file, const std::vector<Text>& jobs, bool json, Surroundings& surroundings);
+
+int Unlock(const JobFile& file, const Text& job, const Text& table, bool force, bool json, Surroundings& surroundings);
+
+struct HistoryOptions {
+  std::optional<std::int64_t> run;  // one whole
+  int limit = 20;
+  bool json = false;
+};
+int ShowHistory(const HistoryOptions& options, Surroundings& surroundings);
+
+int CheckJobs(const JobFile& file, const std::vector<Text>& jobs, bool json, Surroundings& surroundings);
+
+int MakeFirstJob(const Text& directory, bool json, Surroundings& surroundings);
+
+int WriteCompletion(const Text& shell, Surroundings& surroundings);
+
+}  // namespace zenqay

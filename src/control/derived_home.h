@@ -1,0 +1,24 @@
+// The home that a job is started in: the ERP's own, with what only this run asks for.
+#pragma once
+
+#include "control/job_file.h"
+
+namespace zenqay {
+
+/// A directory that lives as long as the object: Components.xml of the ERP's home with `<LOCK takeover="yes"/>`, the
+/// job's sweep limit and absolute paths, and its I18nText.xml.
+class DerivedHome {
+ public:
+  /// Raises WrongUsage, with the place in the job file, when the ERP's home has no Components.xml that can be read.
+  DerivedHome(const ErpSettings& erp, const Text& sweepLimit);
+  DerivedHome(const DerivedHome&) = delete;
+  DerivedHome& operator=(const DerivedHome&) = delete;
+  ~DerivedHome();
+
+  const Text& path() const { return path_; }
+
+ private:
+  Text path_;
+};
+
+}  // namespace zenqay

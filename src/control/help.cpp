@@ -1,0 +1,241 @@
+// The pages of --help.
+#include <utility>
+
+#include "control/command_line.h"
+
+namespace zenqay {
+namespace {
+
+constexpr const char* kMain = R"(NAME
+    zenqayctl - runs copy jobs, and says what became of them
+
+SYNOPSIS
+    zenqayctl [--file FILE] COMMAND [ARGUMENT…]
+
+DESCRIPTION
+    A job copies service master data from an ERP into tables of a local database. zenqayctl knows jobs by their names in
+    a job file, starts one process for each table, hears from it what becomes of the table, and keeps a history.
+
+COMMANDS
+    run JOB…             copies the tables of jobs
+    check JOB…           says what of a job's surroundings works, and what to mend
+    status [JOB…]        says how fresh each table is, and who copies it
+    unlock JOB TABLE     frees a table that a dead job left taken
+    history [RUN]        lists past runs, or shows one whole
+    init [DIRECTORY]     makes a first job file, with a database and an ERP to try it on
+    completion SHELL     writes the completion of a shell
+
+    zenqayctl COMMAND --help has the page of each.
+
+OPTIONS
+    --file FILE   the job file; else the one that ZENQAY_FILE names, else ./zenqay.toml, else /etc/zenqay/zenqay.toml
+    --json        writes JSON, in every command
+    --version     writes the version
+    -h, --help    writes this page
+
+ENVIRONMENT
+    ZENQAY_FILE            the job file
+    ZENQAY_DBSYNC          the program of the job, where it does not stand beside zenqayctl
+    CREDENTIALS_DIRECTORY  where passwords are, in the place of credentials/ beside the job file
+    XDG_STATE_HOME         where the history is: zenqay/history.db in it
+
+EXIT STATUS
+    The first that applies:
+    2      wrong usage, or something is wrong with the job file; nothing was started
+    128+n  stopped by the signal n
+    124    stopped by the timeout of a job
+    4      a job could not begin, or a database could not be reached
+    1      a table failed
+    3      a table was in use
+    0      all complete
+)";
+
+constexpr const char* kRun = R"(NAME
+    zenqayctl run - copies the tables of jobs
+
+SYNOPSIS
+    zenqayctl run JOB… [--table TABLE]… [--full | --changed] [--allow-sweep] [--json]
+
+DESCRIPTION
+    Starts one process for each table of the jobs, side by side up to the "parallel" of each database. Objects and
+    warranties of one database follow each other. On a terminal each table has a line that is redrawn: its state, rows,
+    rows a second, the time, and what is left if it takes as long as the last time. Elsewhere each change is a line.
+
+    What a later attempt can heal (connection lost, table in use, ERP not reached) is tried again as the job's "retry"
+    says. Ctrl-C, SIGTERM and SIGHUP ask each job once to stop: a table that is being copied is freed, its rows stay as
+    far as they came, and no further table begins. A job that has not stopped a minute later is ended, and a second
+    request, later than five seconds, ends the jobs at once. If zenqayctl itself is killed, its jobs stop as if asked.
+
+    Tables are looked up before anything is started. The job's home is derived from that of the ERP for this run: a copy
+    of Components.xml with absolute paths, <LOCK takeover="yes"/> and the job's sweep limit.
+
+OPTIONS
+    --table TABLE   only this table of the jobs, by name or id; may be given more than once
+    --full          copies in full, whatever the job file says
+    --changed       copies only what changed, whatever the job file says
+    --allow-sweep   lifts the sweep limit for this run
+    --json          a JSON object for each change, one a line, and one with the status at the end
+    -h, --help      writes this page
+
+EXIT STATUS
+    The first that applies: 2 wrong usage or job file, 128+n stopped by the signal n, 124 stopped by a timeout, 4 a job
+    could not begin, 1 a table failed, 3 a table was in use, 0 all complete.
+
+EXAMPLES
+    zenqayctl run nightly
+    zenqayctl run nightly --table SITE --table OBJECT --full
+)";
+
+constexpr const char* kCheck = R"(NAME
+    zenqayctl check - says what of a job's surroundings works, and what to mend
+
+SYNOPSIS
+    zenqayctl check [JOB…] [--json]
+
+DESCRIPTION
+    Looks, for each of the jobs or for all of the file, at what zenqay-dbsync-check looks at: the line, the log
+    directory, the texts, the components, the database and the tables. Nothing is changed. A line begins with ok,
+    warning (a job runs, but see to it), MEND (no job gets past it) or left out (it needs something that failed).
+
+OPTIONS
+    --json       a list of jobs, each with its lines
+    -h, --help   writes this page
+
+EXIT STATUS
+    0 all can run, 4 one cannot, 2 wrong usage or job file.
+
+EXAMPLES
+    zenqayctl check nightly
+)";
+
+constexpr const char* kStatus = R"(NAME
+    zenqayctl status - says how fresh each table is, and who copies it
+
+SYNOPSIS
+    zenqayctl status [JOB…] [--json]
+
+DESCRIPTION
+    For each table of the jobs, or of all jobs of the file: up to when its data is current (in UTC) and how long ago that
+    was, whether it is free or taken, by which process and whether that lives, and what became of its last run. The
+    database is only read. Who has taken a table is known of jobs that zenqayctl started.
+
+OPTIONS
+    --json       a list of tables
+    -h, --help   writes this page
+
+EXIT STATUS
+    0, 4 when a database could not be reached, 2 wrong usage or job file.
+
+EXAMPLES
+    zenqayctl status
+    zenqayctl status nightly --json
+)";
+
+constexpr const char* kUnlock = R"(NAME
+    zenqayctl unlock - frees a table that a dead job left taken
+
+SYNOPSIS
+    zenqayctl unlock JOB TABLE [--force] [--json]
+
+DESCRIPTION
+    A table is taken while a job copies it. A job that died left it taken; zenqayctl run finds that out by itself and
+    goes on. unlock is for tables that other starters copy. Without --force it says who has taken the table.
+
+    Two copies of one table at the same time duplicate rows: use --force only when no job copies the table.
+
+OPTIONS
+    --force      takes the flag off
+    --json       one object: the table, what was done ("none" or "freed"), and why
+    -h, --help   writes this page
+
+EXIT STATUS
+    0 the table is free, 3 it is taken, 4 the database could not be reached, 2 wrong usage or job file.
+
+EXAMPLES
+    zenqayctl unlock nightly SITE --force
+)";
+
+constexpr const char* kHistory = R"(NAME
+    zenqayctl history - lists past runs, or shows one whole
+
+SYNOPSIS
+    zenqayctl history [RUN] [--limit NUMBER] [--json]
+
+DESCRIPTION
+    Without RUN, the runs with their start, duration, tables, rows and outcome, the latest first. With the number of one:
+    its tables with their counts, their failure records with the statement or the component call, and the end of the run
+    log of each that was not complete. A run whose zenqayctl died is lost.
+
+    Runs are kept as long as "keep" in [history] of the job file says, 400 days without it.
+
+OPTIONS
+    --limit NUMBER   so many runs at most, 20 without it
+    --json           a list of runs, or one run with its tables and their records
+    -h, --help       writes this page
+
+FILES
+    $XDG_STATE_HOME/zenqay/history.db, else ~/.local/state/zenqay/history.db; for root /var/lib/zenqay/history.db
+
+EXIT STATUS
+    0, 2 when there is no such run, 4 when the history cannot be read.
+
+EXAMPLES
+    zenqayctl history
+    zenqayctl history 12
+)";
+
+constexpr const char* kInit = R"(NAME
+    zenqayctl init - makes a first job file, with a database and an ERP to try it on
+
+SYNOPSIS
+    zenqayctl init [DIRECTORY] [--json]
+
+DESCRIPTION
+    Makes, in the directory or here: zenqay.toml, whose comments explain every key; service.db, an embedded database with
+    the tables that jobs need; home/, an ERP of exports; and log/. The job "demo" runs at once. Nothing that is there is
+    overwritten.
+
+OPTIONS
+    --json       the path of the job file
+    -h, --help   writes this page
+
+EXIT STATUS
+    0, 2 when one of the files exists.
+
+EXAMPLES
+    zenqayctl init /srv/zenqay && zenqayctl --file /srv/zenqay/zenqay.toml run demo
+)";
+
+constexpr const char* kCompletion = R"(NAME
+    zenqayctl completion - writes the completion of a shell
+
+SYNOPSIS
+    zenqayctl completion bash|zsh|jobs
+
+DESCRIPTION
+    Writes what a shell needs to complete commands, options and the names of jobs. "jobs" writes the names of the jobs,
+    one a line, which is what the shells ask for.
+
+OPTIONS
+    --json       has no meaning here
+    -h, --help   writes this page
+
+EXAMPLES
+    zenqayctl completion bash >/etc/bash_completion.d/zenqayctl
+    zenqayctl completion zsh >~/.zfunc/_zenqayctl
+)";
+
+}  // namespace
+
+Text HelpOf(const Text& command) {
+  constexpr std::pair<const char*, const char*> kPages[] = {
+      {"", kMain},         {"run", kRun},         {"check", kCheck}, {"status", kStatus},
+      {"unlock", kUnlock}, {"history", kHistory}, {"init", kInit},   {"completion", kCompletion},
+  };
+  for (const auto& [name, page] : kPages) {
+    if (command == name) return page;
+  }
+  return "";
+}
+
+}  // namespace zenqay

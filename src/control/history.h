@@ -1,0 +1,92 @@
+// What zenqayctl has run: a file of the embedded database that several zenqayctl share.
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "contracts/connection.h"
+#include "control/table_run.h"
+#include "system/process_identity.h"
+
+namespace zenqay {
+
+/// A moment as it is stored: ISO 8601 in UTC, "2026-01-31T10:11:12Z".
+Text UtcText(std::int64_t secondsSince1970);
+std::int64_t UtcNow();
+
+/// One table of a past or present run.
+struct PastTable {
+  std::int64_t id = 0;
+  std::int64_t run = 0;
+  Text job;
+  Text database;
+  Text table;
+  Text method;
+  Text started;  // of the last attempt
+  Text ended;    // empty while it runs
+  Text outcome;  // a StateWord; "lost" when zenqayctl died
+  RowCounts counts;
+  int attempts = 0;
+  Text words;
+  Text logs;
+  ProcessIdentity process;  // of the job; without a number when none was started
+};
+
+struct PastRun {
+  std::int64_t id = 0;
+  Text command;
+  Text started;
+  Text ended;
+  Text outcome;  // "running", "lost", or the exit status
+  ProcessIdentity process;
+};
+
+/// Every change commits by itself; a change that another zenqayctl holds up is waited for.
+class History {
+ public:
+  /// Opens the file, makes it when it is missing, and brings it to the present form. Raises what the database says, and
+  /// a file that a later zenqayctl has changed.
+  explicit History(const Text& path);
+
+  /// Closes as lost what this machine's dead processes left open.
+  void CloseLost();
+
+  /// Forgets the runs that have ended and began longer ago than `keep`.
+  void Forget(Seconds keep);
+
+  std::int64_t BeginRun(const Text& command, const ProcessIdentity& process);
+  void EndRun(std::int64_t run, int status);
+
+  std::int64_t BeginTable(std::int64_t run, const TableRun& table);
+
+  /// What has become of the table so far; its failure records when it has come to an end.
+  void UpdateTable(std::int64_t table, const TableRun& state);
+
+  /// The latest first. An empty job or table stands for all.
+  std::vector<PastRun> Runs(int atMost);
+  std::vector<PastTable> TablesOf(std::int64_t run);
+  std::vector<PastTable> LatestTables(const Text& database, const Text& table, int atMost);
+  std::vector<JobFailure> FailuresOf(std::int64_t table);
+  std::optional<PastRun> Run(std::int64_t run);
+
+  /// How long the table took when it last was complete; 0 when it never was.
+  Seconds LastDuration(const Text& database, const Text& table, Method method);
+
+ private:
+  template <typename Row, typename ReadRow>
+  std::vector<Row> Read(const Text& query, ReadRow readRow);
+  std::int64_t NewId();
+
+  std::shared_ptr<Database> databases_;
+  std::shared_ptr<Connection> connection_;
+};
+
+/// Brings an open database through the steps that it has not had yet, each whole or not at all. How many it has had is
+/// its user_version. Raises 5 for a database that has had more.
+void Migrate(Database& databases, const std::shared_ptr<Connection>& connection, std::span<const char* const> steps);
+
+/// The file of this user: in $XDG_STATE_HOME/zenqay or ~/.local/state/zenqay, for the super-user in /var/lib/zenqay.
+/// Its directory is made where that is possible.
+Text HistoryPath();
+
+}  // namespace zenqay

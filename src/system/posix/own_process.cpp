@@ -1,0 +1,67 @@
+#include "system/own_process.h"
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <ctime>
+#include <filesystem>
+
+#include "system/posix/file_fault.h"
+
+namespace zenqay {
+
+void KeepMemoryPrivate() {
+  ::prctl(PR_SET_DUMPABLE, 0);
+  // One byte is too little for a file, and the sign for a program that takes cores over to leave this one alone.
+  const rlimit limit = {1, 1};
+  ::setrlimit(RLIMIT_CORE, &limit);
+}
+
+void OutliveClosedPipes() {
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool IsSuperUser() {
+  return ::geteuid() == 0;
+}
+
+Text ProgramDirectory() {
+  std::error_code fault;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", fault);
+  return fault ? Text(".") : program.parent_path().string();
+}
+
+Text MakePrivateDirectory() {
+  Text name = (std::filesystem::temp_directory_path() / "zenqayctl-XXXXXX").string();
+  if (::mkdtemp(name.data()) == nullptr) throw RuntimeError(FileFault(errno), name);
+  return name;
+}
+
+void MakePrivateFile(const Text& path) {
+  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+  if (descriptor < 0) throw RuntimeError(FileFault(errno), path);
+  ::close(descriptor);
+}
+
+bool WriteAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t count = ::write(descriptor, text.data(), text.size());
+    if (count < 0 && errno != EINTR) return false;
+    if (count > 0) text.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+std::int64_t ClockOffsetAt(std::int64_t moment) {
+  const std::time_t time = moment;
+  std::tm local{};
+  ::localtime_r(&time, &local);
+  return local.tm_gmtoff;
+}
+
+}  // namespace zenqay

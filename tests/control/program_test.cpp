@@ -1,0 +1,167 @@
+// The built zenqayctl: what only a process of its own shows.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include "control_setup.h"
+#include "doubles/child_process.h"
+#include "system/child_process.h"
+
+namespace zenqay {
+namespace {
+
+class ZenqayctlProgram : public testing::Test {
+ protected:
+  ZenqayctlProgram() {
+    setup.Edit("tables = \"all\"", "tables = [\"SITE\", \"PRIORITY\"]");
+    setup.Edit("times = 2", "times = 0");
+  }
+
+  ChildStart Start(std::vector<Text> arguments) const {
+    arguments.insert(arguments.begin(), {"--file", setup.Path("zenqay.toml")});
+    return {.program = ZENQAYCTL,
+            .arguments = std::move(arguments),
+            .environment = {{"ZENQAY_DBSYNC", ZENQAY_FAKE_JOB}, {"XDG_STATE_HOME", setup.home()}}};
+  }
+
+  Text Journal() const {
+    return std::filesystem::exists(setup.Path("log/journal")) ? setup.directory.Read("log/journal") : "";
+  }
+
+  void WaitForJournal(const Text& what) const {
+    while (Journal().find(what) == Text::npos) ::usleep(2000);
+  }
+
+  static ProcessEnd WaitForEnd(ChildProcess& child) {
+    while (!child.Ended()) ::usleep(2000);
+    return *child.Ended();
+  }
+
+  static Text FileOf(int pid, const char* name) {
+    std::ifstream file("/proc/" + std::to_string(pid) + "/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  ControlSetup setup;
+};
+
+TEST_F(ZenqayctlProgram, EndsWithTheStatusOfItsTables) {
+  setup.Script(1, kBegin + kStarted + kComplete);
+  setup.Script(4, kBegin + kInUse);
+  ChildProcess complete(Start({"run", "demo", "--table", "SITE"}));
+  EXPECT_EQ(WaitForEnd(complete), (ProcessEnd{.status = 0}));
+
+  ChildProcess inUse(Start({"run", "demo", "--table", "PRIORITY"}));
+  EXPECT_EQ(WaitForEnd(inUse), (ProcessEnd{.status = 3}));
+
+  ChildProcess usage(Start({"run", "other"}));
+  EXPECT_EQ(WaitForEnd(usage), (ProcessEnd{.status = 2}));
+}
+
+TEST_F(ZenqayctlProgram, AsksEachJobOnceWhenItIsInterrupted) {
+  setup.Script(1, kBegin + kStarted + "hold\nasked:\n");
+  setup.Script(4, kBegin + kStarted + "hold\nasked:\n");
+  ChildProcess program(Start({"run", "demo"}));
+  WaitForJournal("begin 1");
+  WaitForJournal("begin 4");
+
+  ::kill(program.pid(), SIGINT);
+
+  EXPECT_EQ(WaitForEnd(program), (ProcessEnd{.status = 130}));
+  const Text journal = Journal();
+  for (const char* once : {"asked 1\n", "asked 4\n", "end 1\n", "end 4\n"}) {
+    EXPECT_EQ(journal.find(once), journal.rfind(once)) << journal;
+    EXPECT_NE(journal.find(once), Text::npos) << journal;
+  }
+}
+
+TEST_F(ZenqayctlProgram, ItsJobsAreAskedToStopWhenItIsKilled) {
+  setup.Script(1, kBegin + kStarted + "hold\nasked:\n");
+  ChildProcess program(Start({"run", "demo", "--table", "SITE"}));
+  WaitForJournal("begin 1");
+
+  ::kill(program.pid(), SIGKILL);
+
+  EXPECT_EQ(WaitForEnd(program), (ProcessEnd{.signal = SIGKILL}));
+  WaitForJournal("end 1");
+  EXPECT_EQ(Journal(), "begin 1\nasked 1\nend 1\n");
+
+  setup.Script(4, kBegin + kStarted + kComplete);
+  ChildProcess next(Start({"run", "demo", "--table", "PRIORITY"}));
+  EXPECT_EQ(WaitForEnd(next), (ProcessEnd{.status = 0}));
+  const auto connection = LocalDatabases().CreateConnection();
+  connection->PutConnectionString("Provider=SQLite;Data Source=" + setup.Path("zenqay/history.db"));
+  connection->Open();
+  const auto rows = LocalDatabases().CreateRecordset();
+  rows->Open("SELECT outcome FROM run WHERE id = 1", connection, CursorType::Static, LockType::ReadOnly,
+             CommandType::SqlText);
+  EXPECT_EQ(rows->FieldValue("outcome"), Value("lost"));
+}
+
+TEST_F(ZenqayctlProgram, ItsMemoryIsItsOwnAndALineStandsInNoListOfProcesses) {
+  setup.Edit("bus-component = \"100\"", "bus-component = \"geheim\"");  // as good as a password
+  setup.Script(1, kBegin + kStarted + "wait go\n" + kComplete);
+  ChildProcess program(Start({"run", "demo", "--table", "SITE"}));
+  WaitForJournal("begin 1");
+  const Text children = FileOf(program.pid(), ("task/" + std::to_string(program.pid()) + "/children").c_str());
+  const int job = std::stoi(children);
+
+  EXPECT_EQ(FileOf(job, "cmdline"), Text(ZENQAY_FAKE_JOB) + '\0' + "-" + '\0');
+  EXPECT_EQ(FileOf(job, "environ").find("geheim"), Text::npos);
+  EXPECT_EQ(FileOf(program.pid(), "environ").find("geheim"), Text::npos);
+  for (const int pid : {program.pid(), job}) {
+    EXPECT_NE(FileOf(pid, "limits").find("Max core file size        1                    1 "), Text::npos);
+  }
+  setup.directory.Write("log/go", "");
+  EXPECT_EQ(WaitForEnd(program), (ProcessEnd{.status = 0}));
+  EXPECT_EQ(setup.directory.Read("zenqay/history.db").find("geheim"), Text::npos);
+}
+
+TEST_F(ZenqayctlProgram, ChecksWithTheCheckOfTheJob) {
+  setup.Edit("[\"SITE\", \"PRIORITY\"]", "[\"SITE\"]");
+  const ChildRun run = RunInChild([&] {
+    const Text command =
+        "XDG_STATE_HOME=" + setup.home() + " " + ZENQAYCTL + " --file " + setup.Path("zenqay.toml") + " check demo";
+    return std::to_string(std::system(command.c_str()));
+  });
+
+  EXPECT_EQ(run.result, "0");
+  EXPECT_EQ(Replaced(run.out, setup.home(), "HOME"),
+            "demo:\n"
+            "  ok        command line: table 1, full copy, SQL Server, generation 3\n"
+            "  ok        log directory: HOME/log\n"
+            "  ok        labels: HOME/home/I18nText.xml\n"
+            "  ok        components: HOME/home/Components.xml\n"
+            "  ok        date objects\n"
+            "  ok        ERP adapter: version 2.4\n"
+            "  ok        status component: switched off by the twelfth item\n"
+            "  ok        driver: SQLite\n"
+            "  ok        login: HOME/service.db\n"
+            "  ok        database: SERVICE\n"
+            "  ok        control table tstables\n"
+            "  ok        control table tstreenodes\n"
+            "  ok        control table tsi18ntext\n"
+            "  ok        registry: SITE, PROBLEM, PRIORITY, OBJECT, SITECONTRACT, CONTRACTS, WARRANTIES\n"
+            "  ok        table 1 SITE (Sites): never copied\n"
+            "  ok        ERP component of SITE: Kv50QTMtscfgConfigurations.ConfigurationsManager\n"
+            "  It can run.\n");
+}
+
+TEST_F(ZenqayctlProgram, RedrawsALineForEachTableOnATerminal) {
+  setup.Script(1, kBegin + kStarted + kComplete);
+  const ChildRun run = RunInChild(
+      [&] {
+        const Text command = "TERM=xterm XDG_STATE_HOME=" + setup.home() + " ZENQAY_DBSYNC=" + ZENQAY_FAKE_JOB + " " +
+                             ZENQAYCTL + " --file " + setup.Path("zenqay.toml") + " run demo --table SITE";
+        return std::to_string(std::system(command.c_str()));
+      },
+      ChildStreams::Terminal);
+
+  EXPECT_EQ(run.result, "0");
+  const Text last = run.out.substr(run.out.rfind('\r'));
+  EXPECT_EQ(std::regex_replace(last, std::regex("\\d:\\d\\d"), "0:00"),
+            "\rSITE                 complete                 5 rows       0/s     0:00\x1b[K\n\x1b[J\n1 complete\n");
+}
+
+}  // namespace
+}  // namespace zenqay
