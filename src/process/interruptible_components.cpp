@@ -5,7 +5,7 @@
 namespace zenqay {
 namespace {
 
-Value Interruptible(Value value, const Interruption& interruption);
+void PutFront(Value& value, const Interruption& interruption);
 
 class InterruptibleComponent : public ComponentFront {
  public:
@@ -14,14 +14,21 @@ class InterruptibleComponent : public ComponentFront {
 
   Value Call(std::string_view operation, Arguments arguments) override {
     interruption_.Check();
-    if (arguments.empty()) return Interruptible(inner().Call(operation), interruption_);  // as nearly all calls of rows
-    const auto put = [this](const Value& value) { return Interruptible(value, interruption_); };
-    return put(CallBehindFront(inner(), operation, arguments, put));
+    // Nearly all calls are those of rows, without arguments.
+    Value result = arguments.empty() ? inner().component()->Call(operation, arguments)
+                                     : CallBehindFront(inner(), operation, arguments, [this](Value value) {
+                                         PutFront(value, interruption_);
+                                         return value;
+                                       });
+    PutFront(result, interruption_);
+    return result;
   }
 
   Value Get(std::string_view property) override {
     interruption_.Check();
-    return Interruptible(inner().Get(property), interruption_);
+    Value result = inner().Get(property);
+    PutFront(result, interruption_);
+    return result;
   }
 
   void Put(std::string_view property, const Value& value) override {
@@ -33,18 +40,20 @@ class InterruptibleComponent : public ComponentFront {
   const Interruption& interruption_;
 };
 
-/// An object with a front before it; any other value as it is.
-Value Interruptible(Value value, const Interruption& interruption) {
+/// Puts a front before an object; any other value stays as it is.
+void PutFront(Value& value, const Interruption& interruption) {
   const Object* object = value.If<Object>();
-  if (object == nullptr || object->IsNothing()) return value;
-  return Object(std::make_shared<InterruptibleComponent>(*object, interruption));
+  if (object == nullptr || object->IsNothing()) return;
+  value = Object(std::make_shared<InterruptibleComponent>(*object, interruption));
 }
 
 }  // namespace
 
 Object InterruptibleComponents::Create(const Text& classId) {
   interruption_.Check();
-  return Interruptible(inner_.Create(classId), interruption_).AsObject();
+  Value created = inner_.Create(classId);
+  PutFront(created, interruption_);
+  return created.AsObject();
 }
 
 }  // namespace zenqay

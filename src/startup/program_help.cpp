@@ -55,6 +55,13 @@ ENVIRONMENT
                some; without it, that of the java command, or one that is
                installed below /usr/lib/jvm
   TZ           the local time zone, as for every program
+  ZENQAY_SWEEP_LIMIT  the limit of the sweep for this run, as in Components.xml
+  ZENQAY_CONTROL_FD   a descriptor on which the job tells its starter, in JSON
+               lines, what becomes of it
+
+SIGNALS
+  SIGTERM, SIGINT, SIGHUP  break the copy of a table off, free it, and begin no
+               further one; five seconds later, they end the process at once
 
 FILES
   I18nText.xml            all texts
