@@ -1,17 +1,46 @@
 // The process: makes what stands behind the three seams and hands its command line over.
 #include <cstdio>
+#include <cstdlib>
 
 #include "base/secrets.h"
+#include "channel/control_channel.h"
 #include "components/component_catalogue.h"
+#include "contracts/control_channel.h"
 #include "engines/databases.h"
+#include "process/interruptible_components.h"
 #include "startup/modStartUp.h"
 #include "startup/program_help.h"
 #include "system/os_platform.h"
+#include "system/stop_request.h"
 #include "trace/traced_process.h"
 
 namespace {
 
 using namespace zenqay;
+
+/// The descriptor on which whoever started the job hears of it; null where nobody asks to.
+std::unique_ptr<ChannelDescriptor> ChannelOfStarter(OsPlatform& platform) {
+  const char* number = std::getenv(channel::kDescriptorVariable);
+  if (number == nullptr || *number == '\0') return nullptr;
+  const Text digits = number;
+  const bool isNumber = digits.size() < 7 && digits.find_first_not_of("0123456789") == Text::npos;
+  auto descriptor = std::make_unique<ChannelDescriptor>(isNumber ? std::stoi(digits) : -1);
+  if (descriptor->isOpen()) return descriptor;
+  platform.NameCause(Text(channel::kDescriptorVariable) + " is no open descriptor: " + digits);
+  return nullptr;
+}
+
+void RunTold(modDeclarations& process, const Text& commandLine, ChannelDescriptor& descriptor) {
+  const auto channel = std::make_shared<ControlChannel>(descriptor);
+  std::optional<ToldEvents> events;
+  process.listener = channel;
+  process.eventsThrough = [&, through = process.eventsThrough](DataCopyEvents& sinks) -> DataCopyEvents& {
+    return events.emplace(through(sinks), *channel);
+  };
+  channel->Begin(ProgramVersion());
+  RunProcess(process, commandLine);
+  channel->End();
+}
 
 void Run(OsPlatform& platform) {
   const Text commandLine = platform.TakeCommandLine();
@@ -19,15 +48,26 @@ void Run(OsPlatform& platform) {
     std::fputs(answer->c_str(), stdout);
     return;
   }
+  ListenForStopRequests();
+  const auto stopRequest = std::make_shared<StopRequest>();
+  const auto descriptor = ChannelOfStarter(platform);
+  if (descriptor) stopRequest->Watch(*descriptor);
   ComponentCatalogue catalogue(platform.ProgramDirectory());
   if (!catalogue.remark().empty()) platform.NameCause(catalogue.remark());
-  LocalDatabases databases;
+  LocalDatabases databases(stopRequest);
+  const auto run = [&](modDeclarations& process) {
+    process.safeguards = catalogue.safeguards();
+    if (!descriptor) return RunProcess(process, commandLine);
+    RunTold(process, commandLine, *descriptor);
+  };
   if (Trace* trace = catalogue.trace()) {
-    TracedProcess traced(platform, catalogue, databases, *trace);
-    RunProcess(traced.process, commandLine);
+    TracedProcess traced(platform, catalogue, databases, *trace, stopRequest);
+    run(traced.process);
   } else {
-    modDeclarations process{.platform = platform, .components = catalogue, .database = databases};
-    RunProcess(process, commandLine);
+    InterruptibleComponents components(catalogue, *stopRequest);
+    modDeclarations process{
+        .platform = platform, .components = components, .database = databases, .interruption = stopRequest};
+    run(process);
   }
 }
 

@@ -17,6 +17,10 @@ const Text kNoText;
 /// Made while there is memory.
 const RuntimeError kOutOfMemory(PlatformFault::OutOfMemory);
 
+bool IsInterruption(std::int32_t number) {
+  return number == static_cast<std::int32_t>(PlatformFault::UserInterrupt);
+}
+
 }  // namespace
 
 RuntimeError::RuntimeError(Facts facts) : facts_(std::make_shared<const Facts>(std::move(facts))) {}
@@ -56,7 +60,7 @@ RuntimeError RuntimeError::With(const Text& statement) const noexcept {
 }
 
 RuntimeError RuntimeError::OfCall(std::string_view operation) const noexcept {
-  if (!call().empty()) return *this;
+  if (!call().empty() || IsInterruption(number())) return *this;
   return Changed([&](Facts& facts) {
     facts.call = operation;
     const bool isNamed = facts.description.find(operation) != Text::npos;
@@ -65,7 +69,7 @@ RuntimeError RuntimeError::OfCall(std::string_view operation) const noexcept {
 }
 
 RuntimeError RuntimeError::OfRow(const Text& row) const noexcept {
-  if (row.empty()) return *this;
+  if (row.empty() || IsInterruption(number())) return *this;
   return Changed([&](Facts& facts) {
     facts.row = row;
     if (facts.call.empty()) return;
@@ -103,6 +107,8 @@ const char* FaultText(PlatformFault fault) {
       return "Subscript out of range";
     case PlatformFault::TypeMismatch:
       return "Type mismatch";
+    case PlatformFault::UserInterrupt:
+      return "User interrupt occurred";
     case PlatformFault::BadFileNumber:
       return "Bad file name or number";
     case PlatformFault::FileNotFound:

@@ -17,6 +17,7 @@ enum class PlatformFault : std::int32_t {
   OutOfMemory = 7,
   SubscriptOutOfRange = 9,
   TypeMismatch = 13,
+  UserInterrupt = 18,
   BadFileNumber = 52,
   FileNotFound = 53,
   FileAlreadyOpen = 55,
@@ -84,7 +85,7 @@ class RuntimeError : public std::exception {
   RuntimeError With(const Text& statement) const noexcept;
 
   /// The same failure, of this call or field, which stands behind the description unless it is named there already; as
-  /// it is where a call is known, or memory is missing.
+  /// it is where a call is known, memory is missing, or the pass was broken off, which is nobody's fault.
   RuntimeError OfCall(std::string_view operation) const noexcept;
 
   /// The same failure, met at this row, which stands behind the description of a failed call: "Invalid use of Null:

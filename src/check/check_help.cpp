@@ -9,6 +9,7 @@ Text CheckHelp() {
 
 USAGE
   zenqay-dbsync-check ITEM{}ITEM{}...
+  zenqay-dbsync-check - < FILE
   zenqay-dbsync-check --help | --version
 
 Takes the command line of a job, changes nothing, and says in order what works:

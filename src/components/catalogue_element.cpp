@@ -1,5 +1,6 @@
 #include "components/catalogue_element.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "base/runtime_error.h"
@@ -16,6 +17,15 @@ Text CatalogueElement::Required(const char* attribute) const {
 
 Text CatalogueElement::RequiredPath(const char* attribute) const {
   return (std::filesystem::path(directory_) / Required(attribute)).string();
+}
+
+void CatalogueElement::RequireOnly(std::initializer_list<std::string_view> attributes) const {
+  for (const pugi::xml_attribute attribute : node_.attributes()) {
+    const Text name = attribute.name();
+    if (std::find(attributes.begin(), attributes.end(), name) != attributes.end()) continue;
+    throw RuntimeError(PlatformFault::InvalidCall,
+                       Place() + ": " + node_.name() + " knows no attribute \"" + name + "\"");
+  }
 }
 
 Text CatalogueElement::Place() const {

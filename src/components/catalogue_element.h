@@ -24,6 +24,9 @@ class CatalogueElement {
   /// Empty when the element does not have the attribute.
   Text Optional(const char* attribute) const { return node_.attribute(attribute).value(); }
 
+  /// Raises 5 for an attribute that is none of these.
+  void RequireOnly(std::initializer_list<std::string_view> attributes) const;
+
   /// For errors: ".../Components.xml, line 3".
   Text Place() const;
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "components/catalogue_element.h"
+#include "process/safeguards.h"
 #include "trace/trace.h"
 
 namespace zenqay {
@@ -22,6 +23,8 @@ enum class TraceUse { Write, Leave };
 ///       <HOST prefix="java:com.korvel." kind="jvm" classpath="adapter/*.jar" options="-Xmx256m"/>
 ///       <HOST prefix="ZenqayInstHandler." kind="console"/>
 ///       <TRACE file="trace.jsonl"/>
+///       <SWEEP limit="10%" from="100"><TABLE name="SITE" limit="50"/></SWEEP>
+///       <LOCK takeover="yes"/>
 ///     </COMPONENTS>
 class ComponentCatalogue : public ComponentHost {
  public:
@@ -38,6 +41,9 @@ class ComponentCatalogue : public ComponentHost {
   /// The trace that the catalogue asks for; null when it asks for none or the trace is left.
   Trace* trace() { return trace_.get(); }
 
+  /// What SWEEP and LOCK ask for. ZENQAY_SWEEP_LIMIT in the environment stands for every limit of SWEEP.
+  const Safeguards& safeguards() const { return safeguards_; }
+
  private:
   struct Entry {
     Text prefix;
@@ -48,6 +54,9 @@ class ComponentCatalogue : public ComponentHost {
   void Read();
   void ReadHost(pugi::xml_node node);
   void ReadTrace(pugi::xml_node node);
+  void ReadSweep(pugi::xml_node node);
+  void ReadLock(pugi::xml_node node);
+  void TakeSweepLimitOfThisRun();
   std::shared_ptr<ComponentHost> FormerHost(const Text& kind) const;
   CatalogueElement ElementOf(pugi::xml_node node) const { return {directory_, path_, node}; }
 
@@ -56,6 +65,7 @@ class ComponentCatalogue : public ComponentHost {
   std::vector<Entry> entries_;
   TraceUse traceUse_;
   std::unique_ptr<Trace> trace_;
+  Safeguards safeguards_;
   std::optional<RuntimeError> fault_;
   Text remark_;
 };

@@ -77,6 +77,12 @@ class Connection {
   virtual std::shared_ptr<Errors> ErrorCollection() = 0;
   virtual void Close() = 0;
 
+  /// Takes the lock of a name (its case does not count), which this session then holds until it gives it back or ends.
+  /// False when another session holds it. Raises what the database says, and where it cannot be shown that the lock
+  /// keeps others out.
+  virtual bool TakeLock(const Text& name) = 0;
+  virtual void GiveLockBack(const Text& name) = 0;
+
   /// Runs a statement; any result is dropped. With a receiver, the number of rows touched is put into it, and a number
   /// that does not fit raises 6 (the statement has then run).
   void Execute(const Text& statement);
@@ -86,7 +92,11 @@ class Connection {
 
   // What the operations of a connection and a recordset are made of.
 
-  enum class Count { NotAsked, Asked };
+  enum class Count {
+    NotAsked,
+    Asked,
+    AskedAside,  // for who listens to the job, not by the job: the trace does not show it
+  };
 
   /// Runs a statement and gives the number of rows touched, which means something only when it was asked for.
   virtual std::int64_t Run(const Text& statement, Count count) = 0;

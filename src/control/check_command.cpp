@@ -38,7 +38,7 @@ CopyRun CheckOne(const Text& home, const Text& line, Surroundings& surroundings)
   return RunInCopy([&](int output) {
     std::ostringstream said;
     const bool canRun = surroundings.check(home, line, said);
-    return WriteAll(output, said.str()) && canRun ? 0 : 1;
+    return WriteWhole(output, said.str()) && canRun ? 0 : 1;
   });
 }
 

@@ -5,7 +5,7 @@
 namespace zenqay {
 
 std::shared_ptr<Connection> LocalDatabases::CreateConnection() {
-  return std::make_shared<EngineConnection>();
+  return std::make_shared<EngineConnection>(interruption_);
 }
 
 std::shared_ptr<Recordset> LocalDatabases::CreateRecordset() {

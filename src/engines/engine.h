@@ -32,6 +32,10 @@ class EngineSession {
 
   virtual void PutDefaultDatabase(const Text& name) = 0;
   virtual Text DefaultDatabase() = 0;
+
+  /// As the connection's.
+  virtual bool TakeLock(const Text& name) = 0;
+  virtual void GiveLockBack(const Text& name) = 0;
 };
 
 }  // namespace zenqay

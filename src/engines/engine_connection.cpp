@@ -29,19 +29,22 @@ auto Reporting(Errors& errors, const Text& statement, Operation operation) {
   }
 }
 
-std::unique_ptr<EngineSession> OpenSession(const Text& connectionString, const TimeLimits& limits) {
+std::unique_ptr<EngineSession> OpenSession(const Text& connectionString, const TimeLimits& limits,
+                                           const std::shared_ptr<Interruption>& interruption) {
   const ConnectionString read(connectionString);
   const bool readsOnly = EqualsIgnoringCase(read.Value("Mode"), "Read");
   const Access access = readsOnly ? Access::ReadOnly : Access::ReadWrite;
   if (EqualsIgnoringCase(read.Value("Provider"), "SQLite")) {
-    return std::make_unique<SqliteSession>(read.Value("Data Source"), access);
+    return std::make_unique<SqliteSession>(read.Value("Data Source"), access, interruption);
   }
   Text driversOwn = read.Value(kRowCommit).empty() ? connectionString : WithoutEntry(connectionString, kRowCommit);
   if (readsOnly) driversOwn = WithoutEntry(driversOwn, "Mode");
   const bool waits = EqualsIgnoringCase(read.Value(kRowCommit), "AtOnce");
-  return std::make_unique<OdbcSession>(
-      driversOwn,
-      OdbcOptions{.access = access, .limits = limits, .rowCommit = waits ? RowCommit::AtOnce : RowCommit::Later});
+  return std::make_unique<OdbcSession>(driversOwn,
+                                       OdbcOptions{.access = access,
+                                                   .limits = limits,
+                                                   .rowCommit = waits ? RowCommit::AtOnce : RowCommit::Later,
+                                                   .interruption = interruption});
 }
 
 }  // namespace
@@ -49,7 +52,7 @@ std::unique_ptr<EngineSession> OpenSession(const Text& connectionString, const T
 void EngineConnection::Open() {
   Reporting(*errors_, "", [this] {
     if (session_) Raise(DatabaseFault::OpenAlready);
-    session_ = OpenSession(connectionString_, limits_);
+    session_ = OpenSession(connectionString_, limits_, interruption_);
   });
 }
 
@@ -68,10 +71,19 @@ void EngineConnection::Close() {
   });
 }
 
+bool EngineConnection::TakeLock(const Text& name) {
+  return Reporting(*errors_, "", [&] { return Session().TakeLock(name); });
+}
+
+void EngineConnection::GiveLockBack(const Text& name) {
+  Reporting(*errors_, "", [&] { Session().GiveLockBack(name); });
+}
+
 std::unique_ptr<QueryRows> EngineConnection::RowsOf(const Text& query, CursorType, LockType, CommandType) {
   return Reporting(*errors_, query, [&] {
     EngineSession& session = Session();
     RequireCommandText(query);
+    interruption_->Check();
     auto rows = std::make_unique<RowStore>();
     session.Query(query, *rows);
     return rows;
@@ -82,7 +94,8 @@ std::int64_t EngineConnection::Run(const Text& statement, Count count) {
   return Reporting(*errors_, statement, [&] {
     EngineSession& session = Session();
     RequireCommandText(statement);
-    return session.Run(statement, count == Count::Asked);
+    interruption_->Check();
+    return session.Run(statement, count != Count::NotAsked);
   });
 }
 

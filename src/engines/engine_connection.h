@@ -2,6 +2,7 @@
 #pragma once
 
 #include "contracts/connection.h"
+#include "contracts/interruption.h"
 #include "engines/engine.h"
 
 namespace zenqay {
@@ -9,6 +10,9 @@ namespace zenqay {
 /// The error collection holds the items of the latest failure, none when the failure was not the database's own.
 class EngineConnection : public Connection {
  public:
+  /// A statement that is broken off raises 18: one that has not begun, and one that waits too long.
+  explicit EngineConnection(std::shared_ptr<Interruption> interruption) : interruption_(std::move(interruption)) {}
+
   /// Both limits hold from the next Open on, for a database behind ODBC. An embedded file is opened at once and waits
   /// for what another process holds, as long as it takes.
   void PutConnectionTimeout(std::int16_t seconds) override { limits_.connection = seconds; }
@@ -22,6 +26,8 @@ class EngineConnection : public Connection {
   Text DefaultDatabase() override;
   std::shared_ptr<Errors> ErrorCollection() override { return errors_; }
   void Close() override;
+  bool TakeLock(const Text& name) override;
+  void GiveLockBack(const Text& name) override;
 
   std::int64_t Run(const Text& statement, Count count) override;
 
@@ -32,6 +38,7 @@ class EngineConnection : public Connection {
  private:
   EngineSession& Session();
 
+  std::shared_ptr<Interruption> interruption_;
   TimeLimits limits_;
   Text connectionString_;
   std::unique_ptr<EngineSession> session_;  // null while closed

@@ -5,6 +5,7 @@
 #include "erp/session.h"
 #include "job/clsDataCopy.h"
 #include "localdb/copy_state.h"
+#include "localdb/sweep_guard.h"
 #include "process/labels.h"
 #include "process/logs.h"
 
@@ -25,14 +26,19 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
     // The next only-changed pass starts from here: after the listing was asked for, before its first row is read.
     lutm = GetCurrentSqlDateTime(process_);
     if (!rows.IsNothing()) {
+      SweepGuard sweepGuard(process_, TableName);
       process_.LocalConnection->Execute("UPDATE " + TableName + " SET upd_flag = 1 ");
+      RowCounts counts;
       while (rows.HasMoreElements()) {
         row = rows.NextElement(&key);
         NamingRow(key, [&] { pass.apply(row); });
+        counts = {.met = counts.met + 1, .inserted = icount, .updated = ucount};
+        process_.listener->RowDone(counts);
       }
       icount = CheckedAdd(icount, ucount);
       ucount = 0;
-      process_.LocalConnection->Execute("DELETE FROM " + TableName + " WHERE upd_flag = 1");
+      sweepGuard.RequireWithinLimit();
+      Sweep(TableName, counts);
       SetLastUpdateTime(process_, TableName, lutm);
       WriteTableRunLog(process_, TableName, icount, 0, 0);
     }
@@ -41,12 +47,21 @@ void clsDataCopy::CopyFull(const Text& TableName, const Text& KXWBusComponent, c
     row.Release();
   } catch (...) {
     const RuntimeError error = ErrorInFlight();
+    process_.interruption->Forbid();
     WriteErrorLog(process_, error);
     erp.manager.Close();
     rows.Release();
     row.Release();
     RaiseCopyFailure(error, GetLabel(process_, pass.entity.label), pass.entity, erp.erpLabel);
   }
+}
+
+void clsDataCopy::Sweep(const Text& TableName, RowCounts counts) {
+  const bool isCounted = process_.listener->wantsSweptRows();
+  counts.deleted =
+      process_.LocalConnection->Run("DELETE FROM " + TableName + " WHERE upd_flag = 1",
+                                    isCounted ? Connection::Count::AskedAside : Connection::Count::NotAsked);
+  if (isCounted) process_.listener->PassDone(counts, counts.deleted);
 }
 
 void clsDataCopy::RaiseCopyFailure(const RuntimeError& error, const Text& failureSource, const Entity& entity,

@@ -90,13 +90,17 @@ void clsDataCopy::CopyOnlyChanged(const Text& TableName, const Text& KXWBusCompo
   RowKey key(KeysOf(process_, pass.entity));
   try {
     ListChanges(process_, TableName, KXWBusComponent, pass, listing);
+    RowCounts counts;
     while (listing.rows.HasMoreElements()) {
       listing.row = listing.rows.NextElement(&key);
       NamingRow(key, [&] {
         const Text action = Trim(listing.row.GetText("getActionType"));
         pass.change(listing.row, action);
       });
+      counts = {.met = counts.met + 1, .inserted = icount, .updated = ucount, .deleted = dcount};
+      process_.listener->RowDone(counts);
     }
+    process_.listener->PassDone(counts, std::nullopt);
     if (ConvertErpDateToSql(process_, listing.toDate, false)) {
       lutm = process_.DateLiteral;
       SetLastUpdateTime(process_, TableName, lutm);
@@ -104,6 +108,7 @@ void clsDataCopy::CopyOnlyChanged(const Text& TableName, const Text& KXWBusCompo
     WriteTableRunLog(process_, TableName, icount, ucount, dcount);
   } catch (...) {
     const RuntimeError error = ErrorInFlight();
+    process_.interruption->Forbid();
     // The manager is not closed on this path, neither here nor above; it goes with its last reference.
     WriteErrorLog(process_, error);
     RaiseCopyFailure(error, pass.failureSource, pass.entity, pass.erp.erpLabel);

@@ -73,6 +73,7 @@ bool ConvertErpDateToSql(modDeclarations& process, const Object& date, bool) {
     return true;
   } catch (...) {
     const RuntimeError error = ErrorInFlight();
+    Interruption::LetThrough(error);
     process.platform.NameCause(error);
     process.DateLiteral.clear();
     return false;
@@ -103,6 +104,7 @@ Text GetCurrentSqlDateTime(modDeclarations& process) {
     return WrapSqlDateTime(process, literal);
   } catch (...) {
     const RuntimeError error = ErrorInFlight();
+    Interruption::LetThrough(error);
     process.platform.NameCause(error);
     return "NULL";
   }

@@ -16,10 +16,11 @@ void clsDataCopy::CopyAllTables(const Text& ConnectionString, const Text& LocalD
 
   // The field object stands in the events for the table id; its value is that of the current row.
   const Value tableId = Object(std::make_shared<Field>(group, "TableID"));
-  while (!group->AtEnd()) {
+  while (!group->AtEnd() && !process_.interruption->isRequested()) {
     SetRunLogPath(LogFilePath, tableId.AsInt32());
     const CopyResult result =
-        CopySingleTable(ConnectionString, LocalDatabase, tableId.AsInt16(), SyncMethod, LogFilePath, KXWBusComponent);
+        CopyGuardedTable(ConnectionString, LocalDatabase, tableId.AsInt16(), SyncMethod, LogFilePath, KXWBusComponent);
+    if (result == CopyResult::Stopped) break;
     RaiseResult(result, tableId);
     group->MoveNext();
   }

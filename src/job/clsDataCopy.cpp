@@ -17,7 +17,7 @@ void clsDataCopy::StartDataCopy(const Text& ConnectionString, const Text& LocalD
   SetRunLogPath(LogFilePath, TableID);
   OpenLocalConnection(process_, ConnectionString, LocalDatabase);
   const CopyResult result =
-      CopySingleTable(ConnectionString, LocalDatabase, TableID, SyncMethod, LogFilePath, KXWBusComponent);
+      CopyGuardedTable(ConnectionString, LocalDatabase, TableID, SyncMethod, LogFilePath, KXWBusComponent);
   RaiseResult(result, TableID);
   RaiseDone();
   CloseLocalConnection(process_);
@@ -35,6 +35,36 @@ Text clsDataCopy::FormatFailedMessage(const Text& sTable, const Text& sErp) {
   return FilledLabel(process_, "SLBL0507", sTable, sErp);
 }
 
+CopyResult clsDataCopy::CopyGuardedTable(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
+                                         std::int16_t SyncMethod, const Text& LogFilePath,
+                                         const Text& KXWBusComponent) {
+  const Text TableName = GetTableName(process_, TableID);
+  process_.listener->TableBegins(TableID, TableName);
+  const bool isLocked = process_.safeguards.lock != TableLock::NotUsed;
+  if (isLocked) {
+    try {
+      process_.LocalErrors = process_.LocalConnection->ErrorCollection();
+      if (!process_.LocalConnection->TakeLock(TableName)) return CopyResult::InUse;
+    } catch (...) {
+      const RuntimeError error = ErrorInFlight();
+      WriteErrorLog(process_, error);  // the flag is not this job's
+      return CopyResult::Failed;
+    }
+  }
+  const CopyResult result =
+      CopySingleTable(ConnectionString, LocalDatabase, TableID, SyncMethod, LogFilePath, KXWBusComponent);
+  process_.listener->PhaseBegins(JobPhase::End);
+  if (isLocked) {
+    try {
+      process_.LocalConnection->GiveLockBack(TableName);
+    } catch (...) {
+      const RuntimeError error = ErrorInFlight();
+      WriteErrorLog(process_, error);  // it goes with the session
+    }
+  }
+  return result;
+}
+
 CopyResult clsDataCopy::CopySingleTable(const Text&, const Text&, std::int16_t TableID, std::int16_t SyncMethod,
                                         const Text&, const Text& KXWBusComponent) {
   Text TableName;
@@ -46,18 +76,27 @@ CopyResult clsDataCopy::CopySingleTable(const Text&, const Text&, std::int16_t T
     process_.LocalRecordset = process_.database.CreateRecordset();
     process_.LocalErrors = process_.LocalConnection->ErrorCollection();
     process_.LocalRecordset->PutActiveConnection(process_.LocalConnection);
-    if (IsCopyInProgress(process_, TableName)) return CopyResult::InUse;
+    const bool isTaken = IsCopyInProgress(process_, TableName);
+    if (isTaken && process_.safeguards.lock != TableLock::TakesOver) return CopyResult::InUse;
+    if (process_.interruption->isRequested()) return CopyResult::Stopped;
+    if (isTaken) TakeOver(TableName);
     SetCopyInProgress(process_, TableName);
+    process_.listener->PhaseBegins(JobPhase::Copy);
     RaiseStarted(TableID);
+    process_.interruption->Allow();
     Dispatch(TableName, KXWBusComponent, SyncMethod);
     RunPostCopy(TableName);
+    process_.interruption->Forbid();
   } catch (...) {
     const RuntimeError error = ErrorInFlight();
+    process_.interruption->Forbid();
     // The release runs also when this run never took the table.
     WriteErrorLog(process_, error);
+    process_.listener->PhaseBegins(JobPhase::Release);
     ReleaseCopyInProgress(process_, TableName);
     return CopyResult::Failed;
   }
+  process_.listener->PhaseBegins(JobPhase::Release);
   try {
     ReleaseCopyInProgress(process_, TableName);
   } catch (...) {
@@ -65,6 +104,13 @@ CopyResult clsDataCopy::CopySingleTable(const Text&, const Text&, std::int16_t T
     WriteErrorLog(process_, error);  // the copy itself is complete
   }
   return CopyResult::Done;
+}
+
+void clsDataCopy::TakeOver(const Text& TableName) {
+  process_.platform.NameCause("table " + TableName +
+                              " was in use although nobody holds its lock: the flag was left behind by a job that is "
+                              "gone, and the copy goes on");
+  process_.listener->TakesOver();
 }
 
 void clsDataCopy::Dispatch(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod) {
@@ -96,6 +142,8 @@ void clsDataCopy::RaiseResult(CopyResult result, const Value& tableId) {
       return RaiseError(tableId);
     case CopyResult::Done:
       return RaiseComplete(tableId);
+    case CopyResult::Stopped:
+      throw RuntimeError(PlatformFault::UserInterrupt);
   }
 }
 

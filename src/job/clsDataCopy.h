@@ -16,9 +16,10 @@ struct OnlyChangedPass;
 
 /// What a table's copy came to.
 enum class CopyResult : std::int16_t {
-  Done = 0,    // it ran to its end, also when the table's name was unknown
-  InUse = 1,   // another copy holds the table; nothing was done
-  Failed = -1  // the failure is in the run log and the table has been released
+  Done = 0,     // it ran to its end, also when the table's name was unknown
+  InUse = 1,    // another copy holds the table; nothing was done
+  Stopped = 2,  // the job was asked to stop before it took the table; nothing was done
+  Failed = -1   // the failure is in the run log and the table has been released
 };
 
 class clsDataCopy {
@@ -28,13 +29,15 @@ class clsDataCopy {
   clsDataCopy& operator=(const clsDataCopy&) = delete;
 
   /// Copies one table. `LogFilePath` is the directory of the run logs. What fails outside the table's copy itself
-  /// leaves this operation: no event is raised then and LocalConnection stays open.
+  /// leaves this operation: no event is raised then and LocalConnection stays open. So does 18, when the job is asked
+  /// to stop before it takes the table.
   void StartDataCopy(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
                      std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent,
                      const Value& DatabasePlatform);
 
   /// Copies every table of the generation's group, one after the other, on one connection. A table that fails or is in
-  /// use does not stop the next; what fails outside a table's copy leaves this operation.
+  /// use does not stop the next; what fails outside a table's copy leaves this operation. When the job is asked to
+  /// stop, no further table is begun.
   void CopyAllTables(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t SyncMethod,
                      const Text& LogFilePath, const Text& KXWBusComponent, const Value& DatabasePlatform);
 
@@ -49,6 +52,10 @@ class clsDataCopy {
 
   CopyResult CopySingleTable(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
                              std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent);
+
+  /// The same, and around it the lock of the table where jobs use one.
+  CopyResult CopyGuardedTable(const Text& ConnectionString, const Text& LocalDatabase, std::int16_t TableID,
+                              std::int16_t SyncMethod, const Text& LogFilePath, const Text& KXWBusComponent);
 
   // The entities, in their order: what each is, and its operations. CopyX chooses the pass by the sync method: 1 full,
   // 2 only changed, else nothing.
@@ -128,6 +135,7 @@ class clsDataCopy {
   // The two passes, which every entity shares.
   void CopyFull(const Text& TableName, const Text& KXWBusComponent, const FullCopy& pass);
   void CopyOnlyChanged(const Text& TableName, const Text& KXWBusComponent, OnlyChangedPass& pass);
+  void Sweep(const Text& TableName, RowCounts counts);
   [[noreturn]] void RaiseCopyFailure(const RuntimeError& error, const Text& failureSource, const Entity& entity,
                                      const Text& erpLabel);
 
@@ -141,6 +149,7 @@ class clsDataCopy {
   void CountDelete(const SqlText& deletion);
 
   // The steps of CopySingleTable and of the two public operations.
+  void TakeOver(const Text& TableName);
   void Dispatch(const Text& TableName, const Text& KXWBusComponent, std::int16_t SyncMethod);
   void RunPostCopy(const Text& TableName);
   void SetRunLogPath(const Text& directory, std::int32_t tableId);

@@ -48,6 +48,7 @@ void UpdateTableStatistics(modDeclarations& process, const Text& tableName) {
     process.LocalConnection->Execute(statement);
   } catch (...) {
     const RuntimeError error = ErrorInFlight();
+    Interruption::LetThrough(error);
     WriteErrorLog(process, error);
   }
 }

@@ -50,6 +50,7 @@ void WriteTableRunLog(modDeclarations& process, const Text& tableName, std::int3
 }
 
 void WriteErrorLog(modDeclarations& process, const RuntimeError& error) {
+  process.listener->Recorded(error);
   WriteRecord(process, process.LogFilePath, &error, [&](LogFile& file) {
     if (!process.RunLogDateWritten) {
       const DateTime now = process.platform.Now();
@@ -68,6 +69,7 @@ void WriteErrorLog(modDeclarations& process, const RuntimeError& error) {
 }
 
 void WriteStartupErrorLog(modDeclarations& process, const Text& directory, const RuntimeError& error) {
+  process.listener->Recorded(error);
   const Text path = (Trim(directory).empty() ? "C:" : directory) + "\\ZenqayDBSync.log";
   WriteRecord(process, path, &error, [&](LogFile& file) {
     file.WriteLine(RecordTitle(process));

@@ -7,7 +7,10 @@
 
 #include "contracts/connection.h"
 #include "contracts/data_copy_events.h"
+#include "contracts/interruption.h"
+#include "contracts/job_listener.h"
 #include "contracts/platform.h"
+#include "process/safeguards.h"
 
 namespace pugi {
 class xml_document;
@@ -33,6 +36,13 @@ struct modDeclarations {
 
   /// Who hears the job's events, given the handler's sinks: the sinks themselves, or what stands in front of them.
   std::function<DataCopyEvents&(DataCopyEvents& sinks)> eventsThrough = std::identity();
+
+  /// Whether the job is asked to stop. The seams know the same one.
+  std::shared_ptr<Interruption> interruption = std::make_shared<Interruption>();
+
+  std::shared_ptr<JobListener> listener = std::make_shared<JobListener>();
+
+  Safeguards safeguards;
 
   /// The `productid` of this system's rows in `tstables`. Related products are 4009 and 1028; where behaviour depends
   /// on the product, the code compares this value. Nothing but a test ever changes it.

@@ -8,9 +8,14 @@ std::optional<Text> AnswerToQuestion(const Text& commandLine, const Text& progra
   return {};
 }
 
+Text ProgramVersion() {
+  return ZENQAY_VERSION;
+}
+
 const char* ItemsHelp() {
   return R"(The items are separated by "{}" and not quoted; several arguments are joined
-with single blanks.
+with single blanks. With "-" as the only argument the line is read from standard
+input, to its end; so the password in it stands in no process list.
 
    1  connection string of the local database
    2  database (SQL Server) or schema (Oracle); may be blank
@@ -33,6 +38,7 @@ Text JobHelp() {
 
 USAGE
   zenqay-dbsync ITEM{}ITEM{}...
+  zenqay-dbsync - < FILE
   zenqay-dbsync --help | --version
 
 One process runs one job: it copies one table, or all tables of a generation's
@@ -49,6 +55,13 @@ ENVIRONMENT
                some; without it, that of the java command, or one that is
                installed below /usr/lib/jvm
   TZ           the local time zone, as for every program
+  ZENQAY_SWEEP_LIMIT  the limit of the sweep for this run, as in Components.xml
+  ZENQAY_CONTROL_FD   a descriptor on which the job tells its starter, in JSON
+               lines, what becomes of it
+
+SIGNALS
+  SIGTERM, SIGINT, SIGHUP  break the copy of a table off, free it, and begin no
+               further one; five seconds later, they end the process at once
 
 FILES
   I18nText.xml            all texts

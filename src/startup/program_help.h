@@ -11,6 +11,8 @@ namespace zenqay {
 /// program's own text.
 std::optional<Text> AnswerToQuestion(const Text& commandLine, const Text& program, const Text& help);
 
+Text ProgramVersion();
+
 /// The help of zenqay-dbsync.
 Text JobHelp();
 

@@ -14,7 +14,8 @@ class OsPlatform : public Platform {
   OsPlatform(int argc, char** argv);
 
   /// The arguments, joined with single blanks. They are then wiped out of the process's memory, since the connection
-  /// string, with its password, would stand in every process list.
+  /// string, with its password, would stand in every process list. Where "-" is the only one, what standard input holds
+  /// to its end, less one line end there; that stands in no list at any time. Raises 75 when it cannot be read.
   Text TakeCommandLine();
 
   DateTime Now() override;

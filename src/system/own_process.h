@@ -25,7 +25,7 @@ Text MakePrivateDirectory();
 void MakePrivateFile(const Text& path);
 
 /// Writes all of the text to a descriptor. False when that fails.
-bool WriteAll(int descriptor, std::string_view text);
+bool WriteWhole(int descriptor, std::string_view text);
 
 /// How far the local clock stood ahead of UTC, in seconds, at a moment in seconds since 1970.
 std::int64_t ClockOffsetAt(std::int64_t moment);

@@ -63,6 +63,21 @@ class TracedConnection : public Connection {
     });
   }
 
+  bool TakeLock(const Text& name) override {
+    return Traced(trace_, "lock", {{"connection", number_}, {"take", name}}, [&](ordered_json& line) {
+      const bool got = inner_->TakeLock(name);
+      line["got"] = got;
+      return got;
+    });
+  }
+
+  void GiveLockBack(const Text& name) override {
+    Traced(trace_, "lock", {{"connection", number_}, {"give", name}}, [&](ordered_json&) {
+      inner_->GiveLockBack(name);
+      return true;
+    });
+  }
+
   std::int64_t Run(const Text& statement, Count count) override {
     return Traced(trace_, "sql", {{"connection", number_}, {"text", statement}}, [&](ordered_json& line) {
       const std::int64_t rows = inner_->Run(statement, count);

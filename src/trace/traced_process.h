@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "process/interruptible_components.h"
 #include "process/modDeclarations.h"
 #include "trace/traced_components.h"
 #include "trace/traced_database.h"
@@ -11,25 +12,30 @@
 
 namespace zenqay {
 
-/// The process-wide values over the seams, with the trace in between. What they are made from must outlive them.
+/// The process-wide values over the seams, with the trace in between. What they are made from must outlive them. A call
+/// that is broken off does not get as far as the trace.
 class TracedProcess {
  public:
-  TracedProcess(Platform& platform, ComponentHost& components, Database& database, Trace& trace)
+  TracedProcess(Platform& platform, ComponentHost& components, Database& database, Trace& trace,
+                const std::shared_ptr<Interruption>& interruption = std::make_shared<Interruption>())
       : platform_(platform, trace),
-        components_(components, trace),
+        tracedComponents_(components, trace),
+        components_(tracedComponents_, *interruption),
         database_(database, trace),
         process{.platform = platform_,
                 .components = components_,
                 .database = database_,
                 .eventsThrough = [this, &trace](DataCopyEvents& sinks) -> DataCopyEvents& {
                   return events_.emplace(sinks, trace);
-                }} {}
+                },
+                .interruption = interruption} {}
   TracedProcess(const TracedProcess&) = delete;
   TracedProcess& operator=(const TracedProcess&) = delete;
 
  private:
   TracedPlatform platform_;
-  TracedComponents components_;
+  TracedComponents tracedComponents_;
+  InterruptibleComponents components_;
   TracedDatabase database_;
   std::optional<TracedEvents> events_;
 

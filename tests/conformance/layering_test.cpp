@@ -20,10 +20,10 @@ using SourceTree = std::map<Text, std::vector<Text>>;
 
 /// From the bottom to the top. `check` looks at a job's surroundings and `control` starts jobs as processes; what
 /// stands beside the folders are the programs' entries, above all of them.
-const std::map<Text, int> kRanks = {{"base", 0},       {"contracts", 1}, {"system", 2},   {"process", 3},
-                                    {"trace", 4},      {"localdb", 5},   {"engines", 6},  {"erp", 7},
-                                    {"components", 8}, {"entities", 9},  {"postcopy", 9}, {"job", 10},
-                                    {"startup", 11},   {"check", 12},    {"control", 13}};
+const std::map<Text, int> kRanks = {{"base", 0},  {"contracts", 1},  {"system", 2},   {"process", 3},
+                                    {"trace", 4}, {"channel", 4},    {"localdb", 5},  {"engines", 6},
+                                    {"erp", 7},   {"components", 8}, {"entities", 9}, {"postcopy", 9},
+                                    {"job", 10},  {"startup", 11},   {"check", 12},   {"control", 13}};
 constexpr int kEntryRank = 14;
 
 /// The headers of a foreign library, which one folder may see.

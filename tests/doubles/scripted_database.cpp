@@ -70,6 +70,17 @@ class ScriptedConnection : public Connection {
     database_.CheckCall("close");
   }
 
+  bool TakeLock(const Text& name) override {
+    database_.journal_.Line("lock " + name + (database_.lockIsFree ? "" : " -> not got"));
+    database_.CheckCall("lock");
+    return database_.lockIsFree;
+  }
+
+  void GiveLockBack(const Text& name) override {
+    database_.journal_.Line("unlock " + name);
+    database_.CheckCall("unlock");
+  }
+
   int number() const { return number_; }
 
  protected:

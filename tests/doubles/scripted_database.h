@@ -31,11 +31,14 @@ class ScriptedDatabase : public Database {
   /// behind which it succeeds.
   void FailOn(const Text& part, RuntimeError error, std::vector<ProviderError> items = {}, int times = 1'000'000);
 
+  /// Whether a table's lock is got when it is asked for. The journal shows `lock SITE`, `unlock SITE`.
+  bool lockIsFree = true;
+
   /// Refuses a statement without a text, as the real layer does.
   bool refusesEmptyStatements = false;
 
   /// Makes every call of `open`, `close`, `put DefaultDatabase`, `get DefaultDatabase`, `create recordset` (which the
-  /// journal does not show) or `close recordset` fail.
+  /// journal does not show), `close recordset`, `lock` or `unlock` fail.
   void FailCall(const Text& call, RuntimeError error) { callFailures_.insert_or_assign(call, error); }
 
   /// The journal shows the options of each query behind it: ` [keyset optimistic text]`.

@@ -37,6 +37,32 @@ TEST(CommandLineOfTheProgram, MayHaveElevenItems) {
   EXPECT_EQ(home.Sites(), "A1|North|C7|0\n");
 }
 
+TEST(CommandLineOfTheProgram, MayStandOnStandardInput) {
+  for (const char* lineEnd : {"", "\n", "\r\n"}) {
+    ProgramHome home;
+    home.WriteExport("Kv40QTMtssmaLocations.csv", kOneLocation);
+
+    const ProgramRun run = home.RunText("-", {.input = Joined(home.Line().Items()) + lineEnd});
+
+    EXPECT_EQ(home.Report(run), kCopied);
+    EXPECT_EQ(home.Sites(), "A1|North|C7|0\n");
+  }
+}
+
+TEST(CommandLineOfTheProgram, OnStandardInputIsWhatTheArgumentsWouldBe) {
+  const std::string lines[] = {"", "\n", "a{}b", "a{}b\n\n"};
+  for (const std::string& line : lines) {
+    ProgramHome home;
+    const std::string withoutEnd = line.ends_with('\n') ? line.substr(0, line.size() - 1) : line;
+
+    const ProgramRun run = home.RunText("-", {.input = line});
+    const std::string report = home.Report(run);
+    const ProgramRun same = home.RunText(withoutEnd);
+
+    EXPECT_EQ(report, home.Report(same)) << line;
+  }
+}
+
 TEST(QuestionToTheProgram, IsAnsweredOnStandardOutputAlone) {
   ProgramHome home;
 

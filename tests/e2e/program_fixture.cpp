@@ -28,8 +28,9 @@ std::string ReadFile(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-std::vector<std::string> EnvironmentOf(const std::string& home, const std::string& timeZone) {
-  std::vector<std::string> variables = {"ZENQAY_HOME=" + home, "TZ=" + timeZone};
+std::vector<std::string> EnvironmentOf(const std::string& home, const ProgramSettings& settings) {
+  std::vector<std::string> variables = {"ZENQAY_HOME=" + home, "TZ=" + settings.timeZone};
+  variables.insert(variables.end(), settings.variables.begin(), settings.variables.end());
   for (char** variable = environ; *variable != nullptr; ++variable) {
     const std::string inherited = *variable;
     if (!inherited.starts_with("ZENQAY_HOME=") && !inherited.starts_with("TZ=")) variables.push_back(inherited);
@@ -97,12 +98,16 @@ RunningProgram::RunningProgram(const std::string& home, const std::string& comma
                                const ProgramSettings& settings) {
   std::vector<std::string> arguments = settings.wrapper;
   arguments.insert(arguments.end(), {settings.program, commandLine});
-  std::vector<std::string> environment = EnvironmentOf(home, settings.timeZone);
+  std::vector<std::string> environment = EnvironmentOf(home, settings);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   for (const auto& [descriptor, name] : {std::pair(STDOUT_FILENO, "out"), std::pair(STDERR_FILENO, "err")}) {
     const std::string file = (streams_.path() / name).string();
     posix_spawn_file_actions_addopen(&actions, descriptor, file.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+  }
+  if (settings.input) {
+    streams_.Write("in", *settings.input);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, (streams_.path() / "in").c_str(), O_RDONLY, 0);
   }
   for (const int descriptor : settings.closedStreams) posix_spawn_file_actions_addclose(&actions, descriptor);
   const int fault = posix_spawnp(&pid_, arguments.front().c_str(), &actions, nullptr, PointersTo(arguments).data(),
@@ -126,6 +131,10 @@ ProgramRun RunningProgram::Wait() {
 void RunningProgram::Kill() {
   ::kill(pid_, SIGKILL);
   Wait();
+}
+
+void RunningProgram::Signal(int number) const {
+  ::kill(pid_, number);
 }
 
 std::string RunningProgram::ShownCommandLine() const {

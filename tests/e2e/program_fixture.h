@@ -8,6 +8,7 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,8 +27,10 @@ struct ProgramRun {
 struct ProgramSettings {
   std::string program = ZENQAY_PROGRAM;
   std::string timeZone = "UTC";
-  std::vector<int> closedStreams;    // descriptors of standard streams that the program does not get
-  std::vector<std::string> wrapper;  // a program and its arguments that start this one
+  std::vector<int> closedStreams;      // descriptors of standard streams that the program does not get
+  std::vector<std::string> wrapper;    // a program and its arguments that start this one
+  std::optional<std::string> input;    // what standard input holds; without it, that of the tests
+  std::vector<std::string> variables;  // of its environment, "NAME=value", besides those of the tests
 };
 
 /// The items of the command line, in their order.
@@ -64,6 +67,9 @@ class RunningProgram {
 
   /// Ends it as a power cut would.
   void Kill();
+
+  /// Sends it a signal.
+  void Signal(int number) const;
 
   /// What a process list shows of it, its arguments separated by "\0".
   std::string ShownCommandLine() const;

@@ -113,8 +113,8 @@ TEST(ChildProcess, IsAskedToStopWhenItsStarterIsKilled) {
 
 TEST(RunInCopy, GivesWhatTheCopyWroteAndItsStatus) {
   const CopyRun run = RunInCopy([](int output) {
-    WriteAll(STDOUT_FILENO, "dropped");
-    return WriteAll(output, "kept") ? 3 : 4;
+    WriteWhole(STDOUT_FILENO, "dropped");
+    return WriteWhole(output, "kept") ? 3 : 4;
   });
 
   EXPECT_EQ(run.output, "kept");

@@ -5,6 +5,8 @@
 #include "engines/odbc/diagnostics.h"
 #include "engines/odbc/driver_strings.h"
 #include "engines/odbc/odbc_rows.h"
+#include "engines/odbc/session_lock.h"
+#include "engines/odbc/statement_canceller.h"
 
 namespace zenqay {
 namespace {
@@ -52,7 +54,9 @@ class OdbcSession::OpenStatement {
 };
 
 OdbcSession::OdbcSession(const Text& connectionString, const OdbcOptions& options)
-    : waitsForRows_(options.rowCommit == RowCommit::AtOnce) {
+    : connectionString_(connectionString),
+      interruption_(options.interruption),
+      waitsForRows_(options.rowCommit == RowCommit::AtOnce) {
   OpenEnvironment();
   DriverString string = DriverConnectString(connectionString, InstalledDrivers(environment_.get()));
   const OdbcDriver driver = DriverOf(string.driver, string.dataSource);
@@ -66,10 +70,34 @@ OdbcSession::OdbcSession(const Text& connectionString, const OdbcOptions& option
 
 OdbcSession::~OdbcSession() = default;
 
+/// Does what may be cancelled. Of a statement that was, the driver's own words would say less.
+template <typename Work>
+auto OdbcSession::Cancellable(Work work) {
+  if (!canceller_) return work();
+  const StatementCanceller::Running running(*canceller_);
+  try {
+    return work();
+  } catch (const RuntimeError&) {
+    if (canceller_->hasCancelled()) throw RuntimeError(PlatformFault::UserInterrupt);
+    throw;
+  }
+}
+
 std::int64_t OdbcSession::Run(const Text& statement, bool countRows) {
   const Text& text = Translated(statement);
   if (text.empty()) return 0;
-  ChooseCommit(text);
+  return Cancellable([&] {
+    ChooseCommit(text);
+    return RunText(text, countRows);
+  });
+}
+
+void OdbcSession::Query(const Text& statement, RowStore& rows) {
+  const Text& text = Translated(statement);
+  if (!text.empty()) Cancellable([&] { QueryText(text, rows); });
+}
+
+std::int64_t OdbcSession::RunText(const Text& text, bool countRows) {
   OpenStatement open(statement_.get());
   const SQLRETURN result = calls_->ExecDirect(statement_.get(), text);
   RequireStatement(result);
@@ -80,9 +108,7 @@ std::int64_t OdbcSession::Run(const Text& statement, bool countRows) {
   return rows;
 }
 
-void OdbcSession::Query(const Text& statement, RowStore& rows) {
-  const Text& text = Translated(statement);
-  if (text.empty()) return;
+void OdbcSession::QueryText(const Text& text, RowStore& rows) {
   OpenStatement open(statement_.get());
   RequireStatement(calls_->ExecDirect(statement_.get(), text));
   do {
@@ -101,6 +127,54 @@ Text OdbcSession::DefaultDatabase() {
   Text name;
   RequireConnection(calls_->GetCatalog(connection_.get(), name));
   return name;
+}
+
+bool OdbcSession::TakeLock(const Text& name) {
+  const SessionLock lock = LockOf(name);
+  for (const Text& setting : lock.before) RunText(setting, false);
+  const std::int32_t answer = AnswerTo(lock.take);
+  if (answer == lock.notGot) return false;
+  if (answer != lock.got) {
+    throw RuntimeError(kGeneralProviderFailure, kPlatformSource,
+                       "The lock of table " + name + " cannot be taken: the server answers " + std::to_string(answer) +
+                           ".");
+  }
+  Prove(lock, name);
+  return true;
+}
+
+void OdbcSession::GiveLockBack(const Text& name) {
+  RowStore nothing;
+  QueryText(LockOf(name).giveBack, nothing);
+}
+
+SessionLock OdbcSession::LockOf(const Text& name) const {
+  if (const std::optional<SessionLock> lock = SessionLockOf(dbms_, name)) return *lock;
+  throw RuntimeError(kGeneralProviderFailure, kPlatformSource,
+                     "No table lock is known for the database \"" + dbms_ + "\": remove LOCK from Components.xml.");
+}
+
+std::int32_t OdbcSession::AnswerTo(const Text& query) {
+  RowStore rows;
+  QueryText(query, rows);
+  return rows.Next() ? rows.Field(0).AsInt32() : -1;
+}
+
+/// A pooler that hands each statement to whichever session of the server is free would let a second client into the
+/// session that holds the lock. So a second one is made, which must not get it, and this one asked before and after.
+void OdbcSession::Prove(const SessionLock& lock, const Text& name) {
+  constexpr TimeLimits kLimits = {.connection = 20, .command = 20};
+  bool isProved = AnswerTo(lock.held) == lock.holds;
+  if (isProved) {
+    OdbcSession second(connectionString_, {.limits = kLimits});
+    isProved = second.AnswerTo(lock.take) == lock.notGot;
+  }
+  if (isProved && AnswerTo(lock.held) == lock.holds) return;
+  throw RuntimeError(kGeneralProviderFailure, kPlatformSource,
+                     "The lock of table " + name +
+                         " excludes nobody: the statements of one connection reach several sessions of the server, as "
+                         "behind a pooler in transaction mode. Connect the job to the server itself, or to a pool in "
+                         "session mode.");
 }
 
 void OdbcSession::FreeEnvironment::operator()(void* environment) const {
@@ -144,7 +218,9 @@ void OdbcSession::Prepare(std::int16_t timeLimit) {
   RequireConnection(SQLAllocHandle(SQL_HANDLE_STMT, connection_.get(), &statement));
   statement_.reset(statement);
   SQLSetStmtAttr(statement, SQL_ATTR_QUERY_TIMEOUT, NumberAttribute(timeLimit), 0);  // as with the limit above
-  isPostgreSql_ = EqualsIgnoringCase(Info(SQL_DBMS_NAME), "PostgreSQL");
+  if (interruption_) canceller_ = std::make_unique<StatementCanceller>(statement, interruption_);
+  dbms_ = Info(SQL_DBMS_NAME);
+  isPostgreSql_ = EqualsIgnoringCase(dbms_, "PostgreSQL");
   switchesCatalogs_ = !isPostgreSql_ && Info(SQL_CATALOG_NAME) == "Y";
   // A server or a user can be set to read a backslash in a literal as an escape.
   if (isPostgreSql_) Run("SET standard_conforming_strings = on", false);

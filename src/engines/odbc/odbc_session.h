@@ -3,12 +3,15 @@
 
 #include <memory>
 
+#include "contracts/interruption.h"
 #include "engines/engine.h"
 
 namespace zenqay {
 
 class Diagnostics;
 class OdbcCalls;
+class StatementCanceller;
+struct SessionLock;
 
 /// When the rows that a statement changed are safe on the server's disk. Only PostgreSQL is asked for either.
 enum class RowCommit {
@@ -20,6 +23,7 @@ struct OdbcOptions {
   Access access = Access::ReadWrite;
   TimeLimits limits;
   RowCommit rowCommit = RowCommit::Later;
+  std::shared_ptr<Interruption> interruption;  // null for a session whose statements are never broken off
 };
 
 /// One connection of one driver, with one statement at a time on it, so a driver that allows no more is enough.
@@ -42,6 +46,12 @@ class OdbcSession : public EngineSession {
   void PutDefaultDatabase(const Text& name) override;
   Text DefaultDatabase() override;
 
+  /// A lock of the server's, which it gives up when it ends the session: a last statement of a client that is gone is
+  /// over then. Raises -2147467259 for a server without such locks, and where the lock does not exclude a second session
+  /// of the same connection string.
+  bool TakeLock(const Text& name) override;
+  void GiveLockBack(const Text& name) override;
+
  private:
   struct FreeEnvironment {
     void operator()(void* environment) const;
@@ -54,6 +64,13 @@ class OdbcSession : public EngineSession {
   };
   class OpenStatement;
 
+  template <typename Work>
+  auto Cancellable(Work work);
+  std::int64_t RunText(const Text& text, bool countRows);
+  void QueryText(const Text& text, RowStore& rows);
+  SessionLock LockOf(const Text& name) const;
+  std::int32_t AnswerTo(const Text& query);
+  void Prove(const SessionLock& lock, const Text& name);
   void OpenEnvironment();
   void Connect(const Text& driverString, Access access, std::int16_t timeLimit);
   void Prepare(std::int16_t timeLimit);
@@ -66,11 +83,15 @@ class OdbcSession : public EngineSession {
   std::int64_t TouchedRows(const Text& statement);
   bool NextResult(OpenStatement& open);
 
+  Text connectionString_;
+  std::shared_ptr<Interruption> interruption_;
   std::unique_ptr<OdbcCalls> calls_;
   std::unique_ptr<Diagnostics> diagnostics_;
   std::unique_ptr<void, FreeEnvironment> environment_;
   std::unique_ptr<void, FreeConnection> connection_;
   std::unique_ptr<void, FreeStatement> statement_;
+  std::unique_ptr<StatementCanceller> canceller_;  // null where nothing is broken off
+  Text dbms_;
   bool isPostgreSql_ = false;
   bool switchesCatalogs_ = false;
   bool waitsForRows_;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <system_error>
 #include <thread>
 
@@ -57,7 +58,9 @@ void Pause(int attempts) {
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
-int WaitForLock(void*, int attempts) {
+/// 0 gives up, and the statement fails as busy.
+int WaitForLock(void* interruption, int attempts) {
+  if (static_cast<Interruption*>(interruption)->EndsWait()) return 0;
   Pause(attempts);
   return 1;
 }
@@ -90,10 +93,11 @@ void AddText(RowStore& rows, std::string_view text, bool isDate) {
 
 }  // namespace
 
-SqliteSession::SqliteSession(const Text& dataSource, Access access) {
+SqliteSession::SqliteSession(const Text& dataSource, Access access, std::shared_ptr<Interruption> interruption)
+    : interruption_(std::move(interruption)) {
   if (dataSource.empty())
     RaiseOpenFailure("no file to open", "the connection string has no Data Source", SQLITE_CANTOPEN);
-  const Text path = FilePath(dataSource);
+  const Text path = path_ = FilePath(dataSource);
   const bool readsOnly = access == Access::ReadOnly;
   const ReadOnlyFile file = readsOnly ? ReadOnlyFile::At(path) : ReadOnlyFile{};
   if (readsOnly) {
@@ -145,6 +149,20 @@ void SqliteSession::Query(const Text& statement, RowStore& rows) {
   }
 }
 
+bool SqliteSession::TakeLock(const Text& name) {
+  if (!locks_) {
+    // By its real name, however a job comes to it.
+    std::error_code ignored;
+    const std::filesystem::path real = std::filesystem::canonical(path_, ignored);
+    locks_.emplace(real.string() + "-lock");
+  }
+  return locks_->Take(LowerCased(name));
+}
+
+void SqliteSession::GiveLockBack(const Text& name) {
+  if (locks_) locks_->GiveBack(LowerCased(name));
+}
+
 void SqliteSession::CloseDatabase::operator()(sqlite3* database) const {
   sqlite3_close(database);
 }
@@ -164,7 +182,7 @@ void SqliteSession::OpenFile(const Text& dataSource, const char* name, int flags
 
 /// The first statement also finds out whether the file is a database at all.
 void SqliteSession::PrepareFile() {
-  sqlite3_busy_handler(database_.get(), WaitForLock, nullptr);
+  sqlite3_busy_handler(database_.get(), WaitForLock, interruption_.get());
   RowStore journalMode;
   Query("PRAGMA journal_mode", journalMode);
   journalMode.Next();
@@ -173,7 +191,7 @@ void SqliteSession::PrepareFile() {
 }
 
 void SqliteSession::PrepareReading(const ReadOnlyFile& file) {
-  sqlite3_busy_handler(database_.get(), WaitForLock, nullptr);
+  sqlite3_busy_handler(database_.get(), WaitForLock, interruption_.get());
   // The end of the last session would take the log over into the file.
   sqlite3_db_config(database_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
   if (file.isAlone) Run("PRAGMA locking_mode = EXCLUSIVE", false);
@@ -188,6 +206,7 @@ int SqliteSession::Untiring(Attempt attempt) {
     const int code = attempt();
     const bool isBusy = (code & 0xFF) == SQLITE_BUSY && sqlite3_get_autocommit(database_.get()) != 0;
     if (!isBusy) return code;
+    if (interruption_->EndsWait()) throw RuntimeError(PlatformFault::UserInterrupt);
     Pause(attempts);
   }
 }

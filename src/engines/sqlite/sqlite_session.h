@@ -2,8 +2,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
+#include "contracts/interruption.h"
 #include "engines/engine.h"
+#include "system/file_lock.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -17,8 +20,10 @@ class SqliteSession : public EngineSession {
  public:
   /// Opens the file that `dataSource` names, as composed, with "\". Raises -2147467259, naming the
   /// file, when it is missing, is no database or may not be read and written. With ReadOnly it need not be writable,
-  /// and neither it nor its directory is changed.
-  explicit SqliteSession(const Text& dataSource, Access access = Access::ReadWrite);
+  /// and neither it nor its directory is changed. A statement that waits for another process does so until the
+  /// interruption ends it, and raises 18 then.
+  explicit SqliteSession(const Text& dataSource, Access access = Access::ReadWrite,
+                         std::shared_ptr<Interruption> interruption = std::make_shared<Interruption>());
 
   std::int64_t Run(const Text& statement, bool countRows) override;
   void Query(const Text& statement, RowStore& rows) override;
@@ -26,6 +31,11 @@ class SqliteSession : public EngineSession {
   /// A file has no catalogs: the name is kept and has no effect.
   void PutDefaultDatabase(const Text& name) override { defaultDatabase_ = name; }
   Text DefaultDatabase() override { return defaultDatabase_; }
+
+  /// A lock on a file beside the database, "-lock" behind its name, which the operating system gives up with the
+  /// process. Raises 5 on a disk of the network, whose locks are not to be relied on.
+  bool TakeLock(const Text& name) override;
+  void GiveLockBack(const Text& name) override;
 
  private:
   struct CloseDatabase {
@@ -46,6 +56,9 @@ class SqliteSession : public EngineSession {
   void ReadRows(const Statement& prepared, RowStore& rows);
   void AddField(const Statement& prepared, int column, bool isDate, RowStore& rows);
 
+  std::shared_ptr<Interruption> interruption_;
+  Text path_;
+  std::optional<FileLock> locks_;
   std::unique_ptr<sqlite3, CloseDatabase> database_;
   Text translated_;  // kept for its memory
   Text defaultDatabase_;

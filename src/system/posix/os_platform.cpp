@@ -14,6 +14,7 @@
 #include <system_error>
 
 #include "base/secrets.h"
+#include "system/standard_streams.h"
 
 namespace zenqay {
 namespace {
@@ -32,6 +33,12 @@ Text DirectoryOfProgram() {
   std::error_code fault;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", fault);
   return fault ? Text(".") : program.parent_path().string();
+}
+
+Text WithoutLineEnd(Text text) {
+  if (text.ends_with('\n')) text.pop_back();
+  if (text.ends_with('\r')) text.pop_back();
+  return text;
 }
 
 Text WithoutSeparatorAtEnd(Text directory) {
@@ -58,7 +65,7 @@ Text OsPlatform::TakeCommandLine() {
     commandLine += argv_[i];
   }
   if (argc_ > 1) std::fill(argv_[1], argumentsEnd_, '\0');
-  return commandLine;
+  return commandLine == "-" ? WithoutLineEnd(ReadStandardInput()) : commandLine;
 }
 
 DateTime OsPlatform::Now() {

@@ -12,6 +12,7 @@
 #include <filesystem>
 
 #include "system/posix/file_fault.h"
+#include "system/posix/write_all.h"
 
 namespace zenqay {
 
@@ -48,13 +49,8 @@ void MakePrivateFile(const Text& path) {
   ::close(descriptor);
 }
 
-bool WriteAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = ::write(descriptor, text.data(), text.size());
-    if (count < 0 && errno != EINTR) return false;
-    if (count > 0) text.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
+bool WriteWhole(int descriptor, std::string_view text) {
+  return WriteAll(descriptor, text) == 0;
 }
 
 std::int64_t ClockOffsetAt(std::int64_t moment) {
