@@ -1,6 +1,7 @@
 // The process: makes what stands behind the three seams and hands its command line over.
 #include <cstdio>
 
+#include "base/memory_reserve.h"
 #include "base/secrets.h"
 #include "components/component_catalogue.h"
 #include "engines/databases.h"
@@ -35,6 +36,7 @@ void Run(OsPlatform& platform) {
 
 /// 0 for every end but one: a failure that no log could take ends the process with 70.
 int main(int argc, char** argv) {
+  SetMemoryAside();
   try {
     OsPlatform platform(argc, argv);
     Run(platform);

@@ -23,7 +23,9 @@ class TracedProcess {
                 .database = database_,
                 .eventsThrough = [this, &trace](DataCopyEvents& sinks) -> DataCopyEvents& {
                   return events_.emplace(sinks, trace);
-                }} {}
+                }} {
+    trace.TellEndTo(platform);
+  }
   TracedProcess(const TracedProcess&) = delete;
   TracedProcess& operator=(const TracedProcess&) = delete;
 
