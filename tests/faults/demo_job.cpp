@@ -163,7 +163,7 @@ DemoDatabase::DemoDatabase(const DemoJob& job) : job_(job) {
   std::swap(job_, first);
   Disturbance none;
   JobEnd end;
-  RunProcessOf(none, end);
+  RunProcessOf(none, Around(), end);
   std::swap(job_, first);
   Execute(file, Text("UPDATE tstables SET lutm = '") + kOld + "' WHERE lutm IS NOT NULL");
   fs::copy_file(file, home_.path() / "before.db");
@@ -189,9 +189,7 @@ void DemoDatabase::Reset() const {
 
 JobEnd DemoDatabase::Run(Disturbance& disturbance, const Around& around) const {
   JobEnd end;
-  around.before();
-  RunProcessOf(disturbance, end);
-  around.behind();
+  RunProcessOf(disturbance, around, end);
   JobEnd found = Look();
   found.status = end.status;
   found.heard = std::move(end.heard);
@@ -204,7 +202,7 @@ JobEnd DemoDatabase::Run() const {
   return Run(none);
 }
 
-void DemoDatabase::RunProcessOf(Disturbance& disturbance, JobEnd& end) const {
+void DemoDatabase::RunProcessOf(Disturbance& disturbance, const Around& around, JobEnd& end) const {
   Journal journal;
   const Text home = home_.path().string();
   FakePlatform platform(journal, home);
@@ -219,14 +217,16 @@ void DemoDatabase::RunProcessOf(Disturbance& disturbance, JobEnd& end) const {
   const Text commandLine = "Provider=SQLite;Data Source=" + home + "/service.db{}SERVICE{}" +
                            std::to_string(job_.tableId) + "{}" + job_.syncMethod + "{}" + home +
                            "/log{}MAIN{}7{}{}1{}0{}" + job_.generation;
+  modDeclarations process{.platform = platform, .components = components, .database = database};
   SetMemoryAside();
+  around.before();
   try {
-    modDeclarations process{.platform = platform, .components = components, .database = database};
     RunProcess(process, commandLine);
   } catch (...) {
-    ErrorInFlight();
+    ErrorInFlight();  // as the program's end does
     end.status = 70;
   }
+  around.behind();
   end.causes = platform.causes;
   for (Text& cause : end.causes) {
     if (cause.find("from \"Data copy: ") != Text::npos) cause = "the copy failed";

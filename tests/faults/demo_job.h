@@ -79,7 +79,7 @@ class DemoDatabase {
 
  private:
   Text Query(const Text& statement) const;
-  void RunProcessOf(Disturbance& disturbance, JobEnd& end) const;
+  void RunProcessOf(Disturbance& disturbance, const Around& around, JobEnd& end) const;
   Text Columns(const Text& table, bool withExpiry) const;
 
   DemoJob job_;
