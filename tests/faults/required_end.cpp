@@ -143,6 +143,9 @@ void RequiredEnd::FindPlacesOfTable(std::size_t& step, std::size_t table) {
     const Step& now = steps_[step];
     const bool isClosing = now.text == "close" && now.kind == Step::Kind::Log;
     if (now.text.starts_with("UPDATE tstables SET lutm  = ")) {
+      if (rowsBehind_[step] != undisturbed_.tables.at(name).rows) {
+        throw std::logic_error("the update time of " + name + " moves before its rows are complete");
+      }
       MarkUpdateTimeLiteral(begin, step);
       isUpdateTimeMoved = true;
     }
