@@ -3,6 +3,8 @@
 #include <new>
 #include <utility>
 
+#include "base/memory_reserve.h"
+
 namespace zenqay {
 namespace {
 
@@ -82,8 +84,10 @@ RuntimeError ErrorInFlight() noexcept {
     try {
       throw;
     } catch (const RuntimeError& error) {
+      if (error.number() == kOutOfMemory.number()) GiveMemoryBack();
       return error;
     } catch (const std::bad_alloc&) {
+      GiveMemoryBack();
       return kOutOfMemory;
     } catch (const std::exception& error) {
       return RuntimeError(PlatformFault::Automation, error.what());
@@ -91,6 +95,7 @@ RuntimeError ErrorInFlight() noexcept {
       return RuntimeError(PlatformFault::Automation);
     }
   } catch (...) {
+    GiveMemoryBack();
     return kOutOfMemory;  // for the texts of the failure
   }
 }

@@ -114,7 +114,8 @@ class RuntimeError : public std::exception {
 };
 
 /// The exception that is being handled, as what failure paths handle: a RuntimeError as it is, a lack of memory as 7,
-/// every other exception of the library as 440 with its text. To be called in a handler.
+/// every other exception of the library as 440 with its text. To be called in a handler. Where memory has run out, the
+/// reserve is given back first, for what the handler does.
 ///
 ///     } catch (...) {
 ///       const RuntimeError error = ErrorInFlight();

@@ -584,5 +584,27 @@ TEST(ChangesFile, ThatSaysNothingFailsThePass) {
   EXPECT_EQ(home.Query("SELECT lutm, in_use FROM tstables WHERE tablename = 'SITE'"), "2024-01-31 10:00:00|0\n");
 }
 
+TEST(AFieldThatMemoryHasNoRoomFor, FailsItsTableAndLeavesItFreeWithItsRecords) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer takes more addresses than the limit leaves";
+#endif
+  ProgramHome home;
+  home.WriteExport("Kv40QTMtssmaLocations.csv",
+                   "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n"
+                   "A1,North,C7\n"
+                   "A2," +
+                       std::string(15 * 1024 * 1024, 'x') + ",C7\n");
+
+  const ProgramRun run = home.Run(home.Line(), {.wrapper = {"prlimit", "--as=112640000"}});
+
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(home.Sites(), "A1|North|C7|0\n");
+  EXPECT_EQ(home.SiteState(), "NULL|0\n");
+  EXPECT_EQ(home.Log("SITE_<day>.log"),
+            "\"Date-Time :<date> : <time>\"\r\n"
+            "\"ZenqayDBSync\",\"Out of memory\"\r\n"
+            "\"Data copy: Sites\",\"Sites could not be copied from the ERP (generation 1).\"\r\n");
+}
+
 }  // namespace
 }  // namespace zenqay
