@@ -15,8 +15,8 @@ template <typename Ask>
 auto Naming(std::string_view operation, Ask ask) {
   try {
     return ask();
-  } catch (const RuntimeError& error) {
-    throw error.OfCall(operation);
+  } catch (...) {
+    throw ErrorInFlight().OfCall(operation);
   }
 }
 
@@ -81,8 +81,8 @@ template <typename Deed>
 void NamingRow(const RowKey& key, Deed deed) {
   try {
     deed();
-  } catch (const RuntimeError& error) {
-    throw error.OfRow(key.Told());
+  } catch (...) {
+    throw ErrorInFlight().OfRow(key.Told());
   }
 }
 

@@ -58,8 +58,8 @@ void clsDataCopy::CalculateWarrantyExpiry() {
     while (!rows->AtBeginning() && !rows->AtEnd()) {
       try {
         StoreWarrantyExpiry(*rows);
-      } catch (const RuntimeError& error) {
-        throw error.OfRow(ObjectAt(*rows));
+      } catch (...) {
+        throw ErrorInFlight().OfRow(ObjectAt(*rows));
       }
       rows->MoveNext();
     }

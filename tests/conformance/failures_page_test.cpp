@@ -88,9 +88,16 @@ void CollectLiterals(const Text& source, std::size_t from, std::vector<Text>& li
   }
 }
 
+/// What joins a literal to its neighbours goes.
+Text WithoutMarks(const Text& literal) {
+  constexpr const char* kMarks = " :,()";
+  const std::size_t from = literal.find_first_not_of(kMarks);
+  return from == Text::npos ? Text() : literal.substr(from, literal.find_last_not_of(kMarks) + 1 - from);
+}
+
 /// Those of three words and more: what a text is put together from otherwise, are names.
 bool IsPhrase(const Text& literal) {
-  return std::ranges::count(Trim(literal), ' ') >= 2;
+  return std::ranges::count(WithoutMarks(literal), ' ') >= 2;
 }
 
 TEST(FailuresPage, HasThePhrasesOfEveryPlaceThatRaises) {
@@ -105,7 +112,7 @@ TEST(FailuresPage, HasThePhrasesOfEveryPlaceThatRaises) {
         std::vector<Text> literals;
         CollectLiterals(source, at, literals);
         for (const Text& literal : literals) {
-          const Text phrase = Trim(Replaced(literal, "\"", ""));
+          const Text phrase = WithoutMarks(Replaced(literal, "\"", ""));
           if (IsPhrase(literal) && page.find(phrase) == Text::npos)
             missing += Text(file).append(": ").append(literal) + "\n";
         }

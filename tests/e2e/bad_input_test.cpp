@@ -532,10 +532,11 @@ TEST(Export, WithAWrongTypeInRecord70000KeepsThe69999BeforeIt) {
 
   const ProgramRun run = home.Run(home.Line());
 
-  EXPECT_EQ(home.Report(run),
-            FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"Type mismatch: "
-                        "Kv40QTMtssmaLocations.csv, line 70001, column Floor: \"12a\" is no int\"\r\n" +
-                        std::string(kFullCopyFailed)));
+  EXPECT_EQ(
+      home.Report(run),
+      FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"Type mismatch: "
+                  "Kv40QTMtssmaLocations.csv, line 70001, column Floor: \"12a\" is no int: hasMoreElements\"\r\n" +
+                  std::string(kFullCopyFailed)));
   EXPECT_EQ(home.Query("SELECT count(*), min(SITE), max(SITE), DESCRIPTION, CUSTOMER, upd_flag FROM SITE "
                        "GROUP BY DESCRIPTION, CUSTOMER, upd_flag ORDER BY 2"),
             "69999|S000001|S069999|new|C7|0\n"

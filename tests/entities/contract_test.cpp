@@ -233,7 +233,8 @@ TEST(ApplyContractChange, FailsWithAStatusThatIsNoNumber) {
   CopyFixture copy("3");
   const Object row = copy.RowWith({{"ServiceContract", "C1"}, {"ContractStatus", "active"}});
 
-  EXPECT_EQ(Raised([&] { copy.ApplyContractChange("U", row, "Contracts"); }), "13 ZenqayDBSync: Type mismatch");
+  EXPECT_EQ(Raised([&] { copy.ApplyContractChange("U", row, "Contracts"); }),
+            "13 ZenqayDBSync: Type mismatch: getContractStatus");
 
   EXPECT_EQ(copy.journal.Take(), TraceOf("row1", {kStatus}));
 }

@@ -216,7 +216,7 @@ TEST(ApplySerializedItemRow, FailsWithATimeThatIsNoDateObject) {
       CopyFixture copy("8");
       const RowFields fields = {{field, time}};
 
-      EXPECT_EQ(Raised([&] { copy.Apply(kItems.apply, fields, "SerializedItem"); }), expected);
+      EXPECT_EQ(Raised([&] { copy.Apply(kItems.apply, fields, "SerializedItem"); }), expected + ": get" + field);
 
       EXPECT_EQ(copy.JournalWithout({"row"}), "");
     }
