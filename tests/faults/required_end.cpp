@@ -175,7 +175,7 @@ void RequiredEnd::MarkUpdateTimeLiteral(std::size_t begin, std::size_t statement
 }
 
 const RequiredEnd::Place& RequiredEnd::PlaceBehind(std::size_t step, When when) const {
-  const bool isFirst = step == 0 || places_[step - 1].table != places_[step].table;
+  const bool isFirst = step == 0 || places_[step].phase == Phase::Gate;  // what is in front of it is not its table's
   return when == When::Behind || isFirst ? places_[step] : places_[step - 1];
 }
 
