@@ -385,6 +385,40 @@ TEST_F(PostgresTest, NumbersARightThatIsMissing) {
             "-2147217900 PostgreSQL Unicode: ERROR: permission denied for table site; Error while executing the query");
 }
 
+TEST_F(PostgresTest, KeepsOtherSessionsFromTheLockOfANameUntilItGivesItBackOrEnds) {
+  OdbcSession second(ConnectionString());
+  {
+    OdbcSession first(ConnectionString());
+    EXPECT_TRUE(first.TakeLock("SITE"));
+    EXPECT_FALSE(second.TakeLock("site"));
+    EXPECT_TRUE(second.TakeLock("OBJECT"));
+    first.GiveLockBack("SITE");
+    EXPECT_TRUE(second.TakeLock("SITE"));
+    second.GiveLockBack("SITE");
+    EXPECT_TRUE(first.TakeLock("SITE"));
+  }
+  for (int attempt = 0; attempt < 400 && !second.TakeLock("SITE"); ++attempt) std::this_thread::sleep_for(25ms);
+
+  EXPECT_FALSE(OdbcSession(ConnectionString()).TakeLock("SITE"));
+}
+
+/// Asked from the start.
+class AskedToStop : public Interruption {
+ public:
+  bool isRequested() const override { return true; }
+};
+
+TEST_F(PostgresTest, CancelsAStatementThatGoesOnAfterTheJobHasBeenAskedToStop) {
+  const auto interruption = std::make_shared<AskedToStop>();
+  OdbcSession session(ConnectionString(), {.interruption = interruption});
+  interruption->Allow();
+
+  EXPECT_EQ(Raised([&] { session.Run("SELECT pg_sleep(600)", false); }), "18 ZenqayDBSync: User interrupt occurred");
+
+  interruption->Forbid();
+  EXPECT_EQ(session.Run("INSERT INTO site VALUES ('A1', 'Old', 'C1', 1)", true), 1);
+}
+
 TEST_F(PostgresTest, WaitsForARowThatAnotherSessionHolds) {
   server_.Psql(database_, "INSERT INTO site VALUES ('A1', 'Old', 'C1', 1)");
   home_.Write("erp/Kv40QTMtssmaLocations.csv", kLocations);
