@@ -445,7 +445,7 @@ TEST(SqliteSessionDefaultDatabase, IsANameThatIsKept) {
 }
 
 TEST(SqliteSession, KeepsOtherSessionsFromTheLockOfANameUntilItGivesItBackOrEnds) {
-  const TempFile file;
+  SqliteFile file;
   SqliteSession second(file.path);
   {
     SqliteSession first(file.path);
