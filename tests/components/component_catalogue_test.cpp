@@ -274,5 +274,62 @@ TEST(ShippedCatalogue, NamesAHostForEveryClassThatIsOnce) {
   }
 }
 
+TEST(ComponentCatalogue, ReadsTheSafeguards) {
+  const Home home;
+  home.Write(
+      "<COMPONENTS><SWEEP limit=\"10%\" from=\"100\"><TABLE name=\"SITE\" limit=\"50\"/></SWEEP>"
+      "<LOCK takeover=\"yes\"/></COMPONENTS>");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), "nothing");
+  EXPECT_EQ(catalogue.safeguards().sweep.For("site")->text(), "50");
+  EXPECT_EQ(catalogue.safeguards().sweep.For("OBJECT")->text(), "10%");
+  EXPECT_EQ(catalogue.safeguards().sweep.from, 100);
+  EXPECT_EQ(catalogue.safeguards().lock, TableLock::TakesOver);
+}
+
+TEST(ComponentCatalogue, HasNoSafeguardsUnlessTheyAreAskedFor) {
+  const Home home;
+  home.Write("<COMPONENTS/>");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(catalogue.safeguards().sweep.For("SITE"), nullptr);
+  EXPECT_EQ(catalogue.safeguards().lock, TableLock::NotUsed);
+}
+
+TEST(ComponentCatalogue, TakesTheSweepLimitOfTheEnvironmentForAll) {
+  const Home home;
+  home.Write("<COMPONENTS><SWEEP limit=\"10%\"><TABLE name=\"SITE\" limit=\"50\"/></SWEEP><LOCK/></COMPONENTS>");
+  ::setenv("ZENQAY_SWEEP_LIMIT", "100%", 1);
+  ComponentCatalogue catalogue = home.Catalogue();
+  ::setenv("ZENQAY_SWEEP_LIMIT", "much", 1);
+  const Text unusable = home.Usable("<COMPONENTS/>");
+  ::unsetenv("ZENQAY_SWEEP_LIMIT");
+
+  EXPECT_EQ(catalogue.safeguards().sweep.For("SITE")->text(), "100%");
+  EXPECT_EQ(catalogue.safeguards().lock, TableLock::Used);
+  EXPECT_EQ(unusable, Text(kInvalid) +
+                          "ZENQAY_SWEEP_LIMIT: \"much\" is no limit, which is a number of rows or a share such as "
+                          "\"10%\"");
+}
+
+TEST(ComponentCatalogue, NamesThePlaceOfASafeguardThatIsNone) {
+  const Home home;
+  const std::pair<const char*, const char*> cases[] = {
+      {"<SWEEP limit=\"ten\"/>", "\"ten\" is no limit, which is a number of rows or a share such as \"10%\""},
+      {"<SWEEP limit=\"10%\" from=\"x\"/>", "\"x\" is no number of rows"},
+      {"<SWEEP limits=\"10%\"/>", "SWEEP knows no attribute \"limits\""},
+      {"<SWEEP><TABLE limit=\"1\"/></SWEEP>", "TABLE has no attribute \"name\""},
+      {"<SWEEP><TABLE name=\"SITE\"/></SWEEP>", "TABLE has no attribute \"limit\""},
+      {"<SWEEP><ROW/></SWEEP>", "unknown element \"ROW\""},
+      {"<LOCK takeover=\"maybe\"/>", "takeover is \"yes\" or \"no\", not \"maybe\""},
+      {"<LOCK table=\"SITE\"/>", "LOCK knows no attribute \"table\""},
+  };
+  for (const auto& [element, fault] : cases) {
+    EXPECT_EQ(home.Usable(Text("<COMPONENTS>\n") + element + "</COMPONENTS>"),
+              kInvalid + home.Path() + ", line 2: " + fault);
+  }
+}
+
 }  // namespace
 }  // namespace zenqay

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <fstream>
 #include <set>
 #include <thread>
@@ -383,6 +384,109 @@ TEST_F(PostgresTest, NumbersARightThatIsMissing) {
 
   EXPECT_EQ(Raised([&] { session.Run("DELETE FROM site", false); }),
             "-2147217900 PostgreSQL Unicode: ERROR: permission denied for table site; Error while executing the query");
+}
+
+TEST_F(PostgresTest, KeepsOtherSessionsFromTheLockOfANameUntilItGivesItBackOrEnds) {
+  OdbcSession second(ConnectionString());
+  {
+    OdbcSession first(ConnectionString());
+    EXPECT_TRUE(first.TakeLock("SITE"));
+    EXPECT_FALSE(second.TakeLock("site"));
+    EXPECT_TRUE(second.TakeLock("OBJECT"));
+    first.GiveLockBack("SITE");
+    EXPECT_TRUE(second.TakeLock("SITE"));
+    second.GiveLockBack("SITE");
+    EXPECT_TRUE(first.TakeLock("SITE"));
+  }
+  for (int attempt = 0; attempt < 400 && !second.TakeLock("SITE"); ++attempt) std::this_thread::sleep_for(25ms);
+
+  EXPECT_FALSE(OdbcSession(ConnectionString()).TakeLock("SITE"));
+}
+
+/// A pooler in front of the server, which gives a connection a session of the server's for a transaction or for good.
+class Pooler {
+ public:
+  Pooler(const PostgresServer& server, const std::string& mode) : port_(server.port() + 10'000) {
+    directory_.Write("users", "\"zenqay\" \"\"\n");
+    directory_.Write("pooler.ini",
+                     "[databases]\n* = host=127.0.0.1 port=" + std::to_string(server.port()) +
+                         " user=zenqay password='" + Replaced(PostgresServer::kPassword, "'", "''") +
+                         "'\n[pgbouncer]\nlisten_addr = 127.0.0.1\nlisten_port = " + std::to_string(port_) +
+                         "\nunix_socket_dir =\nauth_type = any\npool_mode = " + mode +
+                         "\nignore_startup_parameters = extra_float_digits\n");
+    std::filesystem::permissions(directory_.path(), std::filesystem::perms::all);
+    const std::string file = (directory_.path() / "pooler.ini").string();
+    process_ = ::fork();
+    if (process_ != 0) return;
+    if (::freopen("/dev/null", "w", stderr) == nullptr) ::_exit(1);
+    if (::geteuid() == 0) {
+      ::execl("/usr/sbin/pgbouncer", "pgbouncer", "-q", "-u", "nobody", file.c_str(), nullptr);
+    } else {
+      ::execl("/usr/sbin/pgbouncer", "pgbouncer", "-q", file.c_str(), nullptr);
+    }
+    ::_exit(1);
+  }
+  Pooler(const Pooler&) = delete;
+  Pooler& operator=(const Pooler&) = delete;
+  ~Pooler() {
+    ::kill(process_, SIGKILL);
+    ::waitpid(process_, nullptr, 0);
+  }
+
+  /// A session through the pooler, once it is up.
+  std::unique_ptr<OdbcSession> Connect(const Text& connectionString, const PostgresServer& server) const {
+    const Text text =
+        Replaced(connectionString, "Port=" + std::to_string(server.port()), "Port=" + std::to_string(port_));
+    for (int attempt = 0;; ++attempt) {
+      try {
+        return std::make_unique<OdbcSession>(text);
+      } catch (const RuntimeError&) {
+        if (attempt == 400) throw;
+        std::this_thread::sleep_for(25ms);
+      }
+    }
+  }
+
+ private:
+  TempDirectory directory_;
+  int port_;
+  pid_t process_ = -1;
+};
+
+TEST_F(PostgresTest, FindsOutThatALockBehindAPoolerOfTransactionsExcludesNobody) {
+  const Pooler pooler(server_, "transaction");
+
+  const std::unique_ptr<OdbcSession> session = pooler.Connect(ConnectionString(), server_);
+
+  EXPECT_EQ(Raised([&] { session->TakeLock("SITE"); }),
+            "-2147467259 ZenqayDBSync: The lock of table SITE excludes nobody: the statements of one connection reach "
+            "several sessions of the server, as behind a pooler in transaction mode. Connect the job to the server "
+            "itself, or to a pool in session mode.");
+}
+
+TEST_F(PostgresTest, TakesALockBehindAPoolerOfSessions) {
+  const Pooler pooler(server_, "session");
+
+  const std::unique_ptr<OdbcSession> session = pooler.Connect(ConnectionString(), server_);
+
+  EXPECT_TRUE(session->TakeLock("SITE"));
+}
+
+/// Asked from the start.
+class AskedToStop : public Interruption {
+ public:
+  bool isRequested() const override { return true; }
+};
+
+TEST_F(PostgresTest, CancelsAStatementThatGoesOnAfterTheJobHasBeenAskedToStop) {
+  const auto interruption = std::make_shared<AskedToStop>();
+  OdbcSession session(ConnectionString(), {.interruption = interruption});
+  interruption->Allow();
+
+  EXPECT_EQ(Raised([&] { session.Run("SELECT pg_sleep(600)", false); }), "18 ZenqayDBSync: User interrupt occurred");
+
+  interruption->Forbid();
+  EXPECT_EQ(session.Run("INSERT INTO site VALUES ('A1', 'Old', 'C1', 1)", true), 1);
 }
 
 TEST_F(PostgresTest, WaitsForARowThatAnotherSessionHolds) {

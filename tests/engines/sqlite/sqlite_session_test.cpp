@@ -417,5 +417,22 @@ TEST(SqliteSessionDefaultDatabase, IsANameThatIsKept) {
   EXPECT_EQ(session.DefaultDatabase(), " SERVICE ");
 }
 
+TEST(SqliteSession, KeepsOtherSessionsFromTheLockOfANameUntilItGivesItBackOrEnds) {
+  SqliteFile file;
+  SqliteSession second(file.path);
+  {
+    SqliteSession first(file.path);
+    EXPECT_TRUE(first.TakeLock("Site"));
+    EXPECT_FALSE(second.TakeLock("SITE"));
+    EXPECT_TRUE(second.TakeLock("OBJECT"));
+    first.GiveLockBack("SITE");
+    EXPECT_TRUE(second.TakeLock("site"));
+    second.GiveLockBack("site");
+    EXPECT_TRUE(first.TakeLock("site"));
+  }
+
+  EXPECT_TRUE(second.TakeLock("site"));
+}
+
 }  // namespace
 }  // namespace zenqay
