@@ -508,6 +508,8 @@ class RefusingDatabase : public LocalDatabases {
  private:
   class Refused : public EngineConnection {
    public:
+    Refused() : EngineConnection(std::make_shared<Interruption>()) {}
+
     void Open() override {
       const std::vector<ProviderError> items = {
           {-2147217843, "Driver", "Login failed for user 'sync'\n(UID=sync;PWD={geheim})", "28000", 18456},

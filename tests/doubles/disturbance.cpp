@@ -45,6 +45,8 @@ class DisturbedConnection : public Connection {
   Text DefaultDatabase() override {
     return Pass("database", [&] { return inner_->DefaultDatabase(); });
   }
+  bool TakeLock(const Text& name) override { return inner_->TakeLock(name); }
+  void GiveLockBack(const Text& name) override { inner_->GiveLockBack(name); }
   std::int64_t Run(const Text& statement, Count count) override {
     return Pass(statement, [&] { return inner_->Run(statement, count); });
   }
