@@ -57,6 +57,8 @@ class RecordedConnection : public Connection {
   std::shared_ptr<Errors> ErrorCollection() override { return inner_->ErrorCollection(); }
   void Close() override { inner_->Close(); }
 
+  bool TakeLock(const Text& name) override { return inner_->TakeLock(name); }
+  void GiveLockBack(const Text& name) override { inner_->GiveLockBack(name); }
   std::int64_t Run(const Text& statement, Count count) override {
     recorder_.Record(statement);
     return inner_->Run(statement, count);
