@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "base/memory_reserve.h"
 #include "base/secrets.h"
 #include "channel/control_channel.h"
 #include "components/component_catalogue.h"
@@ -75,6 +76,7 @@ void Run(OsPlatform& platform) {
 
 /// 0 for every end but one: a failure that no log could take ends the process with 70.
 int main(int argc, char** argv) {
+  SetMemoryAside();
   try {
     OsPlatform platform(argc, argv);
     Run(platform);

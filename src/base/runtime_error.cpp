@@ -3,6 +3,8 @@
 #include <new>
 #include <utility>
 
+#include "base/memory_reserve.h"
+
 namespace zenqay {
 namespace {
 
@@ -60,7 +62,7 @@ RuntimeError RuntimeError::With(const Text& statement) const noexcept {
 }
 
 RuntimeError RuntimeError::OfCall(std::string_view operation) const noexcept {
-  if (!call().empty() || !items().empty() || IsInterruption(number())) return *this;
+  if (!call().empty() || IsInterruption(number())) return *this;
   return Changed([&](Facts& facts) {
     facts.call = operation;
     const bool isNamed = facts.description.find(operation) != Text::npos;
@@ -72,9 +74,8 @@ RuntimeError RuntimeError::OfRow(const Text& row) const noexcept {
   if (row.empty() || IsInterruption(number())) return *this;
   return Changed([&](Facts& facts) {
     facts.row = row;
-    if (!facts.items.empty()) return;
-    const bool endsWithCall = !facts.call.empty() && facts.description.ends_with(facts.call);
-    facts.description.append(endsWithCall ? " of " : ": ").append(row);
+    if (facts.call.empty()) return;
+    facts.description.append(facts.description.ends_with(facts.call) ? " of " : ": ").append(row);
   });
 }
 
@@ -83,8 +84,10 @@ RuntimeError ErrorInFlight() noexcept {
     try {
       throw;
     } catch (const RuntimeError& error) {
+      if (error.number() == kOutOfMemory.number()) GiveMemoryBack();
       return error;
     } catch (const std::bad_alloc&) {
+      GiveMemoryBack();
       return kOutOfMemory;
     } catch (const std::exception& error) {
       return RuntimeError(PlatformFault::Automation, error.what());
@@ -92,6 +95,7 @@ RuntimeError ErrorInFlight() noexcept {
       return RuntimeError(PlatformFault::Automation);
     }
   } catch (...) {
+    GiveMemoryBack();
     return kOutOfMemory;  // for the texts of the failure
   }
 }

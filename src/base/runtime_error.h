@@ -88,9 +88,9 @@ class RuntimeError : public std::exception {
   /// it is where a call is known, memory is missing, or the pass was broken off, which is nobody's fault.
   RuntimeError OfCall(std::string_view operation) const noexcept;
 
-  /// The same failure, met at this row, which stands behind the description: "Invalid use of Null: getCustomer of
-  /// Location=A1". What a database reported keeps its description. As it is where the row is unknown, or memory is
-  /// missing.
+  /// The same failure, met at this row, which stands behind the description of a failed call: "Invalid use of Null:
+  /// getCustomer of Location=A1". What a database reported keeps its description. As it is where the row is unknown, or
+  /// memory is missing.
   RuntimeError OfRow(const Text& row) const noexcept;
 
  private:
@@ -114,7 +114,8 @@ class RuntimeError : public std::exception {
 };
 
 /// The exception that is being handled, as what failure paths handle: a RuntimeError as it is, a lack of memory as 7,
-/// every other exception of the library as 440 with its text. To be called in a handler.
+/// every other exception of the library as 440 with its text. To be called in a handler. Where memory has run out, the
+/// reserve is given back first, for what the handler does.
 ///
 ///     } catch (...) {
 ///       const RuntimeError error = ErrorInFlight();

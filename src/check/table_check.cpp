@@ -27,7 +27,7 @@ class TableCheck {
   void CheckExpiry();
   void CheckDeliveries();
   void CheckState();
-  Text CurrentUpTo(Recordset& state);
+  Text CurrentUpTo(const Recordset& state) const;
 
   void Mend(const Text& detail) {
     report_.Mend(step_, detail);
@@ -133,7 +133,7 @@ void TableCheck::CheckDeliveries() {
   const std::shared_ptr<Recordset> rows = process_.database.CreateRecordset();
   rows->Open(Text("SELECT OBJECT.SITE, OBJECT.OBJECT, OBJECT.OBJECTNR FROM ") + kExpiryJoin +
                  " WHERE OBJECT.DELIVERY_DATE IS NULL AND WARRANTIES.WARRANTY_TYPE <> " +
-                 std::to_string(kFromInstallation),
+                 std::to_string(kFromInstallation) + " ORDER BY OBJECT.SITE, OBJECT.OBJECT, OBJECT.OBJECTNR",
              connection_, CursorType::Static, LockType::ReadOnly, CommandType::SqlText);
   const std::int32_t count = rows->RecordCount();
   Text shown;
@@ -175,7 +175,7 @@ void TableCheck::CheckState() {
 }
 
 /// As an only-changed pass reads it; empty when there is none. A full copy only overwrites it.
-Text TableCheck::CurrentUpTo(Recordset& state) {
+Text TableCheck::CurrentUpTo(const Recordset& state) const {
   const Value lutm = state.FieldValue("lutm");
   if (line_.syncMethod != kOnlyChanged && !lutm.Is<DateTime>()) return lutm.Joined();
   return lutm.IsGreaterThan(0) ? IsoText(lutm.AsDateTime()) : "";

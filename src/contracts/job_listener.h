@@ -22,6 +22,8 @@ struct RowCounts {
   std::int64_t inserted = 0;
   std::int64_t updated = 0;
   std::int64_t deleted = 0;
+
+  bool operator==(const RowCounts&) const = default;
 };
 
 /// This one hears nothing. What an operation does must not fail.

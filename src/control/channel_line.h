@@ -6,18 +6,9 @@
 #include <vector>
 
 #include "base/text_functions.h"
+#include "contracts/job_listener.h"
 
 namespace zenqay {
-
-/// Rows of one pass.
-struct RowCounts {
-  std::int64_t met = 0;
-  std::int64_t inserted = 0;
-  std::int64_t updated = 0;
-  std::int64_t deleted = 0;
-
-  bool operator==(const RowCounts&) const = default;
-};
 
 /// One failure record of a job. Texts that it does not have are empty.
 struct JobFailure {

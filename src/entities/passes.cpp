@@ -15,7 +15,7 @@ void OpenSource(modDeclarations& process, const Entity& entity, const Opening& o
 
 std::span<const KeyField> KeysOf(const modDeclarations& process, const Entity& entity) {
   const EntitySource* source = entity.SourceUnder(process.ErpGeneration);
-  return source == nullptr ? std::span<const KeyField>() : source->keys;
+  return source == nullptr ? entity.sources.front().keys : source->keys;
 }
 
 }  // namespace zenqay

@@ -62,7 +62,8 @@ struct OnlyChangedPass {
 /// generation without the entity nothing is opened, and the first use of the manager fails.
 void OpenSource(modDeclarations& process, const Entity& entity, const Opening& open, ErpSource& erp);
 
-/// By which the entity's rows are known; by nothing under a generation without the entity.
+/// By which the entity's rows are known; those of its first generation where the generation does not have it, since
+/// some classes are asked for under every one.
 std::span<const KeyField> KeysOf(const modDeclarations& process, const Entity& entity);
 
 }  // namespace zenqay

@@ -15,16 +15,21 @@ template <typename Ask>
 auto Naming(std::string_view operation, Ask ask) {
   try {
     return ask();
-  } catch (const RuntimeError& error) {
-    throw error.OfCall(operation);
+  } catch (...) {
+    throw ErrorInFlight().OfCall(operation);
   }
 }
 
-/// A call of what has no words of its own here. An empty reference raises its 91 as everywhere: no component was asked.
+/// The same for what asks an object. An empty reference raises its 91 as everywhere: no component was asked.
+template <typename Ask>
+auto Naming(const Object& object, std::string_view operation, Ask ask) {
+  return object.IsNothing() ? ask() : Naming(operation, ask);
+}
+
+/// A call of what has no words of its own here.
 template <typename... Args>
 Value CallNamed(const Object& object, std::string_view operation, Args&&... arguments) {
-  if (object.IsNothing()) return object.Call(operation, std::forward<Args>(arguments)...);
-  return Naming(operation, [&] { return object.Call(operation, std::forward<Args>(arguments)...); });
+  return Naming(object, operation, [&] { return object.Call(operation, std::forward<Args>(arguments)...); });
 }
 
 /// One record of a listing. A field is asked for anew at each use; what the row has said of its key is kept for
@@ -36,24 +41,24 @@ class Row {
 
   /// The answer of a `hasX`; a null counts as false.
   bool Has(std::string_view hasX) const {
-    return Naming(hasX, [&] { return object_.Call(hasX).IsTrue(); });
+    return Naming(object_, hasX, [&] { return object_.Call(hasX).IsTrue(); });
   }
 
   /// The answer of a `getX`: as it comes; as text, which a null fails with 94; or joined to a text, where a null adds
   /// nothing.
   Value Get(std::string_view getX) const {
-    return Naming(getX, [&] { return Answer(getX); });
+    return Naming(object_, getX, [&] { return Answer(getX); });
   }
   Text GetText(std::string_view getX) const {
-    return Naming(getX, [&] { return Answer(getX).AsText(); });
+    return Naming(object_, getX, [&] { return Answer(getX).AsText(); });
   }
   Text GetJoined(std::string_view getX) const {
-    return Naming(getX, [&] { return Answer(getX).Joined(); });
+    return Naming(object_, getX, [&] { return Answer(getX).Joined(); });
   }
 
   /// The answer of a `getX` that gives another row, such as the values from before a change.
   Row GetRow(std::string_view getX) const {
-    return Naming(getX, [&] { return Row(Answer(getX).AsObject()); });
+    return Naming(object_, getX, [&] { return Row(Answer(getX).AsObject()); });
   }
 
   void Set(std::string_view setX, const Value& value) const { CallNamed(object_, setX, value); }
@@ -76,8 +81,8 @@ template <typename Deed>
 void NamingRow(const RowKey& key, Deed deed) {
   try {
     deed();
-  } catch (const RuntimeError& error) {
-    throw error.OfRow(key.Told());
+  } catch (...) {
+    throw ErrorInFlight().OfRow(key.Told());
   }
 }
 
@@ -91,13 +96,13 @@ class Enumeration {
   void Release() { object_.Release(); }
 
   bool HasMoreElements() const {
-    return Naming("hasMoreElements", [&] { return object_.Call("hasMoreElements").IsTrue(); });
+    return Naming(object_, "hasMoreElements", [&] { return object_.Call("hasMoreElements").IsTrue(); });
   }
 
   /// The next row; `key` is then that row's, and lives as long.
   Row NextElement(RowKey* key = nullptr) const {
     if (key != nullptr) key->Forget();
-    return Naming("nextElement", [&] { return Row(object_.Call("nextElement").AsObject(), key); });
+    return Naming(object_, "nextElement", [&] { return Row(object_.Call("nextElement").AsObject(), key); });
   }
 
  private:
@@ -118,7 +123,7 @@ class Manager {
   /// All rows whose keys lie in the ranges, given as pairs of a lowest and a highest value; or nothing.
   template <typename... Bounds>
   Enumeration List(Bounds&&... bounds) const {
-    return Naming("List",
+    return Naming(object_, "List",
                   [&] { return Enumeration(object_.Call("List", std::forward<Bounds>(bounds)...).AsObject()); });
   }
 
@@ -126,7 +131,7 @@ class Manager {
   Enumeration NetList(std::string_view operation, const Text& tableCode, const Object& criteria) const {
     Value code = tableCode;
     Value selection = criteria;
-    return Naming(operation, [&] {
+    return Naming(object_, operation, [&] {
       return Enumeration(
           object_.Call(operation, Argument::ByReference(code), Argument::ByReference(selection)).AsObject());
     });

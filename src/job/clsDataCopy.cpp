@@ -1,5 +1,6 @@
 #include "job/clsDataCopy.h"
 
+#include "base/memory_reserve.h"
 #include "entities/entity.h"
 #include "localdb/copy_state.h"
 #include "localdb/local_connection.h"
@@ -67,6 +68,7 @@ CopyResult clsDataCopy::CopyGuardedTable(const Text& ConnectionString, const Tex
 
 CopyResult clsDataCopy::CopySingleTable(const Text&, const Text&, std::int16_t TableID, std::int16_t SyncMethod,
                                         const Text&, const Text& KXWBusComponent) {
+  SetMemoryAside();  // anew, where the table before this one has used it up
   Text TableName;
   try {
     icount = 0;

@@ -70,7 +70,13 @@ void SetCopyInProgress(modDeclarations& process, const Text& tableName) {
 }
 
 void ReleaseCopyInProgress(modDeclarations& process, const Text& tableName) {
-  StoreCopyInProgress(process, tableName, "0");
+  try {
+    StoreCopyInProgress(process, tableName, "0");
+  } catch (...) {
+    const RuntimeError error = ErrorInFlight();
+    process.platform.NameCause("table \"" + tableName + "\" may still be marked as in use: " + error.description());
+    throw;
+  }
 }
 
 void SetLastUpdateTime(modDeclarations& process, const Text& tableName, const Text& lutm) {

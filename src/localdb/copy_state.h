@@ -12,7 +12,8 @@ namespace zenqay {
 /// number and the table named.
 bool IsCopyInProgress(modDeclarations& process, const Text& tableName);
 
-/// Set and clear the flag; a table without a row gets one, with today's midnight as its update time.
+/// Set and clear the flag; a table without a row gets one, with today's midnight as its update time. A clearing that
+/// fails is named on standard error too, since the table may stay taken.
 void SetCopyInProgress(modDeclarations& process, const Text& tableName);
 void ReleaseCopyInProgress(modDeclarations& process, const Text& tableName);
 

@@ -38,11 +38,13 @@ Text ObjectAt(const Recordset& row) {
 }
 
 std::int32_t NumberIn(const Recordset& row, const char* column) {
-  return Naming(column, [&] { return row.FieldValue(column).AsInt32(); });
+  const Value value = row.FieldValue(column);
+  return Naming(column, [&] { return value.AsInt32(); });
 }
 
 DateTime DateIn(const Recordset& row, const char* column) {
-  return Naming(column, [&] { return row.FieldValue(column).AsDateTime(); });
+  const Value value = row.FieldValue(column);
+  return Naming(column, [&] { return value.AsDateTime(); });
 }
 
 }  // namespace
@@ -56,8 +58,8 @@ void clsDataCopy::CalculateWarrantyExpiry() {
     while (!rows->AtBeginning() && !rows->AtEnd()) {
       try {
         StoreWarrantyExpiry(*rows);
-      } catch (const RuntimeError& error) {
-        throw error.OfRow(ObjectAt(*rows));
+      } catch (...) {
+        throw ErrorInFlight().OfRow(ObjectAt(*rows));
       }
       rows->MoveNext();
     }
@@ -79,7 +81,7 @@ void clsDataCopy::StoreWarrantyExpiry(Recordset& row) {
   if (baseDate <= kZeroDate) return;
 
   DateTime expiry = kZeroDate;
-  ComputeWarrantyExpiry(baseDate, numberOfPeriods, periodUnit, expiry);
+  Naming("NUMBER_OF_PERIODS", [&] { ComputeWarrantyExpiry(baseDate, numberOfPeriods, periodUnit, expiry); });
   Text update = "UPDATE OBJECT SET WEXPIRY_DATE = ";
   update += "CONVERT(DATETIME,'" + DateText(expiry) + "',101)";
   update += " Where OBJECT.SITE = " + EncodeSqlString(process_, row.FieldValue("SITE").Joined());

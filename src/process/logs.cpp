@@ -16,7 +16,8 @@ void WriteRecord(modDeclarations& process, const Text& path, const RuntimeError*
     file.Open(path);
     write(file);
     file.Close();
-  } catch (const RuntimeError&) {
+  } catch (...) {
+    ErrorInFlight();  // which gives the reserve of memory back, where it has run out
     if (recorded != nullptr) process.platform.NameCause(*recorded);
     throw;
   }

@@ -19,9 +19,15 @@ class OutputFile {
   /// Creates the file when it is missing. `path` is one of the operating system. Not while a file is open.
   std::optional<PlatformFault> Open(const Text& path);
 
+  /// As Open, but empties a file that is there, and nobody but its owner may read it from then on.
+  std::optional<PlatformFault> OpenPrivate(const Text& path);
+
   /// Appends all of the bytes; in one piece, as far as the disk has room for it. A file that cannot take them stays
   /// open.
   std::optional<PlatformFault> Write(std::string_view bytes);
+
+  /// As Write, and what a file could take of bytes that do not fit whole is cut off again.
+  std::optional<PlatformFault> WriteWhole(std::string_view bytes);
 
   /// Does nothing when no file is open. None is open behind it, also when it failed.
   std::optional<PlatformFault> Close();

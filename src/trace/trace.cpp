@@ -33,10 +33,8 @@ void CleanOfSecrets(ordered_json& value) {
 
 }  // namespace
 
-Trace::Trace(const Text& path) {
-  const Text name = Replaced(path, "%p", std::to_string(ProcessId()));
-  file_.open(name, std::ios::binary | std::ios::trunc);
-  if (!file_) throw RuntimeError(PlatformFault::PathAccess, name);
+Trace::Trace(const Text& path) : path_(Replaced(path, "%p", std::to_string(ProcessId()))) {
+  if (file_.OpenPrivate(path_)) throw RuntimeError(PlatformFault::PathAccess, path_);
 }
 
 void Trace::Write(std::string_view kind, ordered_json rest) {
@@ -45,9 +43,13 @@ void Trace::Write(std::string_view kind, ordered_json rest) {
 }
 
 void Trace::Put(std::string_view kind, const ordered_json& rest) {
+  if (!file_.isOpen()) return;
   ordered_json line = {{"n", ++lines_}, {"kind", kind}};
   line.update(rest);
-  file_ << line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) << '\n' << std::flush;
+  const auto fault = file_.WriteWhole(line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n");
+  if (!fault) return;
+  file_.Close();
+  if (platform_ != nullptr) platform_->NameCause("the trace ends here: " + Text(FaultText(*fault)) + ": " + path_);
 }
 
 void Trace::Event(std::string_view name, std::initializer_list<Value> arguments) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <fstream>
 #include <initializer_list>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
@@ -10,17 +9,23 @@
 #include <vector>
 
 #include "base/runtime_error.h"
+#include "contracts/platform.h"
 #include "contracts/value.h"
+#include "system/output_file.h"
 
 namespace zenqay {
 
 class Trace {
  public:
-  /// Replaces the file at `path` (a path of the operating system), in whose name "%p" stands for the process id.
-  /// Raises 75 when it cannot be written.
+  /// Replaces the file at `path` (a path of the operating system), in whose name "%p" stands for the process id. Only
+  /// its owner may read it: it holds the data that was copied. Raises 75 when it cannot be written.
   explicit Trace(const Text& path);
 
-  /// Writes one line and flushes it: `n`, `kind`, then the members of `rest` in their order, without passwords.
+  /// Who hears, once, that the trace ends before the job does, since its disk is full. It must outlive the trace's use.
+  void TellEndTo(Platform& platform) { platform_ = &platform; }
+
+  /// Writes one line at once: `n`, `kind`, then the members of `rest` in their order, without passwords. A line that
+  /// the file cannot take whole is the end of the trace, and no failure of the job.
   void Write(std::string_view kind, nlohmann::ordered_json rest);
 
   void Event(std::string_view name, std::initializer_list<Value> arguments);
@@ -50,7 +55,9 @@ class Trace {
   /// Keeps the memory of released objects from growing with the rows of a run.
   void ForgetReleased();
 
-  std::ofstream file_;
+  Text path_;
+  OutputFile file_;  // closed once the trace has ended
+  Platform* platform_ = nullptr;
   std::int64_t lines_ = 0;
   std::int64_t lastId_ = 0;
   std::unordered_map<const Component*, Known> known_;

@@ -1,6 +1,6 @@
 #include "trace/traced_components.h"
 
-#include <nlohmann/json.hpp>
+#include "trace/traced.h"
 
 namespace zenqay {
 
@@ -62,16 +62,12 @@ class TracedComponent : public Component {
   template <typename Work>
   Value Record(const Text& operation, ordered_json shownArguments, Work work) {
     ordered_json line = {{"id", trace_.IdOf(inner_)}, {"op", operation}, {"args", std::move(shownArguments)}};
-    try {
-      const Value result = work();
-      line["returns"] = trace_.Shown(result);
-      trace_.Write("call", line);
-      return Wrapped(result, trace_);
-    } catch (const RuntimeError& error) {
-      line["error"] = Trace::Shown(error);
-      trace_.Write("call", line);
-      throw;
-    }
+    const Value result = Traced(trace_, "call", std::move(line), [&](ordered_json& done) {
+      Value returned = work();
+      done["returns"] = trace_.Shown(returned);
+      return returned;
+    });
+    return Wrapped(result, trace_);
   }
 
   Object inner_;
@@ -94,17 +90,12 @@ Value Wrapped(const Value& value, Trace& trace) {
 }  // namespace
 
 Object TracedComponents::Create(const Text& classId) {
-  ordered_json line = {{"class", classId}};
-  try {
-    const Object created = inner_.Create(classId);
-    line["id"] = trace_.IdOf(created);
-    trace_.Write("create", line);
-    return Wrapped(created, trace_).AsObject();
-  } catch (const RuntimeError& error) {
-    line["error"] = Trace::Shown(error);
-    trace_.Write("create", line);
-    throw;
-  }
+  const Object created = Traced(trace_, "create", {{"class", classId}}, [&](ordered_json& line) {
+    Object object = inner_.Create(classId);
+    line["id"] = trace_.IdOf(object);
+    return object;
+  });
+  return Wrapped(created, trace_).AsObject();
 }
 
 }  // namespace zenqay

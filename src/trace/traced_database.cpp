@@ -1,28 +1,10 @@
 #include "trace/traced_database.h"
 
-#include <nlohmann/json.hpp>
+#include "trace/traced.h"
 
 namespace zenqay {
 
 using nlohmann::ordered_json;
-
-namespace {
-
-/// Does `work` and writes the line when it returns: `line` with what `work` gave it, or with the error in its place.
-template <typename Work>
-auto Traced(Trace& trace, std::string_view kind, ordered_json line, Work work) {
-  try {
-    auto result = work(line);
-    trace.Write(kind, line);
-    return result;
-  } catch (...) {
-    line["error"] = Trace::Shown(ErrorInFlight());
-    trace.Write(kind, line);
-    throw;
-  }
-}
-
-}  // namespace
 
 class TracedConnection : public Connection {
  public:

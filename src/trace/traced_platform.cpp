@@ -22,8 +22,8 @@ template <typename Work>
 void TracedLogFile::Recorded(Work work) {
   try {
     work();
-  } catch (const RuntimeError& fault) {
-    trace_.LogRecord(path_, fault);
+  } catch (...) {
+    trace_.LogRecord(path_, ErrorInFlight());
     throw;
   }
 }

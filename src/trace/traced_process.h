@@ -28,7 +28,9 @@ class TracedProcess {
                 .eventsThrough = [this, &trace](DataCopyEvents& sinks) -> DataCopyEvents& {
                   return events_.emplace(sinks, trace);
                 },
-                .interruption = interruption} {}
+                .interruption = interruption} {
+    trace.TellEndTo(platform);
+  }
   TracedProcess(const TracedProcess&) = delete;
   TracedProcess& operator=(const TracedProcess&) = delete;
 

@@ -96,6 +96,22 @@ TEST(RuntimeError, CanBeGivenTheStatementThatItIsAbout) {
   EXPECT_EQ(about.With("").statement(), about.statement());
 }
 
+TEST(RuntimeError, NamesTheFirstCallThatItWasAndBehindItTheRow) {
+  const RuntimeError isNull(PlatformFault::InvalidUseOfNull);
+  const RuntimeError noColumn(PlatformFault::NoSuchOperation, "getCustomer (S.csv has no column Customer)", "S");
+
+  EXPECT_EQ(isNull.OfCall("getCustomer").description(), "Invalid use of Null: getCustomer");
+  EXPECT_EQ(isNull.OfCall("getCustomer").call(), "getCustomer");
+  EXPECT_EQ(isNull.OfCall("getCustomer").OfCall("List").description(), "Invalid use of Null: getCustomer");
+  EXPECT_EQ(isNull.OfCall("getCustomer").OfRow("Location=A1").description(),
+            "Invalid use of Null: getCustomer of Location=A1");
+  EXPECT_EQ(noColumn.OfCall("getCustomer").OfRow("Location=A1").description(),
+            "Object doesn't support this property or method: getCustomer (S.csv has no column Customer): Location=A1");
+  EXPECT_EQ(isNull.OfCall("getCustomer").OfRow("").description(), "Invalid use of Null: getCustomer");
+  EXPECT_EQ(isNull.OfRow("Location=A1").description(), "Invalid use of Null");
+  EXPECT_EQ(isNull.OfRow("Location=A1").row(), "Location=A1");
+}
+
 TEST(RuntimeError, IsCopiedWithoutFailing) {
   static_assert(std::is_nothrow_copy_constructible_v<RuntimeError>);
   static_assert(std::is_nothrow_copy_assignable_v<RuntimeError>);

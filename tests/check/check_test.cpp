@@ -1,6 +1,8 @@
 #include "check/check.h"
 
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <unistd.h>
 
 #include "check_setup.h"
@@ -29,6 +31,7 @@ const Text kRegistry3 = "ok        registry: SITE, PROBLEM, PRIORITY, OBJECT, SI
 const Text kCanRun = "A job can run.\n=> true\n";
 const Text kCannotRun = "No job can run before the lines with MEND are seen to.\n=> false\n";
 
+const Text kObjectsExport = "erp/Kv50QTMtscfgObjects.csv";
 const Text kLineOfObjects = "ok        command line: table 6, full copy, SQL Server, generation 3\n";
 const Text kObjectsAreWell = "ok        table 6 OBJECT (Objects): never copied\n";
 const Text kObjectsManagerIsWell = "ok        ERP component of OBJECT: Kv50QTMtscfgObjects.ObjectsManager\n";
@@ -330,11 +333,90 @@ TEST_F(CheckOfOneTable, MendsDatesAndChangeSelectionsThatNobodyServes) {
                 kCannotRun);
 }
 
-TEST_F(CheckOfOneTable, MendsAnAdapterThatIsTooOld) {
+TEST_F(CheckOfOneTable, WarnsOfAnAdapterThatIsTooOldForASession) {
   setup.home.Write("erp/adapter-version.txt", "2.3\n");
 
   EXPECT_EQ(setup.Check(), Instead("ok        ERP adapter: version 2.4\n",
-                                   "MEND      ERP adapter: version 2.3, it must be newer than 2.3\n"));
+                                   "warning   ERP adapter: version 2.3, which is not newer than 2.3: a job runs "
+                                   "without a session of the ERP\n"));
+}
+
+TEST_F(CheckOfOneTable, MendsAnExportThatAJobWouldStumbleOver) {
+  const Text header = setup.home.Read(kObjectsExport).substr(0, setup.home.Read(kObjectsExport).find('\n') + 1);
+  const struct {
+    Text content;
+    Text said;
+  } cases[] = {
+      {"", "13: Type mismatch: Kv50QTMtscfgObjects.csv, line 1, column 1: the file has no header"},
+      {Replaced(header, "DeliveryDate:date", "DeliveryDate:text") + "C1,O1,1,,,,,,,\n",
+       "13: Type mismatch: Kv50QTMtscfgObjects.csv, line 1, column 9: \"DeliveryDate:text:dldt\" is not declared as "
+       "date"},
+      {Replaced(header, ",Warranty:text:cwte", "") + "C1,O1,1,,,,,,\n",
+       "438: Object doesn't support this property or method: List (Kv50QTMtscfgObjects.csv has no column Warranty)"},
+      {Replaced(header, "oseq:key", "oseq") + "C1,O1,1,,,,,,,\n",
+       "5: Invalid procedure call or argument: List takes 4 arguments, a lowest and a highest value for each key "
+       "column "
+       "of Kv50QTMtscfgObjects.csv"},
+      {header + "C1,O1,1,,,,,,,\nC1,O2,two,,,,,,,\n",
+       "13: Type mismatch: Kv50QTMtscfgObjects.csv, line 3, column ObjectNumber: \"two\" is no int"},
+  };
+  for (const auto& [content, said] : cases) {
+    setup.home.Write(kObjectsExport, content);
+
+    EXPECT_EQ(setup.Check(), Instead(kObjectsManagerIsWell, "MEND      ERP component of OBJECT: " + said + "\n"));
+  }
+}
+
+TEST_F(CheckOfOneTable, MendsAnExportThatCannotBeRead) {
+  setup.Remove(kObjectsExport);
+  std::filesystem::create_directory(setup.Path(kObjectsExport));
+
+  EXPECT_EQ(setup.Check(), Instead(kObjectsManagerIsWell,
+                                   "MEND      ERP component of OBJECT: 75: Path/File access error: "
+                                   "Kv50QTMtscfgObjects.csv (Is a directory)\n"));
+}
+
+TEST_F(CheckOfOneTable, ReadsTheChangesForAnOnlyChangedPassAndNotTheWholeExport) {
+  setup.items[3] = "2";
+  setup.Sql("UPDATE tstables SET lutm = '2004-01-31 10:11:12'");
+  setup.home.Write(kObjectsExport, "");
+  setup.home.Write("erp/Kv50QTMtscfgObjects.changes.csv", "ChangedAt,ActionType\n");
+
+  EXPECT_EQ(
+      setup.Check(),
+      "ok        command line: table 6, only changed, SQL Server, generation 3\n" + kProgramIsWell +
+          "ok        selection of changes\n" + kDatabaseIsWell + kRegistry3 +
+          "ok        table 6 OBJECT (Objects): current up to 2004-01-31 10:11:12\n"
+          "MEND      ERP component of OBJECT: 438: Object doesn't support this property or method: NetListObjects "
+          "(Kv50QTMtscfgObjects.changes.csv has no column Configuration)\n" +
+          kCannotRun);
+}
+
+TEST_F(CheckOfOneTable, MendsAStatusFileThatCannotBeWritten) {
+  setup.Edit("Components.xml", "kind=\"console\"", "kind=\"file\" file=\"gone/status.jsonl\"");
+
+  EXPECT_EQ(setup.Check(), Instead("ok        status component: ZenqayInstHandler.InstanceHandle\n",
+                                   "MEND      status component: 76: Path not found: HOME/gone/status.jsonl\n"));
+}
+
+/// Mounts a file system of one page over the directory, for this process alone, and fills it.
+bool FillDiskOver(const Text& directory) {
+  const bool isAlone = ::unshare(::geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) == 0;
+  if (!isAlone || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return false;
+  if (::mount("none", directory.c_str(), "tmpfs", 0, "size=4k,mode=0777") != 0) return false;
+  std::ofstream(directory + "/full") << Text(4096, 'x');
+  return true;
+}
+
+TEST_F(CheckOfOneTable, MendsALogDirectoryOnAFullDisk) {
+  const ChildRun run = RunInChild([&] {
+    if (!FillDiskOver(setup.Path("log"))) return Text("no disk of its own");
+    return setup.Check();
+  });
+
+  if (run.result == "no disk of its own") GTEST_SKIP() << "this user may not mount a file system";
+  EXPECT_EQ(run.result,
+            Instead("ok        log directory: HOME/log\n", "MEND      log directory: the disk of HOME/log is full\n"));
 }
 
 TEST_F(CheckOfOneTable, MendsAnAdapterWhoseVersionIsNoNumber) {
@@ -404,16 +486,18 @@ TEST_F(CheckOfOneTable, MendsADatabaseFileThatIsMissing) {
       setup.Check(),
       DatabaseEndsWith("ok        driver: SQLite\n"
                        "MEND      login: -2147467259: unable to open database file: HOME/service.db (No such file "
-                       "or directory)\n" +
+                       "or directory) (SQLSTATE 08001, native 14)\n" +
                        kBehindTheLogin));
 }
 
 TEST_F(CheckOfOneTable, MendsAFileThatIsNoDatabase) {
   setup.home.Write("service.db", Text(1000, 'x'));
 
-  EXPECT_EQ(setup.Check(), DatabaseEndsWith("ok        driver: SQLite\n"
-                                            "MEND      login: -2147467259: file is not a database: HOME/service.db\n" +
-                                            kBehindTheLogin));
+  EXPECT_EQ(setup.Check(),
+            DatabaseEndsWith(
+                "ok        driver: SQLite\n"
+                "MEND      login: -2147467259: file is not a database: HOME/service.db (SQLSTATE 08001, native 26)\n" +
+                kBehindTheLogin));
 }
 
 /// A server that refuses to let anybody in, and is talkative about it.
@@ -424,9 +508,11 @@ class RefusingDatabase : public LocalDatabases {
  private:
   class Refused : public EngineConnection {
    public:
+    Refused() : EngineConnection(std::make_shared<Interruption>()) {}
+
     void Open() override {
       const std::vector<ProviderError> items = {
-          {-2147217843, "Driver", "Login failed for user 'sync'\n(UID=sync;PWD=geheim;)"},
+          {-2147217843, "Driver", "Login failed for user 'sync'\n(UID=sync;PWD={geheim})", "28000", 18456},
           {-2147467259, "Driver", "Connection closed."}};
       ErrorCollection()->Replace(items);
       throw RuntimeError(items);
@@ -437,25 +523,27 @@ class RefusingDatabase : public LocalDatabases {
 TEST_F(CheckOfOneTable, MendsARefusedLoginWithAllThatTheDriverSaysButPasswords) {
   RefusingDatabase database;
 
-  EXPECT_EQ(setup.Check(database),
-            DatabaseEndsWith("ok        driver: SQLite\n"
-                             "MEND      login: -2147217843: Login failed for user 'sync' (UID=sync;PWD=***\n"
-                             "MEND      login: -2147467259: Connection closed.\n" +
-                             kBehindTheLogin));
+  EXPECT_EQ(setup.Check(database), DatabaseEndsWith("ok        driver: SQLite\n"
+                                                    "MEND      login: -2147217843: Login failed for user 'sync' "
+                                                    "(UID=sync;PWD=***) (SQLSTATE 28000, native 18456)\n"
+                                                    "MEND      login: -2147467259: Connection closed.\n" +
+                                                    kBehindTheLogin));
 }
 
 TEST_F(CheckOfOneTable, MendsAControlTableThatIsMissingAndColumnsOfAnother) {
   setup.Sql("DROP TABLE tsi18ntext; ALTER TABLE tstables DROP COLUMN lutm; ALTER TABLE tstables DROP COLUMN reqd");
 
-  EXPECT_EQ(setup.Check(),
-            DatabaseEndsWith("ok        driver: SQLite\n"
-                             "ok        login: HOME/service.db\n"
-                             "ok        database: SERVICE\n"
-                             "MEND      control table tstables: it lacks the column lutm, reqd\n"
-                             "ok        control table tstreenodes\n"
-                             "MEND      control table tsi18ntext: -2147217865: no such table: tsi18ntext\n"
-                             "left out  registry: needs the control tables\n"
-                             "left out  tables and their ERP components: needs the control tables\n"));
+  EXPECT_EQ(
+      setup.Check(),
+      DatabaseEndsWith(
+          "ok        driver: SQLite\n"
+          "ok        login: HOME/service.db\n"
+          "ok        database: SERVICE\n"
+          "MEND      control table tstables: it lacks the column lutm, reqd\n"
+          "ok        control table tstreenodes\n"
+          "MEND      control table tsi18ntext: -2147217865: no such table: tsi18ntext (SQLSTATE 42S02, native 1)\n"
+          "left out  registry: needs the control tables\n"
+          "left out  tables and their ERP components: needs the control tables\n"));
 }
 
 TEST_F(CheckOfOneTable, MendsAnEmptyRegistry) {
@@ -507,12 +595,12 @@ TEST_F(CheckOfOneTable, MendsALocalTableThatIsMissing) {
   setup.items[2] = "1";
   setup.Sql("DROP TABLE SITE");
 
-  EXPECT_EQ(setup.Check(),
-            "ok        command line: table 1, full copy, SQL Server, generation 3\n" + kProgramIsWell +
-                kDatabaseIsWell + kRegistry3 +
-                "MEND      table 1 SITE (Sites): the local table SITE: -2147217865: no such table: SITE\n"
-                "ok        ERP component of SITE: Kv50QTMtscfgConfigurations.ConfigurationsManager\n" +
-                kCannotRun);
+  EXPECT_EQ(setup.Check(), "ok        command line: table 1, full copy, SQL Server, generation 3\n" + kProgramIsWell +
+                               kDatabaseIsWell + kRegistry3 +
+                               "MEND      table 1 SITE (Sites): the local table SITE: -2147217865: no such table: SITE "
+                               "(SQLSTATE 42S02, native 1)\n"
+                               "ok        ERP component of SITE: Kv50QTMtscfgConfigurations.ConfigurationsManager\n" +
+                               kCannotRun);
 }
 
 TEST_F(CheckOfOneTable, MendsColumnsThatTheStatementsName) {
@@ -545,7 +633,7 @@ TEST_F(CheckOfOneTable, MendsWhatTheWarrantyExpiryNeeds) {
                     "MEND      table 6 OBJECT (Objects): the warranty expiry needs OBJECT to have the column "
                     "WEXPIRY_DATE\n"
                     "MEND      table 6 OBJECT (Objects): the warranty expiry needs WARRANTIES: -2147217865: no such "
-                    "table: WARRANTIES\n"));
+                    "table: WARRANTIES (SQLSTATE 42S02, native 1)\n"));
 }
 
 TEST_F(CheckOfOneTable, AsksForNoWarrantyExpiryOnOracle) {
@@ -554,6 +642,40 @@ TEST_F(CheckOfOneTable, AsksForNoWarrantyExpiryOnOracle) {
 
   EXPECT_EQ(setup.Check(),
             Instead(kLineOfObjects, "ok        command line: table 6, full copy, Oracle, generation 3\n"));
+}
+
+TEST_F(CheckOfOneTable, WarnsOfATableWithoutTheKeyOfItsRows) {
+  setup.Sql("CREATE TABLE copied AS SELECT * FROM OBJECT; DROP TABLE OBJECT; ALTER TABLE copied RENAME TO OBJECT");
+  const Text warning =
+      "warning   table 6 OBJECT (Objects): the local table OBJECT has no primary or unique key over SITE, OBJECT, "
+      "OBJECTNR: the whole table may be read for each row, and nothing keeps a row from standing twice\n";
+
+  EXPECT_EQ(setup.Check(), Instead(kObjectsAreWell, warning));
+
+  setup.Sql(
+      "CREATE UNIQUE INDEX fewer ON OBJECT (SITE, OBJECT); CREATE INDEX plain ON OBJECT (SITE, OBJECT, OBJECTNR)");
+  EXPECT_EQ(setup.Check(), Instead(kObjectsAreWell, warning));
+
+  setup.Sql("CREATE UNIQUE INDEX whole ON OBJECT (OBJECTNR, SITE, OBJECT)");
+  EXPECT_EQ(setup.Check(), kAllIsWell);
+}
+
+TEST_F(CheckOfOneTable, WarnsOfObjectsThatTheWarrantyExpiryFailsAt) {
+  setup.Sql(
+      "INSERT INTO WARRANTIES (WARRANTY, NUMBER_OF_PERIODS, PERIOD_UNIT, WARRANTY_TYPE) VALUES ('D', 1, 25, 20), ('I', "
+      "1, 25, 10);"
+      "INSERT INTO OBJECT (SITE, OBJECT, OBJECTNR, WARRANTY, DELIVERY_DATE) VALUES ('S1', 'O1', 1, 'D', NULL), ('S2', "
+      "'O2', 2, 'D', '2004-01-31'), ('S3', 'O3', 3, 'I', NULL), ('S4', 'O4', 4, NULL, NULL)");
+  const Text warning =
+      "warning   table 6 OBJECT (Objects): the warranty expiry fails at the first object that has a warranty and no "
+      "delivery date, and the objects behind it get none; there are ";
+
+  EXPECT_EQ(setup.Check(), Instead(kObjectsAreWell, warning + "1: S1/O1/1\n"));
+
+  setup.Sql(
+      "INSERT INTO OBJECT (SITE, OBJECT, OBJECTNR, WARRANTY) VALUES ('S1', 'O1', 2, 'D'), ('S1', 'O1', 3, 'D'), ('S1', "
+      "'O1', 4, 'D'), ('S1', 'O1', 5, 'D'), ('S1', 'O1', 6, 'D')");
+  EXPECT_EQ(setup.Check(), Instead(kObjectsAreWell, warning + "6: S1/O1/1, S1/O1/2, S1/O1/3, S1/O1/4, S1/O1/5, …\n"));
 }
 
 TEST_F(CheckOfOneTable, WarnsOfATableInUseAndSaysHowToFreeIt) {

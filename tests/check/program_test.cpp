@@ -86,7 +86,7 @@ TEST_F(CheckProgram, EndsWith1WhenSomethingIsToBeMended) {
 
   EXPECT_EQ(run.said, kWellUpToTheDatabase +
                           "MEND      login: -2147467259: unable to open database file: HOME/none.db Password (No such "
-                          "file or directory)\n"
+                          "file or directory) (SQLSTATE 08001, native 14)\n"
                           "left out  database: needs the login\n"
                           "left out  control tables: needs the login\n"
                           "left out  registry: needs the login\n"

@@ -96,6 +96,31 @@ std::string TemporaryDirectory() {
   return name;
 }
 
+/// The state letter of a process and its parent, "" for one that is gone: "S 17".
+std::string StateAndParent(const std::string& process) {
+  const std::string stat = Content("/proc/" + process + "/stat");
+  const auto name = stat.rfind(") ");  // a name may hold anything
+  if (name == std::string::npos) return "";
+  const auto end = stat.find(' ', name + 4);
+  return stat.substr(name + 2, end - name - 2);
+}
+
+std::vector<pid_t> ChildrenOf(pid_t parent) {
+  std::vector<pid_t> children;
+  for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
+    const std::string name = entry.path().filename().string();
+    const bool isProcess = name.find_first_not_of("0123456789") == std::string::npos;
+    const std::string state = isProcess ? StateAndParent(name) : "";
+    if (!state.empty() && state.substr(2) == std::to_string(parent)) children.push_back(std::stoi(name));
+  }
+  return children;
+}
+
+bool IsRunning(pid_t process) {
+  const std::string state = StateAndParent(std::to_string(process));
+  return !state.empty() && state.front() != 'Z';
+}
+
 std::string BracedValue(const std::string& value) {
   std::string braced = "{";
   for (const char c : value) braced += c == '}' ? "}}" : std::string(1, c);
@@ -104,11 +129,10 @@ std::string BracedValue(const std::string& value) {
 
 }  // namespace
 
-PostgresServer::PostgresServer(const std::vector<std::string>& settings) : directory_(TemporaryDirectory()) {
+PostgresServer::PostgresServer(const std::vector<std::string>& settings)
+    : settings_(settings), directory_(TemporaryDirectory()) {
   CreateCluster();
-  for (int attempt = 1; !ComesUp(settings); ++attempt) {
-    if (attempt == kStarts) throw std::runtime_error("PostgreSQL does not come up:\n" + Content(ServerLog()));
-  }
+  Start();
 }
 
 PostgresServer::~PostgresServer() {
@@ -164,6 +188,28 @@ void PostgresServer::Kill() {
   process_ = -1;
 }
 
+void PostgresServer::Crash() {
+  ::kill(process_, SIGSTOP);  // it would start new ones in the place of those that end
+  const std::vector<pid_t> sessions = ChildrenOf(process_);
+  ::kill(process_, SIGKILL);
+  for (const pid_t session : sessions) ::kill(session, SIGKILL);
+  ::waitpid(process_, nullptr, 0);
+  for (const pid_t session : sessions) {
+    while (IsRunning(session)) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  process_ = -1;
+}
+
+void PostgresServer::Restart() {
+  Start();
+}
+
+void PostgresServer::Start() {
+  for (int attempt = 1; !ComesUp(); ++attempt) {
+    if (attempt == kStarts) throw std::runtime_error("PostgreSQL does not come up:\n" + Content(ServerLog()));
+  }
+}
+
 /// Passwords on the network, none on the socket, where psql comes in.
 void PostgresServer::CreateCluster() const {
   const std::string passwordFile = directory_ + "/password";
@@ -174,12 +220,12 @@ void PostgresServer::CreateCluster() const {
 }
 
 /// Between the look for a free port and the server's own, another process may take it: the server then ends.
-bool PostgresServer::ComesUp(const std::vector<std::string>& settings) {
+bool PostgresServer::ComesUp() {
   port_ = FreePort();
   std::vector<std::string> arguments = {
       ProgramPath("postgres"), "-D", directory_ + "/data", "-k", directory_, "-h", "127.0.0.1", "-p",
       std::to_string(port_),   "-c", "fsync=off"};
-  for (const std::string& setting : settings) arguments.insert(arguments.end(), {"-c", setting});
+  for (const std::string& setting : settings_) arguments.insert(arguments.end(), {"-c", setting});
   process_ = Spawn(arguments, ServerLog());
   // On the socket, where no other server answers.
   const std::vector<std::string> ask = {ProgramPath("pg_isready"), "-q", "-h", directory_, "-p", std::to_string(port_)};

@@ -13,7 +13,7 @@ namespace zenqay {
 
 /// Runs on the loopback address, at a free port, in a directory of its own, as long as the object does; under another
 /// user when the super-user starts it, as it refuses to run under him. Its user is "zenqay", with kPassword. Nothing is
-/// forced to disk. Throws std::runtime_error when it does not come up.
+/// forced to disk, unless {"fsync=on"} asks for it. Throws std::runtime_error when it does not come up.
 class PostgresServer {
  public:
   static constexpr const char* kPassword = "pa;ss}w'örd";
@@ -37,13 +37,20 @@ class PostgresServer {
   /// Ends every session at once, as a crash would, and the server with them.
   void Kill();
 
+  /// Ends all its processes before they can do anything about it. Restart recovers what they have left on the disk; the
+  /// port is another one then.
+  void Crash();
+  void Restart();
+
   int port() const { return port_; }
 
  private:
   void CreateCluster() const;
-  bool ComesUp(const std::vector<std::string>& settings);
+  void Start();
+  bool ComesUp();
   std::string ServerLog() const;
 
+  std::vector<std::string> settings_;
   std::string directory_;
   int port_ = 0;
   pid_t process_ = -1;

@@ -407,7 +407,7 @@ TEST(Export, WithAFlawedRecordKeepsTheRecordsBeforeIt) {
     const ProgramRun run = home.Run(home.Line());
 
     EXPECT_EQ(home.Report(run), FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"" + std::string(error) +
-                                            "\"\r\n" + kFullCopyFailed));
+                                            ": hasMoreElements\"\r\n" + kFullCopyFailed));
     EXPECT_EQ(home.Sites(),
               "A1|North|C7|0\n"
               "A2|South|NULL|0\n"
@@ -424,7 +424,8 @@ TEST(Export, WithANullKeepsTheRecordsBeforeIt) {
   const ProgramRun run = home.Run(home.Line());
 
   EXPECT_EQ(home.Report(run),
-            FailedTable("\"ZenqayDBSync\",\"Invalid use of Null\"\r\n" + std::string(kFullCopyFailed)));
+            FailedTable("\"ZenqayDBSync\",\"Invalid use of Null: getDescription of Location=A3\"\r\n" +
+                        std::string(kFullCopyFailed)));
   EXPECT_EQ(home.Sites(),
             "A1|North|C7|0\n"
             "A2|South|NULL|0\n");
@@ -436,9 +437,9 @@ TEST(Export, WithAFlawedHeaderLeavesTheTableAlone) {
     const char* error;
   };
   const Case cases[] = {
-      {"", "Type mismatch: Kv40QTMtssmaLocations.csv, line 1, column 1: the file has no header"},
+      {"", "Type mismatch: Kv40QTMtssmaLocations.csv, line 1, column 1: the file has no header: List"},
       {"Location:text:cloc:key,Description:words\n",
-       "Type mismatch: Kv40QTMtssmaLocations.csv, line 1, column 2: \"Description:words\" has an unknown type"},
+       "Type mismatch: Kv40QTMtssmaLocations.csv, line 1, column 2: \"Description:words\" has an unknown type: List"},
       {"Location:text:cloc:key,Descr",
        "Object doesn't support this property or method: List (Kv40QTMtssmaLocations.csv has no column Description)"},
       {"Location:text:cloc,Description:text,Customer\n",
@@ -490,7 +491,7 @@ TEST(Export, WithANumberDeclaredAsATextRunsNoSql) {
       home.Log("PRIORITY_<day>.log"),
       "\"Date-Time :<date> : <time>\"\r\n"
       "\"Kv40QTMtssmaPriorities.PrioritiesManager\",\"Type mismatch: Kv40QTMtssmaPriorities.csv, line 1, column 1: "
-      "\"Priority::prno:key\" is not declared as int\"\r\n"
+      "\"Priority::prno:key\" is not declared as int: List\"\r\n"
       "\"Data copy: Priorities\",\"Priorities could not be copied from the ERP (generation 1).\"\r\n");
   EXPECT_EQ(home.Sites(), "B1|there|NULL|0\n");
   EXPECT_EQ(home.Query("SELECT PRIORITY, DESCRIPTION, upd_flag FROM PRIORITY"), "6|there|0\n");
@@ -504,9 +505,10 @@ TEST(Export, CutOffInTheMiddleIsNotSwept) {
 
   const ProgramRun run = home.Run(home.Line());
 
-  EXPECT_EQ(home.Report(run), FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"Type mismatch: "
-                                          "Kv40QTMtssmaLocations.csv ends after 2 records in place of 3\"\r\n" +
-                                          std::string(kFullCopyFailed)));
+  EXPECT_EQ(home.Report(run),
+            FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"Type mismatch: "
+                        "Kv40QTMtssmaLocations.csv ends after 2 records in place of 3: hasMoreElements\"\r\n" +
+                        std::string(kFullCopyFailed)));
   EXPECT_EQ(home.Sites(),
             "A1|North|C7|0\n"
             "A2|South|NULL|0\n"
@@ -530,10 +532,11 @@ TEST(Export, WithAWrongTypeInRecord70000KeepsThe69999BeforeIt) {
 
   const ProgramRun run = home.Run(home.Line());
 
-  EXPECT_EQ(home.Report(run),
-            FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"Type mismatch: "
-                        "Kv40QTMtssmaLocations.csv, line 70001, column Floor: \"12a\" is no int\"\r\n" +
-                        std::string(kFullCopyFailed)));
+  EXPECT_EQ(
+      home.Report(run),
+      FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"Type mismatch: "
+                  "Kv40QTMtssmaLocations.csv, line 70001, column Floor: \"12a\" is no int: hasMoreElements\"\r\n" +
+                  std::string(kFullCopyFailed)));
   EXPECT_EQ(home.Query("SELECT count(*), min(SITE), max(SITE), DESCRIPTION, CUSTOMER, upd_flag FROM SITE "
                        "GROUP BY DESCRIPTION, CUSTOMER, upd_flag ORDER BY 2"),
             "69999|S000001|S069999|new|C7|0\n"
@@ -561,7 +564,7 @@ TEST(ChangesFile, WithAFlawedRecordKeepsTheChangesBeforeIt) {
   EXPECT_EQ(home.Report(run),
             FailedTable("\"Kv40QTMtssmaLocations.LocationsManager\",\"Type mismatch: "
                         "Kv40QTMtssmaLocations.changes.csv, line 4, column ChangedAt: \"1.2.2024\" is no time "
-                        "YYYY-MM-DDThh:mm:ssZ\"\r\n" +
+                        "YYYY-MM-DDThh:mm:ssZ: hasMoreElements\"\r\n" +
                         std::string(kOnlyChangedPassFailed)));
   EXPECT_EQ(home.Sites(), "A1|new|NULL|0\n");
   EXPECT_EQ(home.Query("SELECT lutm, in_use FROM tstables WHERE tablename = 'SITE'"), "2024-01-31 10:00:00|0\n");
@@ -580,6 +583,28 @@ TEST(ChangesFile, ThatSaysNothingFailsThePass) {
   EXPECT_EQ(home.Report(run),
             FailedTable("\"ZenqayDBSync\",\"Object variable not set\"\r\n" + std::string(kOnlyChangedPassFailed)));
   EXPECT_EQ(home.Query("SELECT lutm, in_use FROM tstables WHERE tablename = 'SITE'"), "2024-01-31 10:00:00|0\n");
+}
+
+TEST(AFieldThatMemoryHasNoRoomFor, FailsItsTableAndLeavesItFreeWithItsRecords) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer takes more addresses than the limit leaves";
+#endif
+  ProgramHome home;
+  home.WriteExport("Kv40QTMtssmaLocations.csv",
+                   "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n"
+                   "A1,North,C7\n"
+                   "A2," +
+                       std::string(15 * 1024 * 1024, 'x') + ",C7\n");
+
+  const ProgramRun run = home.Run(home.Line(), {.wrapper = {"prlimit", "--as=112640000"}});
+
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(home.Sites(), "A1|North|C7|0\n");
+  EXPECT_EQ(home.SiteState(), "NULL|0\n");
+  EXPECT_EQ(home.Log("SITE_<day>.log"),
+            "\"Date-Time :<date> : <time>\"\r\n"
+            "\"ZenqayDBSync\",\"Out of memory\"\r\n"
+            "\"Data copy: Sites\",\"Sites could not be copied from the ERP (generation 1).\"\r\n");
 }
 
 }  // namespace

@@ -138,7 +138,7 @@ TEST(ClosedStandardStreams, TakeNothingAndHarmNothing) {
     EXPECT_EQ(home.Log("SITE_<day>.log"),
               "\"Date-Time :<date> : <time>\"\r\n"
               "\"Kv40QTMtssmaLocations.LocationsManager\",\"Type mismatch: Kv40QTMtssmaLocations.csv, line 202, column "
-              "2: broken quote\"\r\n"
+              "2: broken quote: hasMoreElements\"\r\n"
               "\"Data copy: Sites\",\"Sites could not be copied from the ERP (generation 1).\"\r\n");
     EXPECT_EQ(home.LogNames(), std::vector<std::string>{"SITE_<day>.log"});
     EXPECT_EQ(home.Query("PRAGMA integrity_check"), "ok\n");

@@ -338,6 +338,10 @@ struct Changes {
   const char* header;
 };
 
+void PrintTo(const Changes& changes, std::ostream* out) {
+  *out << "generation " << changes.generation;
+}
+
 class OnlyChangedPassOfSitesUnder : public testing::TestWithParam<Changes> {};
 
 TEST_P(OnlyChangedPassOfSitesUnder, AppliesTheChangesSinceTheLastUpdateTime) {

@@ -19,10 +19,10 @@ std::string ExportedTime(const ProgramHome& home, const std::string& seconds) {
   return row.substr(0, row.size() - 1);
 }
 
-class UpdateTimeIn : public testing::TestWithParam<const char*> {};
+class UpdateTimeIn : public testing::TestWithParam<std::string> {};
 
 TEST_P(UpdateTimeIn, IsStoredAsUtcAndTheNextPassFindsExactlyTheChangesSince) {
-  ASSERT_TRUE(std::filesystem::exists(std::string("/usr/share/zoneinfo/") + GetParam()));  // else it would be UTC
+  ASSERT_TRUE(std::filesystem::exists("/usr/share/zoneinfo/" + GetParam()));  // else it would be UTC
   ProgramHome home;
   const ProgramSettings there = {.timeZone = GetParam()};
   home.WriteExport("Kv40QTMtssmaLocations.csv",

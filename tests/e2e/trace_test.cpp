@@ -1,6 +1,7 @@
 // The trace of one small job, line by line.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -167,6 +168,20 @@ TEST(Trace, IsReplacedByTheNextRun) {
                                     "The data copy failed.",
                                     "Error is - 9999: The command line has too few items.\r\nThe data copy cannot start. Please inform your system administrator."]})~")
                 .dump());
+}
+
+TEST(Trace, OnAFullDiskEndsWithOneLineOnStandardErrorWhileTheJobGoesOn) {
+  ProgramHome home;
+  home.RequestTrace();
+  std::filesystem::create_symlink("/dev/full", home.directory().path() / "trace.jsonl");
+  home.WriteExport("Kv40QTMtssmaLocations.csv",
+                   "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\nA1,N,C\n");
+
+  const ProgramRun run = home.Run(home.Line());
+
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(home.Masked(run.err), "zenqay-dbsync: the trace ends here: Disk full: <home>/trace.jsonl\n");
+  EXPECT_EQ(home.Sites(), "A1|N|C|0\n");
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 // What every engine has in common, as two bodies of tests (every_engine_test.cpp). An engine's own file brings them to
 // it:
 //
-//     INSTANTIATE_TEST_SUITE_P(Sqlite, EveryConnection, testing::Values(&MakeSqliteDatabase));
-//     INSTANTIATE_TEST_SUITE_P(Sqlite, EveryDatabase, testing::Values(&MakeSqliteDatabase));
+//     const auto kFile = testing::Values(EngineOf<SqliteDatabase>("File"));
+//     INSTANTIATE_TEST_SUITE_P(Sqlite, EveryConnection, kFile, testing::PrintToStringParamName());
+//     INSTANTIATE_TEST_SUITE_P(Sqlite, EveryDatabase, kFile, testing::PrintToStringParamName());
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,9 +22,22 @@ class TestedDatabase {
   Text source;  // of what it reports
 };
 
-using MakeTestedDatabase = std::unique_ptr<TestedDatabase> (*)();
+/// An engine, as the tests name it, with the way to such a database.
+struct TestedEngine {
+  Text name;
+  std::unique_ptr<TestedDatabase> (*make)();
+};
 
-class EveryEngine : public testing::TestWithParam<MakeTestedDatabase> {
+template <typename Database>
+TestedEngine EngineOf(Text name) {
+  return {std::move(name), []() -> std::unique_ptr<TestedDatabase> { return std::make_unique<Database>(); }};
+}
+
+inline void PrintTo(const TestedEngine& engine, std::ostream* out) {
+  *out << engine.name;
+}
+
+class EveryEngine : public testing::TestWithParam<TestedEngine> {
  protected:
   std::shared_ptr<Connection> Connect() {
     std::shared_ptr<Connection> connection = databases_.CreateConnection();
@@ -40,7 +54,7 @@ class EveryEngine : public testing::TestWithParam<MakeTestedDatabase> {
     return recordset;
   }
 
-  std::unique_ptr<TestedDatabase> database_ = GetParam()();
+  std::unique_ptr<TestedDatabase> database_ = GetParam().make();
   LocalDatabases databases_;
 };
 

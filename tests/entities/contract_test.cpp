@@ -13,6 +13,7 @@ const TestedEntity kContracts = {.copy = &CopyFixture::CopyContract,
 const ErpSide kContracts1 = {.generation = "1",
                              .managerClass = "Kv40QTMtssmaContracts.ContractsManager",
                              .name = "the ERP (generation 1)",
+                             .keys = "Contract",
                              .list = "\"\", high(10)",
                              .listing = "NetListContracts",
                              .tableCode = "tssma220",
@@ -22,6 +23,7 @@ const ErpSide kContracts1 = {.generation = "1",
 const ErpSide kContracts3 = {.generation = "3",
                              .managerClass = "Kv50QTMtsctmServiceContracts.ServiceContractsManager",
                              .name = "the ERP (generation 3)",
+                             .keys = "ServiceContract",
                              .list = "\"\", high(9)",
                              .listing = "NetListServiceContracts",
                              .tableCode = "tsctm300",
@@ -31,6 +33,7 @@ const ErpSide kContracts3 = {.generation = "3",
 const ErpSide kContracts8 = {.generation = "8",
                              .managerClass = "Kv61QTMtsctmServiceContracts.ServiceContractsManager",
                              .name = "the ERP (generation 8)",
+                             .keys = "ServiceContract",
                              .list = "\"\", high(9)",
                              .listing = "NetListServiceContracts",
                              .tableCode = "tsctm300",
@@ -230,7 +233,8 @@ TEST(ApplyContractChange, FailsWithAStatusThatIsNoNumber) {
   CopyFixture copy("3");
   const Object row = copy.RowWith({{"ServiceContract", "C1"}, {"ContractStatus", "active"}});
 
-  EXPECT_EQ(Raised([&] { copy.ApplyContractChange("U", row, "Contracts"); }), "13 ZenqayDBSync: Type mismatch");
+  EXPECT_EQ(Raised([&] { copy.ApplyContractChange("U", row, "Contracts"); }),
+            "13 ZenqayDBSync: Type mismatch: getContractStatus");
 
   EXPECT_EQ(copy.journal.Take(), TraceOf("row1", {kStatus}));
 }

@@ -186,7 +186,7 @@ TEST(Entities, AreCalledInAFailureByTheTextsThatTheyName) {
     const Text erp = GetLabel(copy.process, source.erpLabel);
     EXPECT_EQ(copy.RunLog(),
               "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-              "\"manager\",\"it broke\"\r\n"
+              "\"manager\",\"it broke: List\"\r\n"
               "\"Data copy: " +
                   caption + "\",\"" + caption + " could not be copied from " + erp + ".\"\r\n");
   });

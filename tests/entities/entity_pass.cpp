@@ -123,6 +123,72 @@ Text ErrorText(const RuntimeError& error) {
   return std::to_string(error.number()) + " " + error.source() + ": " + error.description();
 }
 
+/// What the rows of a pass have said of their keys, as the lines of its trace go by.
+class SaidKey {
+ public:
+  explicit SaidKey(const Pass& pass) : keys_(Split(pass.erp.keys, ' ')), rows_(pass.rows) {}
+
+  void Take(const Text& line) {
+    if (line == "rows.nextElement()") {
+      said_.clear();
+      fields_ = rows_[rowsTaken_++].fields;
+    }
+    if (line == "rows.hasMoreElements()") said_.clear();
+    const Text row = "row" + std::to_string(rowsTaken_) + ".";
+    if (!line.starts_with(row)) return;
+    const Text operation = line.substr(row.size(), line.find('(') - row.size());
+    const Text field = operation.substr(3);
+    if (operation.starts_with("set")) Set(field, line);
+    if (StartsWithIgnoringCase(operation, "get")) Say(field);
+  }
+
+  Text text() const {
+    Text text;
+    for (const Text& key : keys_) {
+      if (said_.contains(key)) text += (text.empty() ? "" : ", ") + key + "=" + said_.at(key);
+    }
+    return text;
+  }
+
+ private:
+  /// `row1.setX(i32(3))`
+  void Set(const Text& field, const Text& line) {
+    const std::size_t from = line.rfind('(') + 1;
+    fields_.emplace_back(field, line.substr(from, line.find(')', from) - from));
+  }
+
+  void Say(const Text& field) {
+    for (const auto& [name, value] : fields_) {
+      if (name == field && !value.Is<Empty>() && !value.IsNull()) said_[field] = value.AsText();
+    }
+  }
+
+  std::vector<Text> keys_;
+  std::vector<ListedRow> rows_;
+  std::size_t rowsTaken_ = 0;
+  RowFields fields_;
+  std::map<Text, Text> said_;
+};
+
+/// The operation of a line that is a call; empty for every other line.
+Text OperationIn(const Text& line) {
+  const std::size_t bracket = line.find('(');
+  if (line.starts_with("sql ") || line.starts_with("query ") || line.starts_with("create ") || bracket == Text::npos) {
+    return {};
+  }
+  return line.substr(line.find('.') + 1, bracket - line.find('.') - 1);
+}
+
+/// The failure as a record tells it when it was met at the last of these lines. A date object of a row is asked for the
+/// field's sake.
+RuntimeError Told(const RuntimeError& failure, const std::vector<Text>& lines, const Text& key) {
+  const bool isDate = lines.back().ends_with(".toLocaleString()");
+  const Text operation = OperationIn(isDate ? lines[lines.size() - 2] : lines.back());
+  Text description = failure.description();
+  if (!operation.empty()) description += ": " + operation + (key.empty() ? "" : " of " + key);
+  return {failure.number(), failure.source(), description};
+}
+
 /// What the failure path of the pass raises.
 RuntimeError FailureOf(const Pass& pass, std::int32_t number, const Text& erpName) {
   const Text& named = pass.SyncMethod == 1 ? pass.entity.caption : pass.entity.onlyChanged;
@@ -288,6 +354,7 @@ void ExpectFailureAtEachStep(const Pass& pass) {
   const RuntimeError failure(5000, "the other side", "it broke");
   const std::vector<Text> steps = Split(TraceOf(pass), '\n');
   Text trace = steps.front() + "\n";
+  SaidKey said(pass);
   for (std::size_t step = 1; step < steps.size(); ++step) {
     SCOPED_TRACE("generation " + pass.erp.generation + ", failing at " + steps[step]);
     const auto failAtStep = [&](CopyFixture& copy, std::size_t linesBefore) {
@@ -296,9 +363,13 @@ void ExpectFailureAtEachStep(const Pass& pass) {
       copy.journal.FailAtLine(linesBefore + step, failure);
     };
     trace += steps[step] + "\n";
+    said.Take(steps[step - 1]);
+    const bool entersRow = steps[step] == "rows.hasMoreElements()" || steps[step] == "rows.nextElement()";
+    const RuntimeError told = Told(failure, {steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(step) + 1},
+                                   entersRow ? "" : said.text());
     const bool summarized = steps[step] == "manager.Close()";  // the table's summary precedes the manager's closing
 
-    ExpectFailure(pass, failAtStep, trace + (pass.SyncMethod == 1 ? "manager.Close()\n" : ""), failure,
+    ExpectFailure(pass, failAtStep, trace + (pass.SyncMethod == 1 ? "manager.Close()\n" : ""), told,
                   FailureOf(pass, failure.number(), pass.erp.name), summarized ? SummaryText(pass) : "");
   }
 }
@@ -395,12 +466,13 @@ void ExpectNullToFail(const TestedEntity& entity, const Text& generation, const 
                       const std::vector<Text>& names) {
   for (const Text& name : names) {
     SCOPED_TRACE(name);
+    const Text getter = (name.starts_with("Object") ? "Get" : "get") + name;
     CopyFixture copy(generation);
     RowFields withNull = fields;
     withNull.emplace_back(name, Null());
 
     EXPECT_EQ(Raised([&] { copy.Apply(entity.apply, withNull, entity.TableName); }),
-              "94 ZenqayDBSync: Invalid use of Null");
+              "94 ZenqayDBSync: Invalid use of Null: " + getter);
 
     EXPECT_EQ(copy.JournalWithout({"row"}), "");
   }

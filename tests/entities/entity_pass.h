@@ -41,6 +41,7 @@ struct ErpSide {
   Text generation;
   Text managerClass;  // empty where the generation has none
   Text name;          // names the ERP in a failure
+  Text keys;          // the fields that name a row in a failure, in order, a blank between them
   Text list;          // the arguments of the full listing, as the trace shows them
   Text listing;       // the net-change listing
   Text tableCode;
@@ -114,7 +115,8 @@ Object Listed(CopyFixture& copy, const ListedRow& row);
 void ExpectPass(const Pass& pass);
 
 /// Lets the pass fail at each of its steps behind the creation of the manager, one at a time. What it says is then the
-/// beginning of its trace up to that step; a full copy still closes its manager. It raises the number of the failing
+/// beginning of its trace up to that step; a full copy still closes its manager. Its record names the call that failed
+/// and, while a row is at hand, what the row has said of its key. It raises the number of the failing
 /// step plus 100 and names the table, the pass and the ERP.
 void ExpectFailureAtEachStep(const Pass& pass);
 

@@ -19,9 +19,10 @@ const Pass kOneSite =
 const Text kSummary =
     "Date: 1/31/2004 Time: 10:11:12 AM\r\n"
     "\"Rows copied: Site -  1\"\r\n";
-const Text kFailureLogged =
-    "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-    "\"the component\",\"it broke\"\r\n";
+/// The record of kFailure at an operation.
+Text LoggedAt(const Text& operation) {
+  return "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n\"the component\",\"it broke: " + operation + "\"\r\n";
+}
 
 /// A job of that ERP, whose parts a test can make fail.
 struct OneSite {
@@ -72,17 +73,17 @@ TEST(CopySiteFull, FailsUnchangedWhenTheManagerCannotBeClosed) {
 
   EXPECT_EQ(site.copy.JournalWithout({"query", "close", "event", "sql UPDATE tstables SET in_use"}),
             TraceOf(kOneSite) + "manager.Close()\n");
-  EXPECT_EQ(site.copy.RunLog(), kSummary + kFailureLogged + "\"the component\",\"it broke\"\r\n");
+  EXPECT_EQ(site.copy.RunLog(), kSummary + LoggedAt("Close") + "\"the component\",\"it broke: Close\"\r\n");
 }
 
 TEST(CopySiteFull, RaisesWhatFailedInItsFailurePathUnchanged) {
   OneSite site;
   site.locations->Fails("List", kFailure).Fails("Close", RuntimeError(7, "the manager", "it stays open"));
 
-  EXPECT_EQ(site.Raises(), "7 the manager: it stays open");
+  EXPECT_EQ(site.Raises(), "7 the manager: it stays open: Close");
 
   EXPECT_EQ(site.copy.journal.Take(), UpTo("manager.List", TraceOf(kOneSite)) + "manager.Close()\n");
-  EXPECT_EQ(site.copy.RunLog(), kFailureLogged);
+  EXPECT_EQ(site.copy.RunLog(), LoggedAt("List"));
 }
 
 TEST(CopySiteFull, LeavesItsFailurePathAtOnceWhenTheRunLogCannotBeWritten) {
@@ -104,7 +105,7 @@ TEST(CopySiteFull, FailsAtTheFieldThatIsNullWith194) {
   EXPECT_EQ(copy.journal.Take(), UpTo("row1.getDescription", TraceOf(kOneSite)) + "manager.Close()\n");
   EXPECT_EQ(copy.RunLog(),
             "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-            "\"ZenqayDBSync\",\"Invalid use of Null\"\r\n");
+            "\"ZenqayDBSync\",\"Invalid use of Null: getDescription of Location=A1\"\r\n");
 }
 
 TEST(CopySiteFull, FailsWhenAnUpdateTouchesMoreRowsThan16BitsHold) {
@@ -135,7 +136,7 @@ TEST(CopySiteFull, RaisesOverflowWhenItsNumberHasNoRoomFor100More) {
 
     EXPECT_EQ(site.Raises(), raised);
 
-    EXPECT_EQ(site.copy.RunLog(), kFailureLogged);
+    EXPECT_EQ(site.copy.RunLog(), LoggedAt("List"));
   }
 }
 

@@ -16,6 +16,7 @@ const ErpSide kObjects3 = {
     .generation = "3",
     .managerClass = "Kv50QTMtscfgObjects.ObjectsManager",
     .name = "the ERP (generation 3)",
+    .keys = "Configuration Object ObjectNumber",
     .list = "\"\", high(8), \"\", high(50), i16(0), i16(9999)",
     .listing = "NetListObjects",
     .tableCode = "tscfg200",

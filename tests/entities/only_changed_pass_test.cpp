@@ -96,7 +96,8 @@ TEST(CopySiteChanged, FailsAtAnActionTypeAKeyOrAFieldThatIsNullWith194) {
     EXPECT_EQ(copy.journal.Take(), UpTo(lastLine, TraceOf(kTwoChanges)));
     EXPECT_EQ(copy.RunLog(),
               "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-              "\"ZenqayDBSync\",\"Invalid use of Null\"\r\n");
+              "\"ZenqayDBSync\",\"Invalid use of Null: " +
+                  lastLine.substr(lastLine.find('.') + 1) + "\"\r\n");
   }
 }
 
@@ -131,7 +132,7 @@ TEST(CopySiteChanged, RaisesOverflowWhenItsNumberHasNoRoomFor100More) {
 
     EXPECT_EQ(site.copy.RunLog(),
               "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-              "\"the component\",\"it broke\"\r\n");
+              "\"the component\",\"it broke: NetListLocations\"\r\n");
   }
 }
 

@@ -66,7 +66,7 @@ TEST(PlainColumns, TakeANullPriorityAsNothingAndLeaveItToTheMatchToFail) {
   EXPECT_EQ(Raised([&] {
               copy.Apply(CopyFixture::ApplyPriorityRow(), {{"Priority", Null()}}, "TABLE");
             }),
-            "94 ZenqayDBSync: Invalid use of Null");
+            "94 ZenqayDBSync: Invalid use of Null: getPriority");
 
   EXPECT_EQ(copy.journal.Take(),
             "row1.getPriority()\n"

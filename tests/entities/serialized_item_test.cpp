@@ -15,6 +15,7 @@ const TestedEntity kItems = {.copy = &CopyFixture::CopySerializedItem,
 const ErpSide kItems8 = {.generation = "8",
                          .managerClass = "Kv61QTMtscfgSerializedItems.SerializedItemsManager",
                          .name = "the ERP (generation 8)",
+                         .keys = "Cluster Item SerialNumber",
                          .list = "\"\", high(47), \"\", high(30)",
                          .listing = "NetListSerializedItems",
                          .tableCode = "tscfg200",
@@ -215,7 +216,7 @@ TEST(ApplySerializedItemRow, FailsWithATimeThatIsNoDateObject) {
       CopyFixture copy("8");
       const RowFields fields = {{field, time}};
 
-      EXPECT_EQ(Raised([&] { copy.Apply(kItems.apply, fields, "SerializedItem"); }), expected);
+      EXPECT_EQ(Raised([&] { copy.Apply(kItems.apply, fields, "SerializedItem"); }), expected + ": get" + field);
 
       EXPECT_EQ(copy.JournalWithout({"row"}), "");
     }

@@ -288,7 +288,7 @@ TEST(RegisterManager, PassesAFailureToItsCaller) {
 
   const Text raised = Raised([&] { RegisterManager(fixture.process, Object(fixture.components.Make("locations"))); });
 
-  EXPECT_EQ(raised, "-2147467259 bridge: no connection");
+  EXPECT_EQ(raised, "-2147467259 bridge: no connection: addManager");
 }
 
 }  // namespace

@@ -171,7 +171,7 @@ TEST_F(StartDataCopyTest, TellsAFailedCopyByThePathOfItsRunLog) {
                                      "close\n");
   EXPECT_EQ(copy.directory.Read("Site_20040131.log"),  // one record of the entity, one of the job
             "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-            "\"adapter\",\"no such \"component\"\"\r\n"
+            "\"adapter\",\"no such \"component\": List\"\r\n"
             "\"Data copy: Sites\",\"Sites could not be copied from the ERP (generation 1).\"\r\n");
 }
 
@@ -598,7 +598,7 @@ TEST(CopySingleTable, LogsAnOverflowWhenTheEntityCannotAdd100ToItsErrorsNumber) 
 
   EXPECT_EQ(copy.RunLog(),
             "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-            "\"adapter\",\"gone\"\r\n"
+            "\"adapter\",\"gone: List\"\r\n"
             "\"ZenqayDBSync\",\"Overflow\"\r\n");
 }
 
@@ -612,7 +612,7 @@ TEST(CopySingleTable, RaisesWhatItsFailurePathFailsWith) {
   EXPECT_EQ(raised, "-2147217900 Driver: refused");
   EXPECT_EQ(copy.RunLog(),
             "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-            "\"adapter\",\"gone\"\r\n"
+            "\"adapter\",\"gone: List\"\r\n"
             "\"Data copy: Sites\",\"Sites could not be copied from the ERP (generation 1).\"\r\n");
 }
 

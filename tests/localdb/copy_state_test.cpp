@@ -295,6 +295,7 @@ TEST(ReleaseCopyInProgress, PassesAFailedInsertToItsCaller) {
 
   EXPECT_EQ(raised, "-2147217900 Driver: refused");
   EXPECT_EQ(fixture.RunLog(), "");
+  EXPECT_EQ(fixture.Causes(), "table \"Site\" may still be marked as in use: refused\n");
 }
 
 TEST(CopyState, DoublesAQuoteInTheTableNameInInsertsAndTheUpdateTimeButNotInTheSelectAndTheFlagsUpdates) {

@@ -556,29 +556,30 @@ TEST(CalculateWarrantyExpiry, EndsAtTheRowThatFailsWithTheRecordsetOpen) {
   const char* const kTypeMismatch = "13 ZenqayDBSync: Type mismatch";
   const struct {
     TableRow row;
-    const char* raised;
+    Text raised;
+    Text field;
   } cases[] = {
-      {Joined({{"warranty_type", Null()}}), kInvalidUseOfNull},
-      {Joined({{"number_of_periods", Null()}}), kInvalidUseOfNull},
-      {Joined({{"period_unit", Null()}}), kInvalidUseOfNull},
-      {Joined({{"delivery_date", Null()}}), kInvalidUseOfNull},
+      {Joined({{"warranty_type", Null()}}), kInvalidUseOfNull, "WARRANTY_TYPE"},
+      {Joined({{"number_of_periods", Null()}}), kInvalidUseOfNull, "NUMBER_OF_PERIODS"},
+      {Joined({{"period_unit", Null()}}), kInvalidUseOfNull, "PERIOD_UNIT"},
+      {Joined({{"delivery_date", Null()}}), kInvalidUseOfNull, "DELIVERY_DATE"},
       {Joined({{"warranty_type", 9}, {"delivery_date", Null()}, {"installation_date", Read("2004-01-31")}}),
-       kInvalidUseOfNull},
-      {Joined({{"warranty_type", "one"}}), kTypeMismatch},
-      {Joined({{"delivery_date", "15 March 2004"}}), kTypeMismatch},
-      {Joined({{"number_of_periods", 3e9}}), kOverflow},
-      {Joined({{"number_of_periods", kHighest}, {"period_unit", kDays}}), kOverflow},
-      {Joined({{"number_of_periods", kHighest}, {"period_unit", kWeeks}}), kOverflow},
-      {Joined({{"number_of_periods", kHighest}, {"period_unit", kQuarters}}), kOverflow},
-      {Joined({{"number_of_periods", 8000}, {"period_unit", kYears}}), kNoSuchYear},
+       kInvalidUseOfNull, "DELIVERY_DATE"},
+      {Joined({{"warranty_type", "one"}}), kTypeMismatch, "WARRANTY_TYPE"},
+      {Joined({{"delivery_date", "15 March 2004"}}), kTypeMismatch, "DELIVERY_DATE"},
+      {Joined({{"number_of_periods", 3e9}}), kOverflow, "NUMBER_OF_PERIODS"},
+      {Joined({{"number_of_periods", kHighest}, {"period_unit", kDays}}), kOverflow, "NUMBER_OF_PERIODS"},
+      {Joined({{"number_of_periods", kHighest}, {"period_unit", kWeeks}}), kOverflow, "NUMBER_OF_PERIODS"},
+      {Joined({{"number_of_periods", kHighest}, {"period_unit", kQuarters}}), kOverflow, "NUMBER_OF_PERIODS"},
+      {Joined({{"number_of_periods", 8000}, {"period_unit", kYears}}), kNoSuchYear, "NUMBER_OF_PERIODS"},
   };
-  for (const auto& [row, expected] : cases) {
+  for (const auto& [row, expected, field] : cases) {
     CopyFixture copy("3");
     copy.database.Answer(kJoin, {Joined({{"object", "O0"}}), row, Joined({{"object", "O2"}})});
 
     const Text raised = Raised([&] { copy.CalculateWarrantyExpiry(); });
 
-    EXPECT_EQ(raised, expected);
+    EXPECT_EQ(raised, expected + ": " + field + " of SITE=S1, OBJECT=O1, OBJECTNR=7");
     EXPECT_EQ(copy.journal.Take(),
               "query SELECT * FROM  OBJECT INNER JOIN WARRANTIES ON OBJECT.WARRANTY LIKE WARRANTIES.WARRANTY\n"
               "sql UPDATE OBJECT SET WEXPIRY_DATE = CONVERT(DATETIME,'3/14/2005',101) Where OBJECT.SITE = N'S1' And "
@@ -705,7 +706,7 @@ TEST(PostCopy, EndsTheCopyAsFailedWhenTheExpiryFails) {
             "Date: 1/31/2004 Time: 10:11:12 AM\r\n"
             "\"Rows copied: Warranties -  1\"\r\n"
             "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-            "\"ZenqayDBSync\",\"Invalid use of Null\"\r\n");
+            "\"ZenqayDBSync\",\"Invalid use of Null: DELIVERY_DATE of SITE=S1, OBJECT=O2, OBJECTNR=7\"\r\n");
 }
 
 TEST(PostCopy, LogsWhatTheServerSaysOfAFailingExpiry) {

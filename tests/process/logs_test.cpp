@@ -325,5 +325,28 @@ TEST(LogRecord, HasAPasswordTakenOutOfEachItemAndEndsTheItemAllTheSame) {
             Text(kTitle) + "The data copy failed.\r\nError is - 5: password=*** x\r\n");
 }
 
+// What is no RuntimeError.
+
+/// Converts no line, since the library lacks the code page.
+class ForeignLogFile : public RefusingLogFile {
+ public:
+  void Open(const Text&) override {}
+  void WriteLine(const Text&) override { throw std::runtime_error("iconv has no WINDOWS-1252"); }
+};
+
+TEST(LogRecord, ThatALibraryStopsNamesTheErrorThatIsLostWithIt) {
+  ProcessFixture fixture;
+  ForeignLogFile foreign;
+  fixture.platform.log = &foreign;
+
+  EXPECT_THROW(WriteErrorLog(fixture.process, kError), std::runtime_error);
+  EXPECT_THROW(WriteStartupErrorLog(fixture.process, "", RuntimeError(9999, "start", "too few")), std::runtime_error);
+  EXPECT_THROW(WriteTableRunLog(fixture.process, "Site", 1, 0, 0), std::runtime_error);
+
+  EXPECT_EQ(fixture.Causes(),
+            "error -2147217900 from \"Data copy: Sites\": Sites could not be copied from the ERP (generation 1).\n"
+            "error 9999 from \"start\": too few\n");
+}
+
 }  // namespace
 }  // namespace zenqay

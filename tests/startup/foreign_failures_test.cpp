@@ -81,7 +81,7 @@ std::size_t StepsOf(const Text& SyncMethod) {
   return static_cast<std::size_t>(std::count(journal.begin(), journal.end(), '\n'));
 }
 
-class ForeignFailureTest : public testing::TestWithParam<const char*> {};
+class ForeignFailureTest : public testing::TestWithParam<Text> {};
 
 TEST_P(ForeignFailureTest, GoesTheWayOfARuntimeErrorAtEachStepOfAProcess) {
   const std::size_t steps = StepsOf(GetParam());
@@ -99,11 +99,15 @@ TEST_P(ForeignFailureTest, GoesTheWayOfARuntimeErrorAtEachStepOfAProcess) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, ForeignFailureTest, testing::Values("1", "2"),
-                         [](const auto& method) { return Text(*method.param == '1' ? "FullCopy" : "OnlyChanged"); });
+                         [](const auto& method) { return Text(method.param == "1" ? "FullCopy" : "OnlyChanged"); });
 
 TEST(ForeignFailureInACopy, LeavesTheTableFreeItsRecordInTheRunLogAndTheEventsTold) {
-  for (const char* failing : {"locations.List(\"\", high(10))", "rows.nextElement()", "row1.getLocation()",
-                              "sql UPDATE Site SET upd_flag = 1 ", "sql DELETE FROM Site WHERE upd_flag = 1"}) {
+  const std::pair<Text, Text> cases[] = {
+      {"locations.List(\"\", high(10))", ": List"},    {"rows.nextElement()", ": nextElement"},
+      {"row1.getLocation()", ": getLocation"},         {"sql UPDATE Site SET upd_flag = 1 ", ""},
+      {"sql DELETE FROM Site WHERE upd_flag = 1", ""},
+  };
+  for (const auto& [failing, named] : cases) {
     SiteProcess undisturbed("1");
     undisturbed.Run();
     const Text journal = undisturbed.journal.Take();
@@ -129,8 +133,10 @@ TEST(ForeignFailureInACopy, LeavesTheTableFreeItsRecordInTheRunLogAndTheEventsTo
                   "close\n");
     EXPECT_EQ(process.FileText("Site_20040131.log"),
               "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n"
-              "\"ZenqayDBSync\",\"Out of memory\"\r\n"
-              "\"Data copy: Sites\",\"Sites could not be copied from the ERP (generation 1).\"\r\n");
+              "\"ZenqayDBSync\",\"Out of memory" +
+                  named +
+                  "\"\r\n"
+                  "\"Data copy: Sites\",\"Sites could not be copied from the ERP (generation 1).\"\r\n");
     EXPECT_EQ(process.StartupLog(), "no file");
   }
 }

@@ -1,12 +1,16 @@
 #include "trace/trace.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <array>
 #include <cmath>
+#include <csignal>
 #include <nlohmann/json.hpp>
 
+#include "doubles/child_process.h"
+#include "doubles/fake_platform.h"
 #include "doubles/outcome.h"
 #include "doubles/scripted_database.h"
 #include "doubles/temp_directory.h"
@@ -236,6 +240,55 @@ TEST(Trace, Raises75WhenItCannotBeWritten) {
   const Text path = (directory.path() / "none/trace.jsonl").string();
 
   EXPECT_EQ(Raised([&] { Trace trace(path); }), "75 ZenqayDBSync: Path/File access error: " + path);
+}
+
+TEST(Trace, IsForItsOwnerAlone) {
+  TempDirectory directory;
+  directory.Write("trace.jsonl", "of a run that let others read");
+  std::filesystem::permissions(directory.path() / "trace.jsonl", std::filesystem::perms(0644));
+
+  for (const char* name : {"trace.jsonl", "new.jsonl"}) {
+    Trace trace((directory.path() / name).string());
+
+    EXPECT_EQ(std::filesystem::status(directory.path() / name).permissions(), std::filesystem::perms(0600)) << name;
+  }
+}
+
+TEST(Trace, OnAFullDiskEndsWithOneCauseAndLetsTheJobGoOn) {
+  TempDirectory directory;
+  Journal journal;
+  FakePlatform platform(journal, "");
+  const std::filesystem::perms before = std::filesystem::status("/dev/full").permissions();
+  Trace trace("/dev/full");
+  trace.TellEndTo(platform);
+
+  trace.MessageBox("one");
+  trace.MessageBox("two");
+
+  EXPECT_EQ(platform.causes, std::vector<Text>{"the trace ends here: Disk full: /dev/full"});
+  EXPECT_EQ(std::filesystem::status("/dev/full").permissions(), before);
+}
+
+TEST(Trace, KeepsNoHalfOfTheLineThatDidNotFit) {
+  TempDirectory directory;
+  const Text path = (directory.path() / "trace.jsonl").string();
+
+  const ChildRun run = RunInChild([&] {
+    Journal journal;
+    FakePlatform platform(journal, "");
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{60, 60};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    Trace trace(path);
+    trace.TellEndTo(platform);
+    trace.MessageBox("one");
+    trace.MessageBox("two");
+    trace.MessageBox("three");
+    return platform.causes.size() == 1 ? platform.causes[0] : "causes: " + std::to_string(platform.causes.size());
+  });
+
+  EXPECT_EQ(run.result, "the trace ends here: Path/File access error: " + path);
+  EXPECT_EQ(directory.Read("trace.jsonl"), "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n");
 }
 
 }  // namespace

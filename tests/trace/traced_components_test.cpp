@@ -282,5 +282,26 @@ TEST(TracedComponents, AskTheirHostWhetherItIsUsable) {
             "5 ZenqayDBSync: Invalid procedure call or argument: Components.xml");
 }
 
+TEST(TracedComponents, WriteAsAnErrorWhateverWasThrown) {
+  TracedHost traced;
+  traced.manager->Answers("List", Value());
+  const Object manager = traced.host.Create(kLocations);
+
+  traced.journal.FailAtLine(0, std::make_exception_ptr(std::bad_alloc()));
+  EXPECT_THROW(traced.host.Create("A.B"), std::bad_alloc);
+  traced.journal.FailAtLine(0, std::make_exception_ptr(std::runtime_error("no more")));
+  EXPECT_THROW(manager.Call("List"), std::runtime_error);
+
+  EXPECT_EQ(traced.Lines(),
+            R"({"n":1,"kind":"create","class":"Kv40QTMtssmaLocations.LocationsManager","id":1})"
+            "\n"
+            R"({"n":2,"kind":"create","class":"A.B","error":{"number":7,"source":"ZenqayDBSync",)"
+            R"("description":"Out of memory"}})"
+            "\n"
+            R"({"n":3,"kind":"call","id":1,"op":"List","args":[],"error":{"number":440,"source":"ZenqayDBSync",)"
+            R"("description":"Automation error: no more"}})"
+            "\n");
+}
+
 }  // namespace
 }  // namespace zenqay

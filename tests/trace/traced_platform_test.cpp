@@ -126,5 +126,25 @@ TEST(TracedLogFile, WritesTheErrorOfARecordThatCannotBeClosedInPlaceOfItsLines) 
                 R"("error":{"number":61,"source":"ZenqayDBSync","description":"Disk full: late.log"}})" + "\n");
 }
 
+class ForgetfulLogFile : public LogFile {
+ public:
+  void Open(const Text&) override {}
+  void WriteLine(const Text&) override { throw std::bad_alloc(); }
+  void Close() override {}
+};
+
+TEST(TracedLogFile, WritesAsAnErrorWhateverWasThrown) {
+  TracedFake traced;
+  ForgetfulLogFile forgetful;
+  TracedLogFile log(forgetful, traced.trace);
+
+  log.Open("run.log");
+  EXPECT_THROW(log.WriteLine("one"), std::bad_alloc);
+
+  EXPECT_EQ(traced.Lines(), traced.Record(1, "run.log") +
+                                R"("error":{"number":7,"source":"ZenqayDBSync","description":"Out of memory"}})" +
+                                "\n");
+}
+
 }  // namespace
 }  // namespace zenqay

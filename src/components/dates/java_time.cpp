@@ -66,7 +66,7 @@ std::tm SystemTimeAt(std::time_t second) {
 std::int64_t StandardOffsetInSeconds(std::int64_t second) {
   constexpr int kWeeksBack = 53;
   const std::tm local = SystemTimeAt(second);
-  for (int week = 1; week <= kWeeksBack; ++week) {
+  for (std::int64_t week = 1; week <= kWeeksBack; ++week) {
     const std::tm earlier = SystemTimeAt(second - week * 7 * kDayInSeconds);
     if (earlier.tm_isdst != local.tm_isdst) return std::min(earlier.tm_gmtoff, local.tm_gmtoff);
   }

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <thread>
 
+#include "base/memory_reserve.h"
 #include "engines/dialect/sqlite_dialect.h"
 #include "engines/provider_errors.h"
 #include "engines/sqlite/read_only_file.h"
@@ -36,6 +37,7 @@ std::string_view SqlStateOf(int code, std::string_view message) {
 }
 
 [[noreturn]] void RaiseFailure(sqlite3* database) {
+  if (sqlite3_errcode(database) == SQLITE_NOMEM) GiveMemoryBack();
   const Text message = sqlite3_errmsg(database);
   const int code = sqlite3_extended_errcode(database);
   RaiseReported(kSource, message, Text(SqlStateOf(code, message)), code);

@@ -1,6 +1,7 @@
 #include "system/output_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -19,9 +20,29 @@ std::optional<PlatformFault> OutputFile::Open(const Text& path) {
   return {};
 }
 
+std::optional<PlatformFault> OutputFile::OpenPrivate(const Text& path) {
+  descriptor_ = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  if (descriptor_ < 0) return FileFault(errno);
+  struct stat status {};
+  const bool isFile = ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);  // and no device of everybody's
+  // A file of somebody else, or on a disk that knows no rights, stays as it is.
+  if (isFile) static_cast<void>(::fchmod(descriptor_, 0600));
+  return {};
+}
+
 std::optional<PlatformFault> OutputFile::Write(std::string_view bytes) {
   if (const int error = WriteAll(descriptor_, bytes)) return FileFault(error);
   return {};
+}
+
+std::optional<PlatformFault> OutputFile::WriteWhole(std::string_view bytes) {
+  struct stat before {};
+  const bool isFile = ::fstat(descriptor_, &before) == 0 && S_ISREG(before.st_mode);
+  const int error = WriteAll(descriptor_, bytes);
+  if (error == 0) return {};
+  const bool isCut = isFile && ::ftruncate(descriptor_, before.st_size) == 0;
+  static_cast<void>(isCut);  // what cannot be cut keeps its half line
+  return FileFault(error);
 }
 
 std::optional<PlatformFault> OutputFile::Close() {

@@ -25,6 +25,16 @@ TEST(CallJavaObject, RaisesWhenTwoNamesDifferInNothingButCase) {
             "13 sample.Everything: Type mismatch: SPELLED() fits more than one of Spelled(), spelled()");
 }
 
+TEST(CallJavaObject, IsRequiredByItsNameAndTheNumberOfItsArguments) {
+  const Object sample = NewSample();
+
+  EXPECT_EQ(Raised([&] { sample.RequireCallable("TAKESINT", 1); }), "nothing");
+  EXPECT_EQ(Raised([&] { sample.RequireCallable("takesInt", 2); }),
+            "450 sample.Everything: Wrong number of arguments: takesInt with 2 arguments, there is takesInt(int)");
+  EXPECT_EQ(Raised([&] { sample.RequireCallable("missing", 0); }),
+            "438 sample.Everything: Object doesn't support this property or method: missing");
+}
+
 TEST(CallJavaObject, ReachesInheritedAndStaticMethods) {
   EXPECT_EQ(NewSample().Call("inherited"), Value("inherited"));
   EXPECT_EQ(NewSample().Call("ofTheClass"), Value("static"));

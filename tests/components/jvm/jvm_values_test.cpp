@@ -52,6 +52,8 @@ class RowsConnection : public Connection {
   Text DefaultDatabase() override { return ""; }
   std::shared_ptr<Errors> ErrorCollection() override { return std::make_shared<Errors>(); }
   void Close() override {}
+  bool TakeLock(const Text&) override { return true; }
+  void GiveLockBack(const Text&) override {}
   std::int64_t Run(const Text&, Count) override { return 0; }
   std::unique_ptr<QueryRows> RowsOf(const Text&, CursorType, LockType, CommandType) override {
     return std::make_unique<Rows>(field_);

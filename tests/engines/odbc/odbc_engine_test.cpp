@@ -26,17 +26,12 @@ class DriverOfTheTests : public TestedDatabase {
   }
 };
 
-template <typename Database>
-std::unique_ptr<TestedDatabase> Make() {
-  return std::make_unique<Database>();
-}
+const auto kServer = testing::Values(EngineOf<PostgresDatabase>("Server"));
+const auto kDriver = testing::Values(EngineOf<DriverOfTheTests>("Driver"));
 
-const auto kServer = [](const auto&) { return "Server"; };
-
-INSTANTIATE_TEST_SUITE_P(Postgres, EveryConnection, testing::Values(&Make<PostgresDatabase>), kServer);
-INSTANTIATE_TEST_SUITE_P(Postgres, EveryDatabase, testing::Values(&Make<PostgresDatabase>), kServer);
-INSTANTIATE_TEST_SUITE_P(TestDriver, EveryConnection, testing::Values(&Make<DriverOfTheTests>),
-                         [](const auto&) { return "Driver"; });
+INSTANTIATE_TEST_SUITE_P(Postgres, EveryConnection, kServer, testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Postgres, EveryDatabase, kServer, testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(TestDriver, EveryConnection, kDriver, testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace zenqay

@@ -17,14 +17,10 @@ class SqliteDatabase : public TestedDatabase {
   TempDirectory directory_;
 };
 
-std::unique_ptr<TestedDatabase> MakeSqliteDatabase() {
-  return std::make_unique<SqliteDatabase>();
-}
+const auto kFile = testing::Values(EngineOf<SqliteDatabase>("File"));
 
-INSTANTIATE_TEST_SUITE_P(Sqlite, EveryConnection, testing::Values(&MakeSqliteDatabase),
-                         [](const auto&) { return "File"; });
-INSTANTIATE_TEST_SUITE_P(Sqlite, EveryDatabase, testing::Values(&MakeSqliteDatabase),
-                         [](const auto&) { return "File"; });
+INSTANTIATE_TEST_SUITE_P(Sqlite, EveryConnection, kFile, testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Sqlite, EveryDatabase, kFile, testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace zenqay

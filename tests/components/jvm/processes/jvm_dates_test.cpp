@@ -105,7 +105,7 @@ Text StandardOffset(ComponentHost& host) {
   return calendar.Call("get", field).AsText();
 }
 
-class DatesInZone : public testing::TestWithParam<const char*> {};
+class DatesInZone : public testing::TestWithParam<Text> {};
 
 TEST_P(DatesInZone, AreJavasDates) {
   const ChildRun run = RunInChild([] {

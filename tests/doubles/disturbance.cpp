@@ -1,0 +1,148 @@
+#include "doubles/disturbance.h"
+
+namespace zenqay {
+namespace {
+
+class DisturbedConnection : public Connection {
+ private:
+  template <typename Work>
+  auto Pass(const Text& text, Work work) {
+    try {
+      return disturbance_.Pass(Step::Kind::Statement, text, work);
+    } catch (const RuntimeError& error) {
+      inner_->ErrorCollection()->Replace(error.items());
+      throw;
+    }
+  }
+
+ public:
+  DisturbedConnection(std::shared_ptr<Connection> inner, Disturbance& disturbance)
+      : inner_(std::move(inner)), disturbance_(disturbance) {}
+
+  void PutConnectionTimeout(std::int16_t seconds) override { inner_->PutConnectionTimeout(seconds); }
+  void PutCommandTimeout(std::int16_t seconds) override { inner_->PutCommandTimeout(seconds); }
+  void PutConnectionString(const Text& connectionString) override { inner_->PutConnectionString(connectionString); }
+  std::shared_ptr<Errors> ErrorCollection() override { return inner_->ErrorCollection(); }
+
+  void Open() override {
+    Pass("open", [&] {
+      inner_->Open();
+      return true;
+    });
+  }
+  void Close() override {
+    Pass("close", [&] {
+      inner_->Close();
+      return true;
+    });
+  }
+  void PutDefaultDatabase(const Text& name) override {
+    Pass("database", [&] {
+      inner_->PutDefaultDatabase(name);
+      return true;
+    });
+  }
+  Text DefaultDatabase() override {
+    return Pass("database", [&] { return inner_->DefaultDatabase(); });
+  }
+  bool TakeLock(const Text& name) override { return inner_->TakeLock(name); }
+  void GiveLockBack(const Text& name) override { inner_->GiveLockBack(name); }
+  std::int64_t Run(const Text& statement, Count count) override {
+    return Pass(statement, [&] { return inner_->Run(statement, count); });
+  }
+  std::unique_ptr<QueryRows> RowsOf(const Text& query, CursorType cursor, LockType lock, CommandType options) override {
+    return Pass(query, [&] { return inner_->RowsOf(query, cursor, lock, options); });
+  }
+
+ private:
+  std::shared_ptr<Connection> inner_;
+  Disturbance& disturbance_;
+};
+
+class DisturbedComponent : public Component {
+ public:
+  DisturbedComponent(Object inner, Text name, Disturbance& disturbance)
+      : inner_(std::move(inner)), name_(std::move(name)), disturbance_(disturbance) {}
+
+  Value Call(std::string_view operation, Arguments arguments) override {
+    return Pass(operation, [&] {
+      std::vector<Value> variables;
+      for (const Argument& argument : arguments) variables.push_back(Unwrapped(argument.value()));
+      std::vector<Argument> passed;
+      for (std::size_t i = 0; i < arguments.size(); ++i) {
+        passed.push_back(arguments[i].byReference() ? Argument::ByReference(variables[i]) : Argument(variables[i]));
+      }
+      const Value result = inner_.Call(operation, Arguments(passed));
+      for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (variables[i] != Unwrapped(arguments[i].value())) arguments[i].Assign(variables[i]);
+      }
+      return result;
+    });
+  }
+
+  Value Get(std::string_view property) override {
+    return Pass(property, [&] { return inner_.Get(property); });
+  }
+
+  void Put(std::string_view property, const Value& value) override {
+    Pass(property, [&] {
+      inner_.Put(property, Unwrapped(value));
+      return Value();
+    });
+  }
+
+  Value Default() const override { return inner_.Default(); }
+
+ private:
+  static Value Unwrapped(const Value& value) {
+    const Object* object = value.If<Object>();
+    if (object == nullptr) return value;
+    const auto* disturbed = dynamic_cast<const DisturbedComponent*>(object->component().get());
+    return disturbed == nullptr ? value : Value(disturbed->inner_);
+  }
+
+  template <typename Work>
+  Value Pass(std::string_view operation, Work work) {
+    const Value result = disturbance_.Pass(Step::Kind::Call, name_ + "." + Text(operation), work);
+    const Object* object = result.If<Object>();
+    if (object == nullptr || object->IsNothing()) return result;
+    return Object(std::make_shared<DisturbedComponent>(*object, name_ + "." + Text(operation) + ">", disturbance_));
+  }
+
+  Object inner_;
+  Text name_;
+  Disturbance& disturbance_;
+};
+
+}  // namespace
+
+std::shared_ptr<Connection> DisturbedDatabase::CreateConnection() {
+  return std::make_shared<DisturbedConnection>(inner_.CreateConnection(), disturbance_);
+}
+
+Object DisturbedComponents::Create(const Text& classId) {
+  const Object created =
+      disturbance_.Pass(Step::Kind::Call, "create " + classId, [&] { return inner_.Create(classId); });
+  return Object(std::make_shared<DisturbedComponent>(created, classId, disturbance_));
+}
+
+void DisturbedLogFile::Open(const Text& path) {
+  disturbance_.Pass(Step::Kind::Log, "open " + path, [&] {
+    inner_.Open(path);
+    return true;
+  });
+}
+
+void DisturbedLogFile::WriteLine(const Text& line) {
+  disturbance_.Pass(Step::Kind::Log, "line " + line, [&] {
+    inner_.WriteLine(line);
+    return true;
+  });
+}
+
+void DisturbedLogFile::Close() {
+  inner_.Close();
+  disturbance_.Pass(Step::Kind::Log, "close", [] { return true; });
+}
+
+}  // namespace zenqay
