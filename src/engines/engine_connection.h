@@ -11,7 +11,8 @@ namespace zenqay {
 class EngineConnection : public Connection {
  public:
   /// A statement that is broken off raises 18: one that has not begun, and one that waits too long.
-  explicit EngineConnection(std::shared_ptr<Interruption> interruption) : interruption_(std::move(interruption)) {}
+  explicit EngineConnection(std::shared_ptr<Interruption> interruption = std::make_shared<Interruption>())
+      : interruption_(std::move(interruption)) {}
 
   /// Both limits hold from the next Open on, for a database behind ODBC. An embedded file is opened at once and waits
   /// for what another process holds, as long as it takes.
