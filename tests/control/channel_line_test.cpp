@@ -32,7 +32,8 @@ TEST(ReadChannelLine, PassesOverWhatItDoesNotKnow) {
 }
 
 TEST(ReadChannelLine, MasksPasswordsThatAJobWouldLetThrough) {
-  EXPECT_EQ(ReadChannelLine(R"({"kind":"failure","description":"PWD=geheim;x"})")->failure.description, "PWD=***;x");
+  EXPECT_EQ(ReadChannelLine(R"({"kind":"failure","description":"PWD=geheim;x=1"})")->failure.description,
+            "PWD=***;x=1");
 }
 
 TEST(LineBuffer, GivesWholeLinesAndTheRestAtTheEnd) {

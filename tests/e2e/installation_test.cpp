@@ -38,6 +38,7 @@ class Installation : public testing::Test {
 TEST_F(Installation, PutsProgramsTextsSchemasAndDocumentsInTheirPlaces) {
   std::vector<std::string> expected = {"bin/zenqay-dbsync",
                                        "bin/zenqay-dbsync-check",
+                                       "bin/zenqayctl",
                                        "share/doc/zenqay-dbsync/CHANGELOG.md",
                                        "share/doc/zenqay-dbsync/README.md",
                                        "share/zenqay-dbsync/Components.xml",
