@@ -6,7 +6,7 @@
 namespace zenqay {
 
 /// What the failure paths of one table need is a few kB; the rest is for a heap that grows in large steps only.
-inline constexpr std::size_t kMemoryReserve = 4 * 1024 * 1024;
+inline constexpr std::size_t kMemoryReserve = std::size_t{4} << 20;
 
 /// Sets the reserve of this process aside, unless it is already, or there is no memory for it. Nothing is written into
 /// it, so it takes addresses, but no memory of the machine.

@@ -28,6 +28,18 @@ void CatalogueElement::RequireOnly(std::initializer_list<std::string_view> attri
   }
 }
 
+std::vector<CatalogueElement> CatalogueElement::Children(const char* name) const {
+  std::vector<CatalogueElement> children;
+  for (const pugi::xml_node node : node_.children()) {
+    if (node.type() != pugi::node_element) continue;
+    children.emplace_back(directory_, file_, node);
+    if (Text(node.name()) == name) continue;
+    throw RuntimeError(PlatformFault::InvalidCall,
+                       children.back().Place() + ": unknown element \"" + node.name() + "\"");
+  }
+  return children;
+}
+
 Text CatalogueElement::Place() const {
   return file_ + ", line " + std::to_string(LineOf(file_, node_));
 }

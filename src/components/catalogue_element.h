@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <pugixml.hpp>
+#include <vector>
 
 #include "contracts/value.h"
 
@@ -26,6 +27,9 @@ class CatalogueElement {
 
   /// Raises 5 for an attribute that is none of these.
   void RequireOnly(std::initializer_list<std::string_view> attributes) const;
+
+  /// The elements inside. Raises 5 for one of another name.
+  std::vector<CatalogueElement> Children(const char* name) const;
 
   /// For errors: ".../Components.xml, line 3".
   Text Place() const;

@@ -1,13 +1,12 @@
 #include "components/component_catalogue.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 
 #include "components/dates/builtin_dates.h"
 #include "components/files/file_host.h"
+#include "components/safeguard_elements.h"
 #include "components/status/status_components.h"
-#include "contracts/control_channel.h"
 #include "system/output_file.h"
 #include "system/xml_file.h"
 
@@ -40,18 +39,6 @@ constexpr HostKind kHostKinds[] = {
     {"jvm", MakeJvm},
 };
 
-[[noreturn]] void RaiseNoLimit(const Text& place, const Text& value) {
-  throw RuntimeError(PlatformFault::InvalidCall,
-                     place + ": \"" + value + "\" is no limit, which is a number of rows or a share such as \"10%\"");
-}
-
-SweepLimit LimitOf(const CatalogueElement& element) {
-  const Text value = element.Required("limit");
-  const std::optional<SweepLimit> limit = SweepLimit::Read(value);
-  if (!limit) RaiseNoLimit(element.Place(), value);
-  return *limit;
-}
-
 bool CouldWrite(const std::filesystem::path& path) {
   std::error_code ignored;
   if (std::filesystem::exists(path, ignored)) {
@@ -66,7 +53,7 @@ ComponentCatalogue::ComponentCatalogue(const Text& homeDirectory, TraceUse trace
     : directory_(homeDirectory), path_(homeDirectory + "/Components.xml"), traceUse_(traceUse) {
   try {
     Read();
-    TakeSweepLimitOfThisRun();
+    TakeSweepLimitOfThisRun(safeguards_.sweep);
   } catch (const RuntimeError& fault) {
     fault_ = fault;
   }
@@ -106,9 +93,9 @@ void ComponentCatalogue::Read() {
     } else if (name == "TRACE") {
       ReadTrace(element);
     } else if (name == "SWEEP") {
-      ReadSweep(element);
+      safeguards_.sweep = ReadSweep(ElementOf(element));
     } else if (name == "LOCK") {
-      ReadLock(element);
+      safeguards_.lock = ReadLock(ElementOf(element));
     } else {
       throw RuntimeError(PlatformFault::InvalidCall, ElementOf(element).Place() + ": unknown element \"" + name + "\"");
     }
@@ -133,50 +120,6 @@ void ComponentCatalogue::ReadTrace(pugi::xml_node node) {
   } else if (!CouldWrite(path)) {
     throw RuntimeError(PlatformFault::PathAccess, path);
   }
-}
-
-void ComponentCatalogue::ReadSweep(pugi::xml_node node) {
-  const CatalogueElement element = ElementOf(node);
-  element.RequireOnly({"limit", "from"});
-  SweepLimits& sweep = safeguards_.sweep;
-  if (!element.Optional("limit").empty()) sweep.general = LimitOf(element);
-  const Text from = element.Optional("from");
-  if (!from.empty()) {
-    const bool isNumber = from.size() <= 15 && from.find_first_not_of("0123456789") == Text::npos;
-    if (!isNumber) {
-      throw RuntimeError(PlatformFault::InvalidCall, element.Place() + ": \"" + from + "\" is no number of rows");
-    }
-    sweep.from = std::stoll(from);
-  }
-  for (const pugi::xml_node child : node.children()) {
-    if (child.type() != pugi::node_element) continue;
-    const CatalogueElement table = ElementOf(child);
-    if (Text(child.name()) != "TABLE") {
-      throw RuntimeError(PlatformFault::InvalidCall, table.Place() + ": unknown element \"" + child.name() + "\"");
-    }
-    table.RequireOnly({"name", "limit"});
-    sweep.ofTables.emplace_back(table.Required("name"), LimitOf(table));
-  }
-}
-
-void ComponentCatalogue::ReadLock(pugi::xml_node node) {
-  const CatalogueElement element = ElementOf(node);
-  element.RequireOnly({"takeover"});
-  const Text takeover = element.Optional("takeover");
-  if (takeover != "" && takeover != "yes" && takeover != "no") {
-    throw RuntimeError(PlatformFault::InvalidCall,
-                       element.Place() + ": takeover is \"yes\" or \"no\", not \"" + takeover + "\"");
-  }
-  safeguards_.lock = takeover == "yes" ? TableLock::TakesOver : TableLock::Used;
-}
-
-void ComponentCatalogue::TakeSweepLimitOfThisRun() {
-  const char* value = std::getenv(channel::kSweepLimitVariable);
-  if (value == nullptr || *value == '\0') return;
-  const std::optional<SweepLimit> limit = SweepLimit::Read(value);
-  if (!limit) RaiseNoLimit(channel::kSweepLimitVariable, value);
-  safeguards_.sweep.general = limit;
-  safeguards_.sweep.ofTables.clear();
 }
 
 std::shared_ptr<ComponentHost> ComponentCatalogue::FormerHost(const Text& kind) const {

@@ -54,9 +54,6 @@ class ComponentCatalogue : public ComponentHost {
   void Read();
   void ReadHost(pugi::xml_node node);
   void ReadTrace(pugi::xml_node node);
-  void ReadSweep(pugi::xml_node node);
-  void ReadLock(pugi::xml_node node);
-  void TakeSweepLimitOfThisRun();
   std::shared_ptr<ComponentHost> FormerHost(const Text& kind) const;
   CatalogueElement ElementOf(pugi::xml_node node) const { return {directory_, path_, node}; }
 

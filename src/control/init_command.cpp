@@ -31,7 +31,7 @@ parallel = 4               # so many tables at the same time, over all jobs of o
 [erp.main]
 home = "home"
 generation = 3             # of its components: 1, 3 or 8
-bus-component = "100"      # usually the company number
+bus-component = "MAIN"     # the name of the business component, for which each component of the ERP is initialised
 
 # A job: from which ERP into which database.
 [job.demo]

@@ -99,7 +99,7 @@ TEST_F(ZenqayctlProgram, ItsJobsAreAskedToStopWhenItIsKilled) {
 }
 
 TEST_F(ZenqayctlProgram, ItsMemoryIsItsOwnAndALineStandsInNoListOfProcesses) {
-  setup.Edit("bus-component = \"100\"", "bus-component = \"geheim\"");  // as good as a password
+  setup.Edit("bus-component = \"MAIN\"", "bus-component = \"geheim\"");  // as good as a password
   setup.Script(1, kBegin + kStarted + "wait go\n" + kComplete);
   ChildProcess program(Start({"run", "demo", "--table", "SITE"}));
   WaitForJournal("begin 1");

@@ -11,10 +11,10 @@
 namespace zenqay {
 namespace {
 
-constexpr std::size_t kChunkBytes = 64 * 1024;
-constexpr std::size_t kChunkBytesAtOnePlace = 4 * 1024;  // for one record here and there
-constexpr std::size_t kLongestRecord = 16 * 1024 * 1024;
-constexpr std::size_t kParserGrowth = 64 * 1024;
+constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
+constexpr std::size_t kChunkBytesAtOnePlace = std::size_t{4} << 10;  // for one record here and there
+constexpr std::size_t kLongestRecord = std::size_t{16} << 20;
+constexpr std::size_t kParserGrowth = std::size_t{64} << 10;
 constexpr std::size_t kLongestQuoted = 60;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
