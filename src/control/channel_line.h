@@ -36,7 +36,7 @@ struct ChannelLine {
 };
 
 /// Nothing for a line that is none of the channel's, such as one that was broken off.
-std::optional<ChannelLine> ReadChannelLine(std::string_view line);
+std::optional<ChannelLine> ReadChannelLine(std::string_view text);
 
 /// A stream as lines.
 class LineBuffer {

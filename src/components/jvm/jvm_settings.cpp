@@ -84,7 +84,7 @@ std::vector<Text> JvmSettings::MachineOptions() const {
   for (const char* standard : kDefaults) {
     const bool isGiven = std::any_of(options_.begin(), options_.end(),
                                      [&](const Text& option) { return SubjectOf(option) == SubjectOf(standard); });
-    if (!isGiven) all.push_back(standard);
+    if (!isGiven) all.emplace_back(standard);
   }
   for (const Text& option : options_) AddOnce(all, option);
   return all;
