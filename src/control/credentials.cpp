@@ -5,8 +5,7 @@
 #include <iterator>
 
 #include "control/exit_status.h"
-
-extern char** environ;
+#include "system/own_process.h"
 
 namespace zenqay {
 namespace {
@@ -61,8 +60,7 @@ Text ReadWherever(const JobFile& file, const PasswordSource& source, const Envir
 
 Environment Environment::OfProcess() {
   Environment environment;
-  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-    const Text text = *entry;
+  for (const Text& text : EnvironmentEntries()) {
     const std::size_t sign = text.find('=');
     if (sign != Text::npos) environment.variables.emplace(text.substr(0, sign), text.substr(sign + 1));
   }

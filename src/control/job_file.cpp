@@ -345,8 +345,8 @@ class Reader {
   Text NameAt(Section& section, const char* key, const std::map<Text, Settings>& known) {
     Text name = section.RequiredText(key);
     if (name.empty() || known.contains(name)) return name;
-    std::vector<Text> names;
-    for (const auto& [one, settings] : known) names.push_back(one);
+    std::vector<Text> names(known.size());
+    std::ranges::transform(known, names.begin(), &std::pair<const Text, Settings>::first);
     section.Refuse(*section.Find(key), key,
                    "names \"" + name + "\", but there is no [" + key + "." + name + "]" + NearestWordHint(name, names));
     return name;

@@ -39,8 +39,8 @@ bool IsCalled(const LocalTable& table, const Text& nameOrId) {
 }
 
 std::vector<Text> NamesOf(const std::vector<LocalTable>& tables) {
-  std::vector<Text> names;
-  for (const LocalTable& table : tables) names.push_back(table.name);
+  std::vector<Text> names(tables.size());
+  std::ranges::transform(tables, names.begin(), &LocalTable::name);
   return names;
 }
 

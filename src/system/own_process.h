@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "base/text_functions.h"
 
@@ -14,6 +15,9 @@ void KeepMemoryPrivate();
 void OutliveClosedPipes();
 
 bool IsSuperUser();
+
+/// What the environment of this process holds, as NAME=value.
+std::vector<Text> EnvironmentEntries();
 
 /// The directory that the program stands in.
 Text ProgramDirectory();

@@ -53,15 +53,14 @@ class WideTexts {
   static constexpr auto kGetConnectAttribute = &SQLGetConnectAttrW;
 
   std::pair<Unit*, std::size_t> Passed(const Text& text) {
-    utf16_.Widen(text, passed_);
+    Utf16::Widen(text, passed_);
     passed_.push_back(0);
     return {passed_.data(), passed_.size() - 1};
   }
 
-  void Append(const Unit* units, std::size_t length, Text& text) { utf16_.AppendNarrow(units, length, text); }
+  void Append(const Unit* units, std::size_t length, Text& text) { Utf16::AppendNarrow(units, length, text); }
 
  private:
-  Utf16 utf16_;
   WideText passed_;  // kept for its memory
 };
 

@@ -135,9 +135,9 @@ bool OdbcSession::TakeLock(const Text& name) {
   const std::int32_t answer = AnswerTo(lock.take);
   if (answer == lock.notGot) return false;
   if (answer != lock.got) {
-    throw RuntimeError(kGeneralProviderFailure, kPlatformSource,
-                       "The lock of table " + name + " cannot be taken: the server answers " + std::to_string(answer) +
-                           ".");
+    throw RuntimeError(
+        kGeneralProviderFailure, kPlatformSource,
+        "The lock of table " + name + " cannot be taken: the server answers " + std::to_string(answer) + ".");
   }
   Prove(lock, name);
   return true;

@@ -30,7 +30,7 @@ struct OdbcOptions {
 /// SQL Server, Oracle and every other database get the statements as composed, PostgreSQL in its own words. The count
 /// of rows is that of a statement's first result. A failure carries every diagnostic record that the driver left, the
 /// driver's name as its source, and no password of the connection string.
-class OdbcSession : public EngineSession {
+class OdbcSession final : public EngineSession {
  public:
   /// Connects. Raises what DriverConnectString raises, and what the driver or the driver
   /// manager says. A driver that knows no reading connection or no
@@ -47,8 +47,8 @@ class OdbcSession : public EngineSession {
   Text DefaultDatabase() override;
 
   /// A lock of the server's, which it gives up when it ends the session: a last statement of a client that is gone is
-  /// over then. Raises -2147467259 for a server without such locks, and where the lock does not exclude a second session
-  /// of the same connection string.
+  /// over then. Raises -2147467259 for a server without such locks, and where the lock does not exclude a second
+  /// session of the same connection string.
   bool TakeLock(const Text& name) override;
   void GiveLockBack(const Text& name) override;
 

@@ -10,12 +10,14 @@ Text Quoted(const Text& text) {
 /// A lock belongs to the database that the session is on; the key is made of the schema and the name.
 SessionLock OfPostgreSql(const Text& name) {
   const Text key = "hashtextextended('zenqay.' || coalesce(current_schema(), '') || '.' || " + Quoted(name) + ", 0)";
-  return {.before = {"SET tcp_keepalives_idle = 60", "SET tcp_keepalives_interval = 15", "SET tcp_keepalives_count = 4"},
-          .take = "SELECT CASE WHEN pg_try_advisory_lock(" + key + ") THEN 1 ELSE 0 END AS answer",
-          .held = "SELECT CASE WHEN EXISTS (SELECT 1 FROM pg_locks WHERE locktype = 'advisory' AND granted AND pid = "
-                  "pg_backend_pid() AND objsubid = 1 AND (classid::bigint << 32) | objid::bigint = " +
-                  key + ") THEN 1 ELSE 0 END AS answer",
-          .giveBack = "SELECT pg_advisory_unlock(" + key + ")"};
+  return {
+      .before = {"SET tcp_keepalives_idle = 60", "SET tcp_keepalives_interval = 15", "SET tcp_keepalives_count = 4"},
+      .take = "SELECT CASE WHEN pg_try_advisory_lock(" + key + ") THEN 1 ELSE 0 END AS answer",
+      .held =
+          "SELECT CASE WHEN EXISTS (SELECT 1 FROM pg_locks WHERE locktype = 'advisory' AND granted AND pid = "
+          "pg_backend_pid() AND objsubid = 1 AND (classid::bigint << 32) | objid::bigint = " +
+          key + ") THEN 1 ELSE 0 END AS answer",
+      .giveBack = "SELECT pg_advisory_unlock(" + key + ")"};
 }
 
 /// A lock belongs to the database that the session is on.

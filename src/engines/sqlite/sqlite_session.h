@@ -16,7 +16,7 @@ namespace zenqay {
 struct ReadOnlyFile;
 
 /// A SQLite file in WAL mode; one that is only read stays in the mode that it has.
-class SqliteSession : public EngineSession {
+class SqliteSession final : public EngineSession {
  public:
   /// Opens the file that `dataSource` names, as composed, with "\". Raises -2147467259, naming the
   /// file, when it is missing, is no database or may not be read and written. With ReadOnly it need not be writable,

@@ -31,6 +31,12 @@ bool IsSuperUser() {
   return ::geteuid() == 0;
 }
 
+std::vector<Text> EnvironmentEntries() {
+  std::vector<Text> entries;
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) entries.emplace_back(*entry);
+  return entries;
+}
+
 Text ProgramDirectory() {
   std::error_code fault;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", fault);
