@@ -46,7 +46,7 @@ void clsDataCopy::CopyProblemChanged(const Text& TableName, const Text& KXWBusCo
                               .ranges = {{"cprl", "", HighValueString(10)}},
                               .fields = {"cprl", "desc"},
                               .listing = "NetListProblems"};
-  if (process_.ErpGeneration == kGeneration3) problems.fields.push_back("cltp");
+  if (process_.ErpGeneration == kGeneration3) problems.fields.emplace_back("cltp");
   problems.change = [&](const Row& row, const Text& action) {
     if (action != "D") return ApplyProblemRow(row, TableName);
     CountDelete(SqlText("DELETE FROM ", TableName, " WHERE PROBLEM= ", Encoded(process_, row, "getProblem")));

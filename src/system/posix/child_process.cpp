@@ -15,8 +15,7 @@
 #include "base/runtime_error.h"
 #include "system/own_process.h"
 #include "system/posix/file_fault.h"
-
-extern char** environ;
+#include "system/posix/write_all.h"
 
 namespace zenqay {
 namespace {
@@ -64,12 +63,7 @@ struct Pipe {
 Descriptor InMemory(const Text& content) {
   Descriptor file(::memfd_create("input", MFD_CLOEXEC));
   if (file.number() < 0) RaiseNoRoom();
-  std::size_t written = 0;
-  while (written < content.size()) {
-    const ssize_t count = ::write(file.number(), content.data() + written, content.size() - written);
-    if (count < 0 && errno != EINTR) RaiseNoRoom();
-    if (count > 0) written += static_cast<std::size_t>(count);
-  }
+  if (WriteAll(file.number(), content) != 0) RaiseNoRoom();
   ::lseek(file.number(), 0, SEEK_SET);
   return file;
 }
@@ -77,6 +71,7 @@ Descriptor InMemory(const Text& content) {
 /// A list as exec takes it.
 std::vector<char*> Pointers(std::vector<Text>& texts) {
   std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (Text& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
   return pointers;
