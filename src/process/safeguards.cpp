@@ -16,7 +16,8 @@ std::optional<std::int64_t> Hundredths(std::string_view text) {
   const std::size_t point = text.find('.');
   const std::string_view whole = text.substr(0, point);
   Text places(point == std::string_view::npos ? "" : text.substr(point + 1));
-  const bool isNumber = !whole.empty() && whole.size() <= 3 && IsDigits(whole) && IsDigits(places) && places.size() <= 2;
+  const bool isNumber =
+      !whole.empty() && whole.size() <= 3 && IsDigits(whole) && IsDigits(places) && places.size() <= 2;
   const bool endsWithPoint = point != std::string_view::npos && places.empty();
   if (!isNumber || endsWithPoint) return std::nullopt;
   places.resize(2, '0');

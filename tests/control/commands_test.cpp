@@ -84,7 +84,7 @@ TEST_F(Zenqayctl, GivesAJobItsLine) {
   setup.Ctl({"run", "demo", "--table", "4", "--allow-sweep"});
 
   EXPECT_EQ(Replaced(setup.directory.Read("log/4.line"), setup.home(), "HOME"),
-            "Provider=SQLite;Data Source=HOME/service.db{}SERVICE{}4{}1{}HOME/log{}100{}-1{}{}1{}0{}3{}");
+            "Provider=SQLite;Data Source=HOME/service.db{}SERVICE{}4{}1{}HOME/log{}MAIN{}-1{}{}1{}0{}3{}");
   EXPECT_EQ(setup.directory.Read("log/journal"), "begin 4 with sweep limit 100%\nend 4\n");
 }
 

@@ -257,9 +257,9 @@ TEST(TracedComponents, WriteACallWhenItReturnsSoThatAnInnerOneComesFirst) {
 }
 
 TEST(TracedComponents, StandForWhatTheirObjectsStandFor) {
-  TracedHost traced;
   Journal other;
   ScriptedDatabase database(other);
+  TracedHost traced;  // its objects hold a recordset of the database
   database.Answer("Q", {{{"tableid", std::int16_t{5}}}});
   const auto rows = database.CreateRecordset();
   const auto connection = database.CreateConnection();
