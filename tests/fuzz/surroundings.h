@@ -1,6 +1,7 @@
 // The process-wide values in front of seams behind which there is nothing.
 #pragma once
 
+#include "doubles/refusing_log_file.h"
 #include "process/modDeclarations.h"
 
 namespace zenqay {
@@ -16,6 +17,7 @@ class Surroundings : private Platform, private ComponentHost, private Database {
   Text ProgramDirectory() override { return programDirectory_; }
   void SetTitle(const Text&) override {}
   void ShowMessageBox(const Text&) override {}
+  LogFile& Log() override { return log_; }
   void StartLogging(const Text&) override {}
   void NameCause(const Text&) override {}
 
@@ -24,6 +26,7 @@ class Surroundings : private Platform, private ComponentHost, private Database {
   std::shared_ptr<Recordset> CreateRecordset() override { return nullptr; }
 
   Text programDirectory_;
+  RefusingLogFile log_;
 };
 
 }  // namespace zenqay

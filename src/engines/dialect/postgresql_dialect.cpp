@@ -19,6 +19,8 @@ void TranslateForPostgreSql(std::string_view statement, Text& translated) {
   } else if (TakeUpdateStatistics(tokens)) {
     translated = "ANALYZE";
   }
+  const bool isGlued = !translated.empty() && SqlTokens(tokens).Next().begin() == tokens.position();
+  if (isGlued) translated += ' ';
   TranslateRest(tokens, statement, kForms, translated);
 }
 

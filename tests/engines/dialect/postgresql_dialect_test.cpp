@@ -32,7 +32,8 @@ TEST(TranslateForPostgreSql, ChangesWhatPostgreSqlDoesNotRead) {
       {"UPDATE STATISTICS SITES", "ANALYZE SITES"},
       {"SET DATEFORMAT YMD", ""},
       {"Alter session set current_schema= SERVICE", "SET search_path TO SERVICE"},
-      {"ALTER SESSION SET CURRENT_SCHEMA=\"My Schema\"", "SET search_path TO\"My Schema\""},
+      {"ALTER SESSION SET CURRENT_SCHEMA=\"My Schema\"", "SET search_path TO \"My Schema\""},
+      {"ALTER SESSION SET CURRENT_SCHEMA=SERVICE", "SET search_path TO SERVICE"},
   };
   for (const auto& [statement, translated] : cases) EXPECT_EQ(Translated(statement), translated) << statement;
 }
