@@ -5,6 +5,7 @@
 
 #include <map>
 #include <optional>
+#include <ostream>
 
 #include "doubles/disturbance.h"
 #include "doubles/temp_directory.h"
@@ -18,6 +19,11 @@ struct DemoJob {
 
   Text Name() const;
 };
+
+/// How test names and failures show it.
+inline void PrintTo(const DemoJob& job, std::ostream* out) {
+  *out << job.Name();
+}
 
 /// All tables of each generation in both ways, and one table of one generation in both.
 const std::vector<DemoJob>& DemoJobs();
