@@ -37,7 +37,7 @@ std::size_t TakeLength(const char*& bytes) {
   std::size_t length = 0;
   for (int shift = 0;; shift += 7) {
     const auto byte = static_cast<unsigned char>(*bytes++);
-    length |= std::size_t{byte & 0x7Fu} << shift;
+    length |= std::size_t{byte & 0x7FU} << shift;
     if (byte < 0x80) return length;
   }
 }
