@@ -20,10 +20,9 @@ bool Run(OsPlatform& platform) {
     std::cout << *answer << std::flush;
     return true;
   }
-  ComponentCatalogue catalogue(platform.ProgramDirectory(), TraceUse::Leave);
+  ComponentCatalogue catalogue(platform.ProgramDirectory());
   LocalDatabases databases;
-  modDeclarations process{.platform = platform, .components = catalogue, .database = databases};
-  return RunCheck(process, commandLine, std::cout);
+  return RunCheck(platform, catalogue, databases, commandLine, std::cout);
 }
 
 }  // namespace

@@ -22,10 +22,9 @@ using namespace zenqay;
 bool CheckJob(const Text& home, const Text& commandLine, std::ostream& out) {
   ::setenv("ZENQAY_HOME", home.c_str(), 1);
   OsPlatform platform(0, nullptr);
-  ComponentCatalogue catalogue(platform.ProgramDirectory(), TraceUse::Leave);
+  ComponentCatalogue catalogue(platform.ProgramDirectory());
   LocalDatabases databases;
-  modDeclarations process{.platform = platform, .components = catalogue, .database = databases};
-  return RunCheck(process, commandLine, out);
+  return RunCheck(platform, catalogue, databases, commandLine, out);
 }
 
 int Run(const std::vector<Text>& arguments) {

@@ -7,6 +7,7 @@
 #include "channel/control_channel.h"
 #include "components/component_catalogue.h"
 #include "contracts/control_channel.h"
+#include "contracts/heard_events.h"
 #include "engines/databases.h"
 #include "process/interruptible_components.h"
 #include "startup/modStartUp.h"
@@ -33,10 +34,12 @@ std::unique_ptr<ChannelDescriptor> ChannelOfStarter(OsPlatform& platform) {
 
 void RunTold(modDeclarations& process, const Text& commandLine, ChannelDescriptor& descriptor) {
   const auto channel = std::make_shared<ControlChannel>(descriptor);
-  std::optional<ToldEvents> events;
+  std::optional<HeardEvents> events;
   process.listener = channel;
   process.eventsThrough = [&, through = process.eventsThrough](DataCopyEvents& sinks) -> DataCopyEvents& {
-    return events.emplace(through(sinks), *channel);
+    return events.emplace(through(sinks), [&channel](std::string_view name, std::span<const Value> arguments) {
+      channel->Event(name, arguments);
+    });
   };
   channel->Begin(ProgramVersion());
   RunProcess(process, commandLine);
@@ -61,8 +64,9 @@ void Run(OsPlatform& platform) {
     if (!descriptor) return RunProcess(process, commandLine);
     RunTold(process, commandLine, *descriptor);
   };
-  if (Trace* trace = catalogue.trace()) {
-    TracedProcess traced(platform, catalogue, databases, *trace, stopRequest);
+  if (!catalogue.traceFile().empty()) {
+    Trace trace(catalogue.traceFile());
+    TracedProcess traced(platform, catalogue, databases, trace, stopRequest);
     run(traced.process);
   } else {
     InterruptibleComponents components(catalogue, *stopRequest);

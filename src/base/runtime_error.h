@@ -121,6 +121,16 @@ class RuntimeError : public std::exception {
 ///       const RuntimeError error = ErrorInFlight();
 RuntimeError ErrorInFlight() noexcept;
 
+/// What `ask` gives; what it fails with names the operation.
+template <typename Ask>
+auto Naming(std::string_view operation, Ask ask) {
+  try {
+    return ask();
+  } catch (...) {
+    throw ErrorInFlight().OfCall(operation);
+  }
+}
+
 /// What the platform says of a fault, without the thing it was about.
 const char* FaultText(PlatformFault fault);
 

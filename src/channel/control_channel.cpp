@@ -48,6 +48,26 @@ const char* WordOf(JobPhase phase) {
   return "";
 }
 
+/// How an event is told: its kind, and the keys of what stands behind its time and its table.
+struct EventForm {
+  std::string_view name;
+  const char* kind;
+  std::array<const char*, 3> keys;
+};
+
+constexpr EventForm kEvents[] = {
+    {"DataCopyAlreadyInProgress", channel::kInUse, {}},
+    {"DataCopyComplete", channel::kComplete, {channel::kInserted, channel::kUpdated, channel::kDeleted}},
+    {"DataCopydone", channel::kDone, {}},
+    {"DataCopyError", channel::kError, {channel::kNumber, channel::kDescription}},
+    {"DataCopyStarted", channel::kStarted, {}},
+};
+
+ordered_json JsonOf(const Value& value) {
+  if (const Text* text = value.If<Text>()) return *text;
+  return value.AsInt32();
+}
+
 void AddText(ordered_json& line, const char* key, const Text& text) {
   if (!text.empty()) line[key] = WithoutSecrets(text);
 }
@@ -66,17 +86,17 @@ void ControlChannel::End() {
   Write(LineOf(channel::kEnd));
 }
 
-void ControlChannel::Event(const char* kind, const Value& tableId, ordered_json values) {
-  ordered_json line = LineOf(kind);
-  line[channel::kId] = tableId.AsInt32();
-  line[channel::kTable] = tableName_;
-  line.update(values);
+void ControlChannel::Event(std::string_view name, std::span<const Value> arguments) {
+  const auto* form = std::ranges::find(kEvents, name, &EventForm::name);
+  ordered_json line = LineOf(form->kind);
+  if (arguments.empty()) {
+    hasTable_ = false;
+  } else {
+    line[channel::kId] = arguments[1].AsInt32();
+    line[channel::kTable] = tableName_;
+    for (std::size_t i = 2; i < arguments.size(); ++i) line[form->keys[i - 2]] = JsonOf(arguments[i]);
+  }
   Write(line);
-}
-
-void ControlChannel::Done() {
-  hasTable_ = false;
-  Write(LineOf(channel::kDone));
 }
 
 void ControlChannel::TableBegins(std::int32_t tableId, const Text& name) {
@@ -142,35 +162,6 @@ void ControlChannel::Write(const ordered_json& line) {
   if (outcome == ChannelDescriptor::Outcome::NotNow && mayBeLost) return;
   descriptor_.GiveUp();
   if (outcome == ChannelDescriptor::Outcome::ReaderGone) RequestStop();
-}
-
-void ToldEvents::DataCopyJob_DataCopyAlreadyInProgress(Value iTime, Value iTableName) {
-  channel_.Event(channel::kInUse, iTableName, ordered_json::object());
-  inner_.DataCopyJob_DataCopyAlreadyInProgress(iTime, iTableName);
-}
-
-void ToldEvents::DataCopyJob_DataCopyComplete(Value iTime, Value iTableName, Value icount, Value ucount, Value dcount) {
-  channel_.Event(channel::kComplete, iTableName,
-                 {{channel::kInserted, icount.AsInt32()},
-                  {channel::kUpdated, ucount.AsInt32()},
-                  {channel::kDeleted, dcount.AsInt32()}});
-  inner_.DataCopyJob_DataCopyComplete(iTime, iTableName, icount, ucount, dcount);
-}
-
-void ToldEvents::DataCopyJob_DataCopydone() {
-  channel_.Done();
-  inner_.DataCopyJob_DataCopydone();
-}
-
-void ToldEvents::DataCopyJob_DataCopyError(Value iTime, Value iTableName, Value ieNumber, Value ieMessage) {
-  channel_.Event(channel::kError, iTableName,
-                 {{channel::kNumber, ieNumber.AsInt32()}, {channel::kDescription, ieMessage.AsText()}});
-  inner_.DataCopyJob_DataCopyError(iTime, iTableName, ieNumber, ieMessage);
-}
-
-void ToldEvents::DataCopyJob_DataCopyStarted(Value iTime, Value iTableName) {
-  channel_.Event(channel::kStarted, iTableName, ordered_json::object());
-  inner_.DataCopyJob_DataCopyStarted(iTime, iTableName);
 }
 
 }  // namespace zenqay

@@ -4,9 +4,10 @@
 
 #include <chrono>
 #include <nlohmann/json_fwd.hpp>
+#include <span>
 
-#include "contracts/data_copy_events.h"
 #include "contracts/job_listener.h"
+#include "contracts/value.h"
 #include "system/channel_descriptor.h"
 
 namespace zenqay {
@@ -21,9 +22,8 @@ class ControlChannel : public JobListener {
   void Begin(const Text& programVersion);
   void End();
 
-  /// An event of the job, by its kind, with the values that it has.
-  void Event(const char* kind, const Value& tableId, nlohmann::ordered_json values);
-  void Done();
+  /// An event of the job, as HeardEvents tells it.
+  void Event(std::string_view name, std::span<const Value> arguments);
 
   bool wantsSweptRows() const override { return true; }
   void TableBegins(std::int32_t tableId, const Text& name) override;
@@ -46,22 +46,6 @@ class ControlChannel : public JobListener {
   Text tableName_;
   JobPhase phase_ = JobPhase::Start;
   Clock::time_point nextRows_;
-};
-
-/// Tells each event before its sink is called.
-class ToldEvents : public DataCopyEvents {
- public:
-  ToldEvents(DataCopyEvents& inner, ControlChannel& channel) : inner_(inner), channel_(channel) {}
-
-  void DataCopyJob_DataCopyAlreadyInProgress(Value iTime, Value iTableName) override;
-  void DataCopyJob_DataCopyComplete(Value iTime, Value iTableName, Value icount, Value ucount, Value dcount) override;
-  void DataCopyJob_DataCopydone() override;
-  void DataCopyJob_DataCopyError(Value iTime, Value iTableName, Value ieNumber, Value ieMessage) override;
-  void DataCopyJob_DataCopyStarted(Value iTime, Value iTableName) override;
-
- private:
-  DataCopyEvents& inner_;
-  ControlChannel& channel_;
 };
 
 }  // namespace zenqay

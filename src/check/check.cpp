@@ -16,7 +16,10 @@ void CheckManagers(modDeclarations& process, const JobLine& line, const std::vec
 
 }  // namespace
 
-bool RunCheck(modDeclarations& process, const Text& commandLine, std::ostream& out) {
+bool RunCheck(Platform& platform, ComponentCatalogue& catalogue, Database& database, const Text& commandLine,
+              std::ostream& out) {
+  modDeclarations process{.platform = platform, .components = catalogue, .database = database};
+  process.safeguards = catalogue.safeguards();
   CheckReport report(out);
   JobLine line;
   const bool hasLine = CheckLine(process, commandLine, line, report);
@@ -24,6 +27,8 @@ bool RunCheck(modDeclarations& process, const Text& commandLine, std::ostream& o
   CheckLabels(process, report);
   const bool hasComponents = CheckComponents(process, report);
   if (hasComponents) {
+    CheckTrace(catalogue.traceFile(), report);
+    TellSweepLimit(process.safeguards.sweep, report);
     CheckErp(process, hasLine ? &line : nullptr, report);
   } else {
     report.LeaveOut("ERP adapter, dates and status component", "the components");

@@ -50,6 +50,10 @@ bool Connect(const JobLine& line, const std::shared_ptr<Connection>& connection,
   }
 }
 
+bool IsFile(const JobLine& line) {
+  return EqualsIgnoringCase(ConnectionString(line.connectionString).Value("Provider"), "SQLite");
+}
+
 /// A job also writes: the file itself, and its log beside it.
 void CheckFileIsWritable(const Text& dataSource, CheckReport& report) {
   const std::filesystem::path path = std::filesystem::absolute(NativePath(dataSource));
@@ -63,9 +67,8 @@ void CheckFileIsWritable(const Text& dataSource, CheckReport& report) {
 }
 
 void CheckLogin(const JobLine& line, CheckReport& report) {
-  const ConnectionString read(line.connectionString);
-  if (EqualsIgnoringCase(read.Value("Provider"), "SQLite")) {
-    CheckFileIsWritable(read.Value("Data Source"), report);
+  if (IsFile(line)) {
+    CheckFileIsWritable(ConnectionString(line.connectionString).Value("Data Source"), report);
   } else {
     report.Ok("login");
   }
@@ -105,6 +108,17 @@ bool CheckControlTables(modDeclarations& process, const std::shared_ptr<Connecti
     complete = false;
   }
   return complete;
+}
+
+/// Proves that the database has locks that keep others out, by one that no job asks for. Beside a file it would leave
+/// the file of its locks behind, so there it is only said.
+void CheckLock(const JobLine& line, Connection& connection, CheckReport& report) {
+  constexpr const char* kNoTable = "zenqay-dbsync-check";
+  report.Step("table lock", [&]() -> Text {
+    if (IsFile(line)) return "a file beside the database";
+    if (connection.TakeLock(kNoTable)) connection.GiveLockBack(kNoTable);
+    return "the database's";
+  });
 }
 
 Text RegisteredTables(const modDeclarations& process) {
@@ -149,6 +163,7 @@ bool CheckDatabase(modDeclarations& process, const JobLine& line, std::shared_pt
     failed = 4;
   }
   if (failed > 0) LeaveOutBehind(failed, report);
+  if (process.safeguards.lock != TableLock::NotUsed) CheckLock(line, *connection, report);
   return failed == 0;
 }
 

@@ -47,12 +47,11 @@ void CheckCriteria(modDeclarations& process, CheckReport& report) {
 
 /// Every manager is asked in the same way: all keys by ranges of a lowest and a highest value, or what changed by the
 /// ERP's table and the criteria.
-void RequireListing(const Object& manager, const Text& managerClass, std::int16_t syncMethod) {
-  const std::optional<ManagerClass> names = ManagerClass::Read(managerClass);
+void RequireListing(const Object& manager, const EntitySource& source, std::int16_t syncMethod) {
+  const std::optional<ManagerClass> names = ManagerClass::Read(source.managerClass);
   manager.RequireCallable("Initialize", 1);
-  if (syncMethod == kOnlyChanged) {
-    manager.RequireCallable("NetList" + names->plural, 2);
-  } else {
+  if (syncMethod == kOnlyChanged) manager.RequireCallable("NetList" + names->plural, 2);
+  if (syncMethod != kOnlyChanged || source.listsForChanges) {
     manager.RequireCallable("List", 2 * KeyCountOf(names->fileStem));
   }
   manager.RequireCallable("Close", 0);
@@ -81,7 +80,7 @@ void CheckManager(modDeclarations& process, const JobLine& line, const Text& tab
   }
   report.Step(step, [&] {
     const Object manager = process.components.Create(source->managerClass);
-    RequireListing(manager, source->managerClass, line.syncMethod);
+    RequireListing(manager, *source, line.syncMethod);
     return Text(source->managerClass);
   });
 }

@@ -4,6 +4,7 @@
 
 #include "check/label_keys.h"
 #include "process/labels.h"
+#include "system/output_file.h"
 #include "system/paths.h"
 #include "system/xml_file.h"
 
@@ -47,6 +48,29 @@ bool CheckComponents(modDeclarations& process, CheckReport& report) {
     report.Warn(kStep, "there is no " + path + ": nothing but dates is served");
   }
   return true;
+}
+
+void CheckTrace(const Text& file, CheckReport& report) {
+  if (file.empty()) return;
+  constexpr const char* kStep = "trace";
+  const std::optional<PlatformFault> fault = AppendFault(file);
+  if (!fault) {
+    report.Ok(kStep, file);
+  } else if (*fault == PlatformFault::DiskFull) {
+    report.Warn(kStep, file + " would end at once: the disk is full");
+  } else {
+    report.Mend(kStep, CheckReport::ErrorText(RuntimeError(PlatformFault::PathAccess, file)));
+  }
+}
+
+void TellSweepLimit(const SweepLimits& sweep, CheckReport& report) {
+  Text limits = sweep.general ? sweep.general->text() : "";
+  for (const auto& [table, limit] : sweep.ofTables) {
+    limits += (limits.empty() ? "" : ", ") + table + " " + limit.text();
+  }
+  if (limits.empty()) return;
+  if (sweep.from > 0) limits += "; never of fewer than " + std::to_string(sweep.from) + " rows";
+  report.Ok("sweep limit", limits);
 }
 
 }  // namespace zenqay

@@ -7,7 +7,6 @@
 #include "components/files/file_host.h"
 #include "components/safeguard_elements.h"
 #include "components/status/status_components.h"
-#include "system/output_file.h"
 #include "system/xml_file.h"
 
 #ifdef ZENQAY_HAS_JVM
@@ -39,18 +38,10 @@ constexpr HostKind kHostKinds[] = {
     {"jvm", MakeJvm},
 };
 
-bool CouldWrite(const std::filesystem::path& path) {
-  std::error_code ignored;
-  if (std::filesystem::exists(path, ignored)) {
-    return !std::filesystem::is_directory(path, ignored) && MayWriteFile(path.string());
-  }
-  return MayWriteIn(path.parent_path().string());
-}
-
 }  // namespace
 
-ComponentCatalogue::ComponentCatalogue(const Text& homeDirectory, TraceUse traceUse)
-    : directory_(homeDirectory), path_(homeDirectory + "/Components.xml"), traceUse_(traceUse) {
+ComponentCatalogue::ComponentCatalogue(const Text& homeDirectory)
+    : directory_(homeDirectory), path_(homeDirectory + "/Components.xml") {
   try {
     Read();
     TakeSweepLimitOfThisRun(safeguards_.sweep);
@@ -91,7 +82,7 @@ void ComponentCatalogue::Read() {
     if (name == "HOST") {
       ReadHost(element);
     } else if (name == "TRACE") {
-      ReadTrace(element);
+      traceFile_ = ElementOf(element).RequiredPath("file");
     } else if (name == "SWEEP") {
       safeguards_.sweep = ReadSweep(ElementOf(element));
     } else if (name == "LOCK") {
@@ -111,15 +102,6 @@ void ComponentCatalogue::ReadHost(pugi::xml_node node) {
     throw RuntimeError(PlatformFault::InvalidCall, element.Place() + ": unknown kind \"" + kind + "\"");
   }
   entries_.push_back({prefix, kind, known->make(element, FormerHost(kind))});
-}
-
-void ComponentCatalogue::ReadTrace(pugi::xml_node node) {
-  const Text path = ElementOf(node).RequiredPath("file");
-  if (traceUse_ == TraceUse::Write) {
-    trace_ = std::make_unique<Trace>(path);
-  } else if (!CouldWrite(path)) {
-    throw RuntimeError(PlatformFault::PathAccess, path);
-  }
 }
 
 std::shared_ptr<ComponentHost> ComponentCatalogue::FormerHost(const Text& kind) const {

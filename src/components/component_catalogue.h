@@ -5,14 +5,11 @@
 #include <optional>
 #include <vector>
 
+#include "base/runtime_error.h"
 #include "components/catalogue_element.h"
 #include "process/safeguards.h"
-#include "trace/trace.h"
 
 namespace zenqay {
-
-/// Whether the trace that a catalogue asks for is written, or only looked at, for who must not write anything.
-enum class TraceUse { Write, Leave };
 
 /// The hosts of one run, in the order of their entries; the first whose prefix a class id starts with serves it.
 /// Without a Components.xml only the builtin date objects exist.
@@ -30,7 +27,7 @@ class ComponentCatalogue : public ComponentHost {
  public:
   /// Reads the catalogue. What is wrong with it is kept for RequireUsable, so that it is reported behind the check of
   /// the command line, by the path that every failure at start takes.
-  explicit ComponentCatalogue(const Text& homeDirectory, TraceUse traceUse = TraceUse::Write);
+  explicit ComponentCatalogue(const Text& homeDirectory);
 
   void RequireUsable() override;
   Object Create(const Text& classId) override;
@@ -38,8 +35,8 @@ class ComponentCatalogue : public ComponentHost {
   /// What a person should know although it is usable: that there is no such file. Empty otherwise.
   const Text& remark() const { return remark_; }
 
-  /// The trace that the catalogue asks for; null when it asks for none or the trace is left.
-  Trace* trace() { return trace_.get(); }
+  /// The file of the trace that TRACE asks for, as a path of the operating system; empty without one.
+  const Text& traceFile() const { return traceFile_; }
 
   /// What SWEEP and LOCK ask for. ZENQAY_SWEEP_LIMIT in the environment stands for every limit of SWEEP.
   const Safeguards& safeguards() const { return safeguards_; }
@@ -53,15 +50,13 @@ class ComponentCatalogue : public ComponentHost {
 
   void Read();
   void ReadHost(pugi::xml_node node);
-  void ReadTrace(pugi::xml_node node);
   std::shared_ptr<ComponentHost> FormerHost(const Text& kind) const;
   CatalogueElement ElementOf(pugi::xml_node node) const { return {directory_, path_, node}; }
 
   Text directory_;
   Text path_;
   std::vector<Entry> entries_;
-  TraceUse traceUse_;
-  std::unique_ptr<Trace> trace_;
+  Text traceFile_;
   Safeguards safeguards_;
   std::optional<RuntimeError> fault_;
   Text remark_;

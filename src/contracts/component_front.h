@@ -1,6 +1,7 @@
 // An object in front of a component's own, such as one that looks at each call before it is made.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "contracts/value.h"
@@ -13,6 +14,13 @@ class ComponentFront : public Component {
 
   const Object& inner() const { return inner_; }
   Value Default() const override { return inner_.Default(); }
+  void RequireCallable(std::string_view operation, std::size_t argumentCount) override {
+    inner_.RequireCallable(operation, argumentCount);
+  }
+
+ protected:
+  /// The component behind the front, whose failures come as they are: what asked in front of it names the operation.
+  Component& behind() const { return *inner_.component(); }
 
  private:
   Object inner_;
@@ -26,10 +34,19 @@ inline Value BehindFront(const Value& value) {
   return front == nullptr ? value : Value(front->inner());
 }
 
-/// Calls an operation of the object behind a front: the component gets its own objects, and what it assigns to the
-/// caller's variables is given to them through `put`, which may put fronts before them.
-template <typename Put>
-Value CallBehindFront(const Object& inner, std::string_view operation, Arguments arguments, Put put) {
+/// What the caller gets to see: an object with a front before it, which is made from the object and `what`. Any other
+/// value stays as it is.
+template <typename Front, typename... What>
+Value WithFront(Value value, What&&... what) {
+  const Object* object = value.If<Object>();
+  if (object == nullptr || object->IsNothing()) return value;
+  return Object(std::make_shared<Front>(*object, std::forward<What>(what)...));
+}
+
+/// Calls an operation of the component behind a front: the component gets its own objects, and what it assigns to the
+/// caller's variables is given to them through `withFront`.
+template <typename PutFront>
+Value CallBehindFront(Component& behind, std::string_view operation, Arguments arguments, PutFront withFront) {
   std::vector<Value> variables;
   for (const Argument& argument : arguments) variables.push_back(BehindFront(argument.value()));
   std::vector<Argument> passed;
@@ -37,9 +54,9 @@ Value CallBehindFront(const Object& inner, std::string_view operation, Arguments
     passed.push_back(arguments[i].byReference() ? Argument::ByReference(variables[i]) : Argument(variables[i]));
   }
   const std::vector<Value> before = variables;
-  Value result = inner.Call(operation, Arguments(passed));
+  Value result = behind.Call(operation, Arguments(passed));
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    if (variables[i] != before[i]) arguments[i].Assign(put(variables[i]));
+    if (variables[i] != before[i]) arguments[i].Assign(withFront(variables[i]));
   }
   return result;
 }

@@ -21,6 +21,7 @@ struct EntitySource {
   std::span<const char* const> columns;  // of the local table: all that the statements name
   std::span<const KeyField> keys;        // by which a row's statements find its local row
   bool isFollowedByWarrantyExpiry = false;
+  bool listsForChanges = false;  // an only-changed pass completes its rows by the listing of a full copy
 };
 
 struct Entity {

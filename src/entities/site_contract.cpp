@@ -26,7 +26,7 @@ constexpr KeyField kKeys8[] = {{"getCluster", "SITE"},
 
 constexpr EntitySource kSources[] = {
     {kGeneration3, "Kv50QTMtsctmContractConfigurationLines.ContractConfigurationLinesManager", "tsctm310", "STIT0095",
-     kColumns3, kKeys3},
+     kColumns3, kKeys3, /*isFollowedByWarrantyExpiry=*/false, /*listsForChanges=*/true},
     {kGeneration8, "Kv61QTMtsctmContractConfigurationLines.ContractConfigurationLinesManager", "tsctm110", "STIT0097",
      kColumns8, kKeys8},
 };

@@ -4,33 +4,10 @@
 // names the operation, goes to the failure path of the pass. An empty reference raises 91 at its first use.
 #pragma once
 
-#include "base/runtime_error.h"
-#include "contracts/value.h"
+#include "contracts/named_calls.h"
 #include "erp/row_key.h"
 
 namespace zenqay {
-
-/// What `ask` gives; what it fails with names the operation.
-template <typename Ask>
-auto Naming(std::string_view operation, Ask ask) {
-  try {
-    return ask();
-  } catch (...) {
-    throw ErrorInFlight().OfCall(operation);
-  }
-}
-
-/// The same for what asks an object. An empty reference raises its 91 as everywhere: no component was asked.
-template <typename Ask>
-auto Naming(const Object& object, std::string_view operation, Ask ask) {
-  return object.IsNothing() ? ask() : Naming(operation, ask);
-}
-
-/// A call of what has no words of its own here.
-template <typename... Args>
-Value CallNamed(const Object& object, std::string_view operation, Args&&... arguments) {
-  return Naming(object, operation, [&] { return object.Call(operation, std::forward<Args>(arguments)...); });
-}
 
 /// One record of a listing. A field is asked for anew at each use; what the row has said of its key is kept for
 /// failures alone.

@@ -1,6 +1,7 @@
 #include "erp/date_bridge.h"
 
 #include "base/numbers.h"
+#include "contracts/named_calls.h"
 #include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
 
@@ -15,20 +16,20 @@ bool ShiftsByZone(const modDeclarations& process) {
 /// The date object's local fields as a date value of the system.
 DateTime ReadFields(const Object& date) {
   DateTimeParts parts;
-  parts.year = RoundToInt16(date.Call("getYear").AsDouble() + 1900);
-  parts.month = RoundToInt16(date.Call("getMonth").AsDouble() + 1);
-  parts.day = RoundToInt16(date.Call("getDate").AsDouble());
-  parts.hour = RoundToInt16(date.Call("getHours").AsDouble());
-  parts.minute = RoundToInt16(date.Call("getMinutes").AsDouble());
-  parts.second = RoundToInt16(date.Call("getSeconds").AsDouble());
+  parts.year = RoundToInt16(CallForDouble(date, "getYear") + 1900);
+  parts.month = RoundToInt16(CallForDouble(date, "getMonth") + 1);
+  parts.day = RoundToInt16(CallForDouble(date, "getDate"));
+  parts.hour = RoundToInt16(CallForDouble(date, "getHours"));
+  parts.minute = RoundToInt16(CallForDouble(date, "getMinutes"));
+  parts.second = RoundToInt16(CallForDouble(date, "getSeconds"));
   return DateTime::FromParts(parts);
 }
 
 /// January 1900 and everything before it counts as no date. All three fields are asked for, whatever the first says.
 bool IsNoDate(const Object& date) {
-  const std::int32_t year = date.Call("getYear").AsInt32();
-  const std::int32_t month = date.Call("getMonth").AsInt32();
-  const std::int32_t yearAgain = date.Call("getYear").AsInt32();
+  const std::int32_t year = CallForInt32(date, "getYear");
+  const std::int32_t month = CallForInt32(date, "getMonth");
+  const std::int32_t yearAgain = CallForInt32(date, "getYear");
   return (year == 0 && month == 0) || yearAgain < 0;
 }
 
@@ -38,23 +39,23 @@ void InitErpDateLimits(modDeclarations& process) {
   process.MinimumDate = process.components.Create(kDateClass);
   process.MaximumDate = process.components.Create(kDateClass);
   Object calendar = process.components.Create(kCalendarClass);
-  const Value field = calendar.Get("ZONE_OFFSET");
-  const double zoneMilliseconds = calendar.Call("get", field).AsDouble();
+  const Value field = GetNamed(calendar, "ZONE_OFFSET");
+  const double zoneMilliseconds = Naming("get", [&] { return calendar.Call("get", field).AsDouble(); });
   const std::int32_t zoneMinutes = RoundToInt32(zoneMilliseconds / 1000 / 60 * -1);
   calendar.Release();
 
-  process.MinimumDate.Call("setTime", 0);
-  process.MinimumDate.Call("setDate", 1);
-  process.MinimumDate.Call("setmonth", 0);
-  process.MinimumDate.Call("SetYear", 70);
-  process.MinimumDate.Call("setMinutes", -zoneMinutes);
+  CallNamed(process.MinimumDate, "setTime", 0);
+  CallNamed(process.MinimumDate, "setDate", 1);
+  CallNamed(process.MinimumDate, "setmonth", 0);
+  CallNamed(process.MinimumDate, "SetYear", 70);
+  CallNamed(process.MinimumDate, "setMinutes", -zoneMinutes);
 
-  process.MaximumDate.Call("setDate", 19);
-  process.MaximumDate.Call("setmonth", 0);
-  process.MaximumDate.Call("SetYear", 138);
-  process.MaximumDate.Call("setHours", 3);
-  process.MaximumDate.Call("setMinutes", 14 - zoneMinutes);
-  process.MaximumDate.Call("setSeconds", 7);
+  CallNamed(process.MaximumDate, "setDate", 19);
+  CallNamed(process.MaximumDate, "setmonth", 0);
+  CallNamed(process.MaximumDate, "SetYear", 138);
+  CallNamed(process.MaximumDate, "setHours", 3);
+  CallNamed(process.MaximumDate, "setMinutes", 14 - zoneMinutes);
+  CallNamed(process.MaximumDate, "setSeconds", 7);
 }
 
 bool ConvertErpDateToSql(modDeclarations& process, const Object& date, bool) {
@@ -63,10 +64,10 @@ bool ConvertErpDateToSql(modDeclarations& process, const Object& date, bool) {
     if (IsNoDate(date)) return false;
     if (ShiftsByZone(process)) {
       Object now = process.components.Create(kDateClass);
-      const std::int32_t zoneOffset = now.Call("getTimeZoneOffset").AsInt32();
+      const std::int32_t zoneOffset = CallForInt32(now, "getTimeZoneOffset");
       now.Release();
-      const std::int32_t minutes = date.Call("getMinutes").AsInt32();
-      date.Call("setMinutes", CheckedAdd(minutes, zoneOffset));
+      const std::int32_t minutes = CallForInt32(date, "getMinutes");
+      CallNamed(date, "setMinutes", CheckedAdd(minutes, zoneOffset));
     }
     Text literal = FormatDateTimeText(ReadFields(date));
     process.DateLiteral = WrapSqlDateTime(process, literal);
@@ -83,12 +84,12 @@ bool ConvertErpDateToSql(modDeclarations& process, const Object& date, bool) {
 Object GetCurrentErpDate(modDeclarations& process) {
   const Object date = process.components.Create(kDateClass);
   const DateTimeParts today = process.platform.Now().Parts();
-  date.Call("setDate", today.day);
-  date.Call("setmonth", today.month - 1);
-  date.Call("SetYear", today.year - 1900);
-  date.Call("setHours", process.platform.Now().Parts().hour);
-  date.Call("setMinutes", process.platform.Now().Parts().minute);
-  date.Call("setSeconds", process.platform.Now().Parts().second);
+  CallNamed(date, "setDate", today.day);
+  CallNamed(date, "setmonth", today.month - 1);
+  CallNamed(date, "SetYear", today.year - 1900);
+  CallNamed(date, "setHours", process.platform.Now().Parts().hour);
+  CallNamed(date, "setMinutes", process.platform.Now().Parts().minute);
+  CallNamed(date, "setSeconds", process.platform.Now().Parts().second);
   return date;
 }
 
@@ -96,9 +97,9 @@ Text GetCurrentSqlDateTime(modDeclarations& process) {
   try {
     const Object date = process.components.Create(kDateClass);
     if (ShiftsByZone(process)) {
-      const std::int32_t minutes = date.Call("getMinutes").AsInt32();
-      const std::int32_t zoneOffset = date.Call("getTimeZoneOffset").AsInt32();
-      date.Call("setMinutes", CheckedAdd(minutes, zoneOffset));
+      const std::int32_t minutes = CallForInt32(date, "getMinutes");
+      const std::int32_t zoneOffset = CallForInt32(date, "getTimeZoneOffset");
+      CallNamed(date, "setMinutes", CheckedAdd(minutes, zoneOffset));
     }
     Text literal = FormatDateTimeText(ReadFields(date));
     return WrapSqlDateTime(process, literal);

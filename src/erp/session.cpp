@@ -1,6 +1,6 @@
 #include "erp/session.h"
 
-#include "erp/component_contract.h"
+#include "contracts/named_calls.h"
 #include "process/QTMDeclarations.h"
 #include "process/labels.h"
 #include "process/logs.h"
@@ -12,11 +12,15 @@ bool AdapterIsNewEnough(modDeclarations& process) {
   return AdapterVersion(process) > kLastRefusedVersion;
 }
 
+Object ObjectOf(const Object& owner, std::string_view property) {
+  return Naming(owner, property, [&] { return owner.Get(property).AsObject(); });
+}
+
 }  // namespace
 
 double AdapterVersion(modDeclarations& process) {
   const Object info = process.components.Create(kAdapterInfoClass);
-  return info.Get("getVersion").AsDouble();
+  return Naming(info, "getVersion", [&] { return info.Get("getVersion").AsDouble(); });
 }
 
 bool OpenErpSession(modDeclarations& process) {
@@ -24,8 +28,8 @@ bool OpenErpSession(modDeclarations& process) {
     if (!AdapterIsNewEnough(process)) return false;
     if (process.ErpSession.IsNothing()) {
       const Object access = process.components.Create(kAdapterAccessClass);
-      const Object toolkit = access.Get("kxiToolKit_getDefaultToolkit").AsObject();
-      process.ErpSession = toolkit.Get("createUserSession").AsObject();
+      const Object toolkit = ObjectOf(access, "kxiToolKit_getDefaultToolkit");
+      process.ErpSession = ObjectOf(toolkit, "createUserSession");
     }
     return true;
   } catch (...) {

@@ -1,6 +1,7 @@
 #include "localdb/copy_state.h"
 
 #include "base/numbers.h"
+#include "contracts/named_calls.h"
 #include "localdb/sql_literals.h"
 #include "process/QTMDeclarations.h"
 #include "process/labels.h"
@@ -39,9 +40,9 @@ void StoreCopyInProgress(modDeclarations& process, const Text& tableName, const 
 void SetMinutesOf(modDeclarations& process, const Object& date, int minute, std::int32_t zoneOffset) {
   const Text product = process.ProductId;
   if (product == "4010" || product == "4009") {
-    date.Call("setMinutes", minute - zoneOffset);
+    CallNamed(date, "setMinutes", minute - zoneOffset);
   } else if (product == "1028") {
-    date.Call("setMinutes", minute);
+    CallNamed(date, "setMinutes", minute);
   }
 }
 
@@ -95,19 +96,19 @@ Object GetLastUpdateDate(modDeclarations& process, const Text& tableName) {
   const Text query = StateQuery(tableName);
   const Object date = process.components.Create(kDateClass);
   OpenStateQuery(process, *row, query);
-  const std::int32_t zoneOffset = date.Call("getTimeZoneOffset").AsInt32();
+  const std::int32_t zoneOffset = CallForInt32(date, "getTimeZoneOffset");
   if (row->RecordCount() > 0 && row->FieldValue("lutm").IsGreaterThan(0)) {
     const DateTimeParts stored = row->FieldValue("lutm").AsDateTime().Parts();
-    date.Call("setDate", stored.day);
-    date.Call("setmonth", stored.month - 1);
-    date.Call("SetYear", stored.year - 1900);
-    date.Call("setHours", stored.hour);
-    date.Call("setSeconds", stored.second);
+    CallNamed(date, "setDate", stored.day);
+    CallNamed(date, "setmonth", stored.month - 1);
+    CallNamed(date, "SetYear", stored.year - 1900);
+    CallNamed(date, "setHours", stored.hour);
+    CallNamed(date, "setSeconds", stored.second);
     SetMinutesOf(process, date, stored.minute, zoneOffset);
   } else {
-    date.Call("setDate", 1);
-    date.Call("setmonth", 0);
-    date.Call("SetYear", 70);
+    CallNamed(date, "setDate", 1);
+    CallNamed(date, "setmonth", 0);
+    CallNamed(date, "SetYear", 70);
   }
   row->Close();
   return date;

@@ -1,5 +1,6 @@
 #include "localdb/sql_literals.h"
 
+#include "contracts/named_calls.h"
 #include "process/logs.h"
 
 namespace zenqay {
@@ -34,7 +35,7 @@ Text SQLEncodeForDate(const Value& i_sDateValue) {
 }
 
 Text SQLEncodeForDateTime(const Object& date) {
-  return "'" + date.Call("toLocaleString").Joined() + "'";
+  return "'" + CallNamed(date, "toLocaleString").Joined() + "'";
 }
 
 Text HighValueString(std::int16_t length) {

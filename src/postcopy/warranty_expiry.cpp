@@ -1,7 +1,6 @@
 #include "postcopy/warranty_expiry.h"
 
 #include "base/numbers.h"
-#include "erp/component_contract.h"
 #include "job/clsDataCopy.h"
 #include "localdb/sql_literals.h"
 

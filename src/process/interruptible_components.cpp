@@ -5,8 +5,6 @@
 namespace zenqay {
 namespace {
 
-void PutFront(Value& value, const Interruption& interruption);
-
 class InterruptibleComponent : public ComponentFront {
  public:
   InterruptibleComponent(Object inner, const Interruption& interruption)
@@ -15,45 +13,35 @@ class InterruptibleComponent : public ComponentFront {
   Value Call(std::string_view operation, Arguments arguments) override {
     interruption_.Check();
     // Nearly all calls are those of rows, without arguments.
-    Value result = arguments.empty() ? inner().component()->Call(operation, arguments)
-                                     : CallBehindFront(inner(), operation, arguments, [this](Value value) {
-                                         PutFront(value, interruption_);
-                                         return value;
-                                       });
-    PutFront(result, interruption_);
-    return result;
+    if (arguments.empty()) return WithFront(behind().Call(operation, arguments));
+    return WithFront(
+        CallBehindFront(behind(), operation, arguments, [this](Value value) { return WithFront(std::move(value)); }));
   }
 
   Value Get(std::string_view property) override {
     interruption_.Check();
-    Value result = inner().Get(property);
-    PutFront(result, interruption_);
-    return result;
+    return WithFront(behind().Get(property));
   }
 
   void Put(std::string_view property, const Value& value) override {
     interruption_.Check();
-    inner().Put(property, BehindFront(value));
+    behind().Put(property, BehindFront(value));
   }
 
  private:
+  Value WithFront(Value value) const {
+    return zenqay::WithFront<InterruptibleComponent>(std::move(value), interruption_);
+  }
+
   const Interruption& interruption_;
 };
-
-/// Puts a front before an object; any other value stays as it is.
-void PutFront(Value& value, const Interruption& interruption) {
-  const Object* object = value.If<Object>();
-  if (object == nullptr || object->IsNothing()) return;
-  value = Object(std::make_shared<InterruptibleComponent>(*object, interruption));
-}
 
 }  // namespace
 
 Object InterruptibleComponents::Create(const Text& classId) {
   interruption_.Check();
-  Value created = inner_.Create(classId);
-  PutFront(created, interruption_);
-  return created.AsObject();
+  const Object created = inner_.Create(classId);
+  return WithFront<InterruptibleComponent>(created, interruption_).AsObject();
 }
 
 }  // namespace zenqay

@@ -1,5 +1,6 @@
 #include "startup/clsDataCopyHandler.h"
 
+#include "contracts/named_calls.h"
 #include "localdb/table_registry.h"
 #include "process/QTMDeclarations.h"
 #include "process/labels.h"
@@ -32,9 +33,10 @@ void clsDataCopyHandler::HandleDataCopy(const Text& ConnString, const Text& DBNa
 void clsDataCopyHandler::ObtainStatusComponent(Object& creator) {
   creator = process_.components.Create(kStatusClass);
   Value instance = process_.InstanceNumber;
-  StatusComponent = creator.Call("getInstance", Argument::ByReference(instance)).AsObject();
+  StatusComponent = Naming(creator, "getInstance",
+                           [&] { return creator.Call("getInstance", Argument::ByReference(instance)).AsObject(); });
   process_.InstanceNumber = instance.AsInt16();  // passed by reference, so the component may change it
-  creator.Put("CurrentInstanceNumber", process_.InstanceNumber);
+  PutNamed(creator, "CurrentInstanceNumber", process_.InstanceNumber);
   creator.Release();
   if (StatusComponent.IsNothing()) throw RuntimeError(100, "Handle Data Copy", GetLabel(process_, "SLBL0120"));
 }
@@ -68,7 +70,7 @@ void clsDataCopyHandler::DataCopyJob_DataCopyError(Value iTime, Value iTableName
     SendMessage(iTime, FilledLabel(process_, "SLBL0006", GetTableCaption(process_, id), GetErpTableId(process_, id)));
     StatusMessage =
         FilledLabel(process_, "SLBL0133", GetTableName(process_, id), ieNumber.AsText(), ieMessage.AsText());
-    StatusComponent.Call("WriteToAlertBox", Argument::ByReference(iTime), Argument::ByReference(StatusMessage));
+    CallNamed(StatusComponent, "WriteToAlertBox", Argument::ByReference(iTime), Argument::ByReference(StatusMessage));
     SendSyncStatus(iTableName, kSyncFailed);
   }
   SendTableStatus(iTableName, kTableFailed);
@@ -92,18 +94,18 @@ std::int32_t clsDataCopyHandler::LookupId(const Value& iTableName) const {
 
 void clsDataCopyHandler::SendMessage(Value& iTime, const Text& message) {
   StatusMessage = message;
-  StatusComponent.Call("writeToMessageBox", Argument::ByReference(iTime), Argument::ByReference(StatusMessage));
+  CallNamed(StatusComponent, "writeToMessageBox", Argument::ByReference(iTime), Argument::ByReference(StatusMessage));
 }
 
 void clsDataCopyHandler::SendSyncStatus(Value& iTableName, std::int16_t status) {
-  StatusComponent.Call("UpdateSyncStatus", Argument::ByReference(iTableName), status);
+  CallNamed(StatusComponent, "UpdateSyncStatus", Argument::ByReference(iTableName), status);
 }
 
 void clsDataCopyHandler::SendTableStatus(Value& iTableName, std::int32_t status) {
   if (!process_.TableStatusEnabled) return;
   Value handle = process_.StatusHandle;
-  StatusComponent.Call("UpdateStatusByTable", Argument::ByReference(handle), Argument::ByReference(iTableName), status,
-                       Argument::ByReference(StatusDetail));
+  CallNamed(StatusComponent, "UpdateStatusByTable", Argument::ByReference(handle), Argument::ByReference(iTableName),
+            status, Argument::ByReference(StatusDetail));
   process_.StatusHandle = handle.AsInt32();  // passed by reference too
 }
 

@@ -33,8 +33,11 @@ void CleanOfSecrets(ordered_json& value) {
 
 }  // namespace
 
-Trace::Trace(const Text& path) : path_(Replaced(path, "%p", std::to_string(ProcessId()))) {
-  if (file_.OpenPrivate(path_)) throw RuntimeError(PlatformFault::PathAccess, path_);
+Trace::Trace(const Text& path)
+    : path_(Replaced(path, "%p", std::to_string(ProcessId()))), isUsable_(!file_.OpenPrivate(path_)) {}
+
+void Trace::RequireUsable() const {
+  if (!isUsable_) throw RuntimeError(PlatformFault::PathAccess, path_);
 }
 
 void Trace::Write(std::string_view kind, ordered_json rest) {
@@ -52,7 +55,7 @@ void Trace::Put(std::string_view kind, const ordered_json& rest) {
   if (platform_ != nullptr) platform_->NameCause("the trace ends here: " + Text(FaultText(*fault)) + ": " + path_);
 }
 
-void Trace::Event(std::string_view name, std::initializer_list<Value> arguments) {
+void Trace::Event(std::string_view name, std::span<const Value> arguments) {
   ordered_json shown = ordered_json::array();
   for (const Value& argument : arguments) shown.push_back(Shown(argument));
   Write("event", {{"name", name}, {"args", std::move(shown)}});

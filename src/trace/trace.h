@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -18,8 +18,12 @@ namespace zenqay {
 class Trace {
  public:
   /// Replaces the file at `path` (a path of the operating system), in whose name "%p" stands for the process id. Only
-  /// its owner may read it: it holds the data that was copied. Raises 75 when it cannot be written.
+  /// its owner may read it: it holds the data that was copied. That it cannot be written is kept for RequireUsable, so
+  /// that it is reported by the path that every failure at start takes.
   explicit Trace(const Text& path);
+
+  /// Raises 75 when the file could not be opened.
+  void RequireUsable() const;
 
   /// Who hears, once, that the trace ends before the job does, since its disk is full. It must outlive the trace's use.
   void TellEndTo(Platform& platform) { platform_ = &platform; }
@@ -28,7 +32,7 @@ class Trace {
   /// the file cannot take whole is the end of the trace, and no failure of the job.
   void Write(std::string_view kind, nlohmann::ordered_json rest);
 
-  void Event(std::string_view name, std::initializer_list<Value> arguments);
+  void Event(std::string_view name, std::span<const Value> arguments);
 
   /// A log record that was written, whose lines are free of passwords already, or one that could not be.
   void LogRecord(const Text& file, const std::vector<Text>& lines);
@@ -57,6 +61,7 @@ class Trace {
 
   Text path_;
   OutputFile file_;  // closed once the trace has ended
+  bool isUsable_;
   Platform* platform_ = nullptr;
   std::int64_t lines_ = 0;
   std::int64_t lastId_ = 0;

@@ -10,7 +10,10 @@ class TracedComponents : public ComponentHost {
  public:
   TracedComponents(ComponentHost& inner, Trace& trace) : inner_(inner), trace_(trace) {}
 
-  void RequireUsable() override { inner_.RequireUsable(); }
+  void RequireUsable() override {
+    trace_.RequireUsable();
+    inner_.RequireUsable();
+  }
   Object Create(const Text& classId) override;
 
  private:

@@ -3,11 +3,11 @@
 
 #include <optional>
 
+#include "contracts/heard_events.h"
 #include "process/interruptible_components.h"
 #include "process/modDeclarations.h"
 #include "trace/traced_components.h"
 #include "trace/traced_database.h"
-#include "trace/traced_events.h"
 #include "trace/traced_platform.h"
 
 namespace zenqay {
@@ -26,7 +26,9 @@ class TracedProcess {
                 .components = components_,
                 .database = database_,
                 .eventsThrough = [this, &trace](DataCopyEvents& sinks) -> DataCopyEvents& {
-                  return events_.emplace(sinks, trace);
+                  return events_.emplace(sinks, [&trace](std::string_view name, std::span<const Value> arguments) {
+                    trace.Event(name, arguments);
+                  });
                 },
                 .interruption = interruption} {
     trace.TellEndTo(platform);
@@ -39,7 +41,7 @@ class TracedProcess {
   TracedComponents tracedComponents_;
   InterruptibleComponents components_;
   TracedDatabase database_;
-  std::optional<TracedEvents> events_;
+  std::optional<HeardEvents> events_;
 
  public:
   modDeclarations process;  // last, so that it lets go first

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <regex>
 
+#include "contracts/heard_events.h"
 #include "doubles/child_process.h"
 #include "process/logs.h"
 #include "system/stop_request.h"
@@ -69,7 +70,8 @@ const std::int16_t kSite = 1;
 TEST(ControlChannel, TellsEachEventWithItsTableAndValues) {
   ChannelFixture fixture;
   NoSinks sinks;
-  ToldEvents events(sinks, *fixture.channel);
+  HeardEvents events(
+      sinks, [&](std::string_view name, std::span<const Value> arguments) { fixture.channel->Event(name, arguments); });
 
   fixture.channel->Begin("1.2.3");
   fixture.channel->TableBegins(1, "SITE");

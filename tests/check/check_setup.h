@@ -79,10 +79,9 @@ class CheckSetup {
   Text Check(Database& database) {
     Journal journal;
     FakePlatform platform(journal, home.path().string());
-    ComponentCatalogue components(home.path().string(), TraceUse::Leave);
-    modDeclarations process{.platform = platform, .components = components, .database = database};
+    ComponentCatalogue components(home.path().string());
     std::ostringstream out;
-    const bool canRun = RunCheck(process, CommandLine(), out);
+    const bool canRun = RunCheck(platform, components, database, CommandLine(), out);
     return Replaced(out.str(), home.path().string(), "HOME") + (canRun ? "=> true\n" : "=> false\n") + journal.Take();
   }
 

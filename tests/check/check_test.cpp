@@ -282,16 +282,27 @@ TEST_F(CheckOfOneTable, MendsACatalogueThatCannotBeUsedAndLeavesTheErpOut) {
           "left out  ERP components of the tables: needs the components\n" + kCannotRun);
 }
 
-TEST_F(CheckOfOneTable, MendsATraceThatCouldNotBeWritten) {
-  setup.Edit("Components.xml", "</COMPONENTS>", "<TRACE file=\"none/trace.jsonl\"/></COMPONENTS>");
+TEST_F(CheckOfOneTable, TellsOfTheTraceAndMendsOneThatCouldNotBeWritten) {
+  const Text components = setup.home.Read("Components.xml");
+  for (const auto& [file, line] :
+       {std::pair<Text, Text>("trace-%p.jsonl", "ok        trace: HOME/trace-%p.jsonl\n"),
+        {"none/trace.jsonl", "MEND      trace: 75: Path/File access error: HOME/none/trace.jsonl\n"},
+        {"erp", "MEND      trace: 75: Path/File access error: HOME/erp\n"}}) {
+    setup.home.Write("Components.xml",
+                     Replaced(components, "</COMPONENTS>", "<TRACE file=\"" + file + "\"/></COMPONENTS>"));
 
-  EXPECT_EQ(setup.Check(), kLineOfObjects +
-                               "ok        log directory: HOME/log\n"
-                               "ok        labels: HOME/I18nText.xml\n"
-                               "MEND      components: 75: Path/File access error: HOME/none/trace.jsonl\n"
-                               "left out  ERP adapter, dates and status component: needs the components\n" +
-                               kDatabaseIsWell + kRegistry3 + kObjectsAreWell +
-                               "left out  ERP components of the tables: needs the components\n" + kCannotRun);
+    EXPECT_EQ(setup.Check(), Instead("ok        date objects\n", line + "ok        date objects\n"));
+  }
+}
+
+TEST_F(CheckOfOneTable, TellsTheSafeguardsThatAreAskedFor) {
+  setup.Edit("Components.xml", "</COMPONENTS>",
+             "<SWEEP limit=\"10%\" from=\"100\"><TABLE name=\"SITE\" limit=\"50\"/></SWEEP><LOCK/></COMPONENTS>");
+
+  EXPECT_EQ(setup.Check(), Replaced(Instead("ok        date objects\n",
+                                            "ok        sweep limit: 10%, SITE 50; never of fewer than 100 rows\n"
+                                            "ok        date objects\n"),
+                                    kRegistry3, kRegistry3 + "ok        table lock: a file beside the database\n"));
 }
 
 TEST_F(CheckOfOneTable, MendsComponentsThatNobodyServes) {
@@ -392,6 +403,24 @@ TEST_F(CheckOfOneTable, ReadsTheChangesForAnOnlyChangedPassAndNotTheWholeExport)
           kCannotRun);
 }
 
+TEST_F(CheckOfOneTable, ReadsTheExportOfSiteContractsForTheTermsOfTheirChangesToo) {
+  setup.items[2] = "7";
+  setup.items[3] = "2";
+  setup.Sql("UPDATE tstables SET lutm = '2004-01-31 10:11:12'");
+  setup.home.Write("erp/Kv50QTMtsctmContractConfigurationLines.changes.csv",
+                   "ChangedAt,ActionType,ServiceContract,ContractTerms:int,Line:int,Configuration,EffectiveDate:date,"
+                   "ExpiryDate:date\n");
+  setup.home.Write("erp/Kv50QTMtsctmContractConfigurationLines.csv", "");
+
+  EXPECT_EQ(setup.Check(),
+            "ok        command line: table 7, only changed, SQL Server, generation 3\n" + kProgramIsWell +
+                "ok        selection of changes\n" + kDatabaseIsWell + kRegistry3 +
+                "ok        table 7 SITECONTRACT (Site contracts): current up to 2004-01-31 10:11:12\n"
+                "MEND      ERP component of SITECONTRACT: 13: Type mismatch: "
+                "Kv50QTMtsctmContractConfigurationLines.csv, line 1, column 1: the file has no header\n" +
+                kCannotRun);
+}
+
 TEST_F(CheckOfOneTable, MendsAStatusFileThatCannotBeWritten) {
   setup.Edit("Components.xml", "kind=\"console\"", "kind=\"file\" file=\"gone/status.jsonl\"");
 
@@ -423,7 +452,7 @@ TEST_F(CheckOfOneTable, MendsAnAdapterWhoseVersionIsNoNumber) {
   setup.home.Write("erp/adapter-version.txt", "new\n");
 
   EXPECT_EQ(setup.Check(),
-            Instead("ok        ERP adapter: version 2.4\n", "MEND      ERP adapter: 13: Type mismatch\n"));
+            Instead("ok        ERP adapter: version 2.4\n", "MEND      ERP adapter: 13: Type mismatch: getVersion\n"));
 }
 
 TEST_F(CheckOfOneTable, MendsAManagerThatCannotBeCreated) {
@@ -767,7 +796,7 @@ TEST_F(CheckOfOneTable, MendsADatabaseWhoseLogCouldNotBeWritten) {
 
 TEST(CheckLeaves, NothingBehindBesideADatabaseThatNobodyUses) {
   CheckSetup setup;
-  setup.Edit("Components.xml", "</COMPONENTS>", "<TRACE file=\"trace.jsonl\"/></COMPONENTS>");
+  setup.Edit("Components.xml", "</COMPONENTS>", "<TRACE file=\"trace.jsonl\"/><LOCK/></COMPONENTS>");
   const auto before = setup.Everything();
 
   setup.Check();

@@ -50,7 +50,7 @@ TEST(ComponentCatalogue, HasOnlyTheBuiltinDatesWithoutAFile) {
 
   EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), "nothing");
   EXPECT_EQ(catalogue.remark(), home.Path() + ": the file is missing, so nothing but dates is served");
-  EXPECT_EQ(catalogue.trace(), nullptr);
+  EXPECT_EQ(catalogue.traceFile(), "");
   EXPECT_EQ(Created(catalogue, kDateClass), "nothing");
   EXPECT_EQ(Created(catalogue, kCalendarClass), "nothing");
   EXPECT_EQ(Created(catalogue, "java:java.util.HashMap"), CannotCreate("java:java.util.HashMap"));
@@ -123,11 +123,11 @@ TEST(ComponentCatalogue, TakesPathsRelativeToItsOwnDirectory) {
   EXPECT_EQ(Created(catalogue, kLocations), "nothing");
   const Object status = catalogue.Create(kStatusClass).Call("getInstance", 7).AsObject();
   status.Call("UpdateSyncStatus", 1, 2);
-  catalogue.trace()->MessageBox("one");
 
   EXPECT_EQ(home.directory.Read("other/status.jsonl"),
             "{\"op\":\"UpdateSyncStatus\",\"instance\":7,\"table\":1,\"status\":2}\n");
-  EXPECT_EQ(home.directory.Read("other/trace.jsonl"), "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n");
+  EXPECT_EQ(catalogue.traceFile(), home.Path("other/trace.jsonl"));
+  EXPECT_FALSE(std::filesystem::exists(home.Path("other/trace.jsonl")));
 }
 
 TEST(ComponentCatalogue, TakesAnAbsolutePathAsItIs) {
@@ -138,16 +138,7 @@ TEST(ComponentCatalogue, TakesAnAbsolutePathAsItIs) {
   ComponentCatalogue catalogue = home.Catalogue();
 
   EXPECT_EQ(Created(catalogue, kLocations), "nothing");
-  EXPECT_EQ(elsewhere.directory.Read("trace.jsonl"), "");
-}
-
-TEST(ComponentCatalogue, PutsTheProcessIdIntoTheNameOfTheTrace) {
-  const Home home;
-  home.Write("<COMPONENTS><TRACE file='trace-%p.jsonl'/></COMPONENTS>");
-  ComponentCatalogue catalogue = home.Catalogue();
-
-  ASSERT_NE(catalogue.trace(), nullptr);
-  EXPECT_EQ(home.directory.Read("trace-" + std::to_string(::getpid()) + ".jsonl"), "");
+  EXPECT_EQ(catalogue.traceFile(), elsewhere.Path("trace.jsonl"));
 }
 
 TEST(ComponentCatalogue, RefusesAnUnknownKindNamingFileAndLine) {
@@ -222,30 +213,6 @@ TEST(ComponentCatalogue, RefusesAFileThatIsADirectory) {
             kInvalid + home.Path() + ": the file is missing or cannot be read");
 }
 
-TEST(ComponentCatalogue, RefusesATraceThatCannotBeWritten) {
-  const Home home;
-
-  EXPECT_EQ(home.Usable("<COMPONENTS><TRACE file='none/trace.jsonl'/></COMPONENTS>"),
-            "75 ZenqayDBSync: Path/File access error: " + home.Path("none/trace.jsonl"));
-}
-
-TEST(ComponentCatalogue, LeavesTheTraceAloneForWhoMustNotWrite) {
-  const Home home;
-  home.directory.Write("trace.jsonl", "of the run before\n");
-  for (const auto& [file, outcome] : {std::pair<Text, Text>("trace.jsonl", "nothing"),
-                                      {"new.jsonl", "nothing"},
-                                      {"none/new.jsonl", "75 ZenqayDBSync: Path/File access error: "},
-                                      {"erp", "75 ZenqayDBSync: Path/File access error: "}}) {
-    home.Write("<COMPONENTS><TRACE file='" + file + "'/></COMPONENTS>");
-    ComponentCatalogue catalogue(home.directory.path().string(), TraceUse::Leave);
-
-    EXPECT_EQ(catalogue.trace(), nullptr);
-    EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), outcome == "nothing" ? outcome : outcome + home.Path(file));
-    EXPECT_FALSE(std::filesystem::exists(home.Path("new.jsonl")));
-  }
-  EXPECT_EQ(home.directory.Read("trace.jsonl"), "of the run before\n");
-}
-
 TEST(ComponentCatalogue, KeepsItsFaultForTheQuestionWhetherItIsUsable) {
   const Home home;
   home.Write("<COMPONENTS>\n<TRACE file='trace.jsonl'/>\n<HOST prefix='Kv' kind='x'/>\n</COMPONENTS>");
@@ -253,7 +220,7 @@ TEST(ComponentCatalogue, KeepsItsFaultForTheQuestionWhetherItIsUsable) {
   ComponentCatalogue catalogue = home.Catalogue();  // says nothing yet, so that the command line is checked first
 
   const Text fault = kInvalid + home.Path() + ", line 3: unknown kind \"x\"";
-  EXPECT_NE(catalogue.trace(), nullptr);
+  EXPECT_EQ(catalogue.traceFile(), home.Path("trace.jsonl"));
   EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), fault);
   EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }), fault);
   EXPECT_EQ(Created(catalogue, kLocations), CannotCreate(kLocations));

@@ -1,5 +1,7 @@
 #include "doubles/disturbance.h"
 
+#include "contracts/component_front.h"
+
 namespace zenqay {
 namespace {
 
@@ -59,57 +61,34 @@ class DisturbedConnection : public Connection {
   Disturbance& disturbance_;
 };
 
-class DisturbedComponent : public Component {
+class DisturbedComponent : public ComponentFront {
  public:
   DisturbedComponent(Object inner, Text name, Disturbance& disturbance)
-      : inner_(std::move(inner)), name_(std::move(name)), disturbance_(disturbance) {}
+      : ComponentFront(std::move(inner)), name_(std::move(name)), disturbance_(disturbance) {}
 
   Value Call(std::string_view operation, Arguments arguments) override {
-    return Pass(operation, [&] {
-      std::vector<Value> variables;
-      for (const Argument& argument : arguments) variables.push_back(Unwrapped(argument.value()));
-      std::vector<Argument> passed;
-      for (std::size_t i = 0; i < arguments.size(); ++i) {
-        passed.push_back(arguments[i].byReference() ? Argument::ByReference(variables[i]) : Argument(variables[i]));
-      }
-      const Value result = inner_.Call(operation, Arguments(passed));
-      for (std::size_t i = 0; i < arguments.size(); ++i) {
-        if (variables[i] != Unwrapped(arguments[i].value())) arguments[i].Assign(variables[i]);
-      }
-      return result;
-    });
+    return Pass(operation,
+                [&] { return CallBehindFront(behind(), operation, arguments, [](Value value) { return value; }); });
   }
 
   Value Get(std::string_view property) override {
-    return Pass(property, [&] { return inner_.Get(property); });
+    return Pass(property, [&] { return behind().Get(property); });
   }
 
   void Put(std::string_view property, const Value& value) override {
     Pass(property, [&] {
-      inner_.Put(property, Unwrapped(value));
+      behind().Put(property, BehindFront(value));
       return Value();
     });
   }
 
-  Value Default() const override { return inner_.Default(); }
-
  private:
-  static Value Unwrapped(const Value& value) {
-    const Object* object = value.If<Object>();
-    if (object == nullptr) return value;
-    const auto* disturbed = dynamic_cast<const DisturbedComponent*>(object->component().get());
-    return disturbed == nullptr ? value : Value(disturbed->inner_);
-  }
-
   template <typename Work>
   Value Pass(std::string_view operation, Work work) {
-    const Value result = disturbance_.Pass(Step::Kind::Call, name_ + "." + Text(operation), work);
-    const Object* object = result.If<Object>();
-    if (object == nullptr || object->IsNothing()) return result;
-    return Object(std::make_shared<DisturbedComponent>(*object, name_ + "." + Text(operation) + ">", disturbance_));
+    Value result = disturbance_.Pass(Step::Kind::Call, name_ + "." + Text(operation), work);
+    return WithFront<DisturbedComponent>(std::move(result), name_ + "." + Text(operation) + ">", disturbance_);
   }
 
-  Object inner_;
   Text name_;
   Disturbance& disturbance_;
 };
@@ -123,7 +102,7 @@ std::shared_ptr<Connection> DisturbedDatabase::CreateConnection() {
 Object DisturbedComponents::Create(const Text& classId) {
   const Object created =
       disturbance_.Pass(Step::Kind::Call, "create " + classId, [&] { return inner_.Create(classId); });
-  return Object(std::make_shared<DisturbedComponent>(created, classId, disturbance_));
+  return WithFront<DisturbedComponent>(created, classId, disturbance_).AsObject();
 }
 
 void DisturbedLogFile::Open(const Text& path) {

@@ -150,7 +150,7 @@ TEST(InitErpDateLimits, PassesEveryFailureToItsCaller) {
 
   ProcessFixture noZone;
   noZone.components.Register(kCalendar, "calendar")->Answers("ZONE_OFFSET", 15).Answers("get", Null());
-  EXPECT_EQ(Raised([&] { InitErpDateLimits(noZone.process); }), "94 ZenqayDBSync: Invalid use of Null");
+  EXPECT_EQ(Raised([&] { InitErpDateLimits(noZone.process); }), "94 ZenqayDBSync: Invalid use of Null: get");
 
   ProcessFixture farZone;
   farZone.components.Register(kCalendar, "calendar")->Answers("ZONE_OFFSET", 15).Answers("get", 1e15);
@@ -340,23 +340,23 @@ struct FailingDate {
 
 const FailingDate kFailingDates[] = {
     {[](ProcessFixture&, ScriptedObject& date) { date.Fails("getYear", kBridgeFailed); },
-     "error -2147467259 from \"bridge\": no connection\n"},
+     "error -2147467259 from \"bridge\": no connection: getYear\n"},
     {[](ProcessFixture&, ScriptedObject& date) { date.Answers("getMonth", Null()); },
-     "error 94 from \"ZenqayDBSync\": Invalid use of Null\n"},
+     "error 94 from \"ZenqayDBSync\": Invalid use of Null: getMonth\n"},
     {[](ProcessFixture&, ScriptedObject& date) { date.Fails("getMinutes", kBridgeFailed); },
-     "error -2147467259 from \"bridge\": no connection\n"},
+     "error -2147467259 from \"bridge\": no connection: getMinutes\n"},
     {[](ProcessFixture&, ScriptedObject& date) { date.Fails("setMinutes", kBridgeFailed); },
-     "error -2147467259 from \"bridge\": no connection\n"},
+     "error -2147467259 from \"bridge\": no connection: setMinutes\n"},
     {[](ProcessFixture&, ScriptedObject& date) { date.Answers("getMinutes", 2'147'483'647); },
      "error 6 from \"ZenqayDBSync\": Overflow\n"},
     {[](ProcessFixture&, ScriptedObject& date) { date.Answers("getDate", "the last"); },
-     "error 13 from \"ZenqayDBSync\": Type mismatch\n"},
+     "error 13 from \"ZenqayDBSync\": Type mismatch: getDate\n"},
     {[](ProcessFixture&, ScriptedObject& date) { date.Answers("getYear", 40'000); },
      "error 6 from \"ZenqayDBSync\": Overflow\n"},
     {[](ProcessFixture&, ScriptedObject& date) { date.Answers("getYear", 8'100); },
      "error 5 from \"ZenqayDBSync\": Invalid procedure call or argument: year outside 1 to 9999\n"},
     {[](ProcessFixture&, ScriptedObject& date) { date.Fails("getSeconds", kBridgeFailed); },
-     "error -2147467259 from \"bridge\": no connection\n"},
+     "error -2147467259 from \"bridge\": no connection: getSeconds\n"},
 };
 
 TEST(ConvertErpDateToSql, GivesFalseAndAnEmptyLiteralAfterAnyFailureAndNamesItsCause) {
@@ -429,7 +429,7 @@ TEST(GetCurrentErpDate, PassesEveryFailureToItsCaller) {
   const auto date = noHours.components.Register(kDate, "date");
   MakeDate(*date, {}, 0);
   date->Fails("setHours", kBridgeFailed);
-  EXPECT_EQ(Raised([&] { GetCurrentErpDate(noHours.process); }), "-2147467259 bridge: no connection");
+  EXPECT_EQ(Raised([&] { GetCurrentErpDate(noHours.process); }), "-2147467259 bridge: no connection: setHours");
 }
 
 TEST(GetCurrentSqlDateTime, ShiftsANewDateByItsOwnZone) {
@@ -515,7 +515,7 @@ TEST(GetCurrentSqlDateTime, IsTheWordNullAfterAnyFailureAndNamesItsCause) {
     date->Fails(operation, kBridgeFailed);
 
     EXPECT_EQ(GetCurrentSqlDateTime(fixture.process), "NULL") << operation;
-    EXPECT_EQ(fixture.Causes(), "error -2147467259 from \"bridge\": no connection\n") << operation;
+    EXPECT_EQ(fixture.Causes(), Text("error -2147467259 from \"bridge\": no connection: ") + operation + "\n");
   }
 
   ProcessFixture overflow;

@@ -149,9 +149,10 @@ TEST(OpenErpSession, TakesTheFailurePathForAVersionThatIsNotANumber) {
     Value version;
     const char* error;
   };
-  const Case cases[] = {{"unknown", "13: Type mismatch"},    {"2.4.1", "13: Type mismatch"},
-                        {"2,4", "13: Type mismatch"},        {"", "13: Type mismatch"},
-                        {Null(), "94: Invalid use of Null"}, {Object(), "91: Object variable not set"}};
+  const Case cases[] = {
+      {"unknown", "13: Type mismatch: getVersion"},    {"2.4.1", "13: Type mismatch: getVersion"},
+      {"2,4", "13: Type mismatch: getVersion"},        {"", "13: Type mismatch: getVersion"},
+      {Null(), "94: Invalid use of Null: getVersion"}, {Object(), "91: Object variable not set: getVersion"}};
   for (const Case& c : cases) {
     const TempDirectory logs;
     Adapter adapter(c.version, logs.path().string());
@@ -176,19 +177,20 @@ const RuntimeError kBridgeFailed(-2147467259, "bridge", "no connection");
 const FailingStep kFailingSteps[] = {
     {[](Adapter& a) { a.fixture.components.FailCreation(kInfo, kBridgeFailed); },
      "create java:com.korvel.k3impl.about.AdapterComponentInfo\n", "-2147467259: no connection"},
-    {[](Adapter& a) { a.info->Fails("getVersion", kBridgeFailed); }, kVersionIsAsked, "-2147467259: no connection"},
+    {[](Adapter& a) { a.info->Fails("getVersion", kBridgeFailed); }, kVersionIsAsked,
+     "-2147467259: no connection: getVersion"},
     {[](Adapter& a) { a.fixture.components.FailCreation(kAccess, kBridgeFailed); },
      kVersionIsAsked + "create java:com.korvel.k3.kxi1.AccessForCom\n", "-2147467259: no connection"},
     {[](Adapter& a) { a.access->Fails("kxiToolKit_getDefaultToolkit", kBridgeFailed); },
      kVersionIsAsked + "create java:com.korvel.k3.kxi1.AccessForCom\n"
                        "get access.kxiToolKit_getDefaultToolkit\n",
-     "-2147467259: no connection"},
+     "-2147467259: no connection: kxiToolKit_getDefaultToolkit"},
     {[](Adapter& a) { a.access->Answers("kxiToolKit_getDefaultToolkit", Object()); },
      kVersionIsAsked + "create java:com.korvel.k3.kxi1.AccessForCom\n"
                        "get access.kxiToolKit_getDefaultToolkit\n",
      "91: Object variable not set"},
     {[](Adapter& a) { a.toolkit->Fails("createUserSession", kBridgeFailed); }, kVersionIsAsked + kSessionIsCreated,
-     "-2147467259: no connection"},
+     "-2147467259: no connection: createUserSession"},
 };
 
 TEST(OpenErpSession, RecordsTheFailureOfEachStepAndGivesFalse) {
@@ -214,7 +216,7 @@ TEST(OpenErpSession, FailsWithTheLogWhenTheLabelsTextNamesNoDirectory) {
   const Text raised = Raised([&] { OpenErpSession(adapter.fixture.process); });
 
   EXPECT_EQ(raised, "76 ZenqayDBSync: Path not found: no such directory\\ZenqayDBSync.log");
-  EXPECT_EQ(adapter.fixture.Causes(), "error 13 from \"ZenqayDBSync\": Type mismatch\n");
+  EXPECT_EQ(adapter.fixture.Causes(), "error 13 from \"ZenqayDBSync\": Type mismatch: getVersion\n");
   EXPECT_EQ(adapter.Session(), "nothing");
 }
 

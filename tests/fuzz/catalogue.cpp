@@ -9,7 +9,7 @@ namespace {
 
 /// The fault that a catalogue keeps until it is asked; "" for none.
 Text FaultOf(const Text& home) {
-  ComponentCatalogue catalogue(home, TraceUse::Leave);
+  ComponentCatalogue catalogue(home);
   try {
     catalogue.RequireUsable();
   } catch (const RuntimeError& fault) {

@@ -3,10 +3,11 @@
 
 #include <algorithm>
 
+#include "contracts/heard_events.h"
 #include "doubles/copy_fixture.h"
 #include "doubles/embedded_database.h"
 #include "doubles/outcome.h"
-#include "trace/traced_events.h"
+#include "trace/trace.h"
 
 namespace zenqay {
 namespace {
@@ -438,7 +439,8 @@ TEST_F(CopyAllTablesTest, ShowsTheFieldOfTheGroupInTheTrace) {
   SetGroup({1, 7});
   Name(1, "Site");
   Trace trace((copy.directory.path() / "trace.jsonl").string());
-  TracedEvents events(copy, trace);
+  HeardEvents events(copy,
+                     [&](std::string_view name, std::span<const Value> arguments) { trace.Event(name, arguments); });
   clsDataCopy job(copy.process, events);
 
   job.CopyAllTables("", "", 7, Directory(), "100", 1);

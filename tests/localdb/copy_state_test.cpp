@@ -512,7 +512,8 @@ TEST_F(GetLastUpdateDateTest, PassesEveryFailureToItsCaller) {
   ProcessFixture zone;
   zone.Connect();
   zone.components.Register("java:java.util.Date", "date")->Answers("getTimeZoneOffset", Null());
-  EXPECT_EQ(Raised([&] { GetLastUpdateDate(zone.process, "Site"); }), "94 ZenqayDBSync: Invalid use of Null");
+  EXPECT_EQ(Raised([&] { GetLastUpdateDate(zone.process, "Site"); }),
+            "94 ZenqayDBSync: Invalid use of Null: getTimeZoneOffset");
 
   ProcessFixture text;
   text.Connect();

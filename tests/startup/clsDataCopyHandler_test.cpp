@@ -9,8 +9,6 @@
 namespace zenqay {
 namespace {
 
-constexpr const char* kGone = "440 status: Automation error: gone";
-
 /// A handler with its status component, whose job has failed before its first event: the sinks are called by the test.
 struct SinkFixture : StartFixture {
   explicit SinkFixture(const Text& programDirectory = ZENQAY_SHARE) : StartFixture(programDirectory) {
@@ -397,7 +395,8 @@ TEST(Sinks, LetTheErrorOfAStatusCallThroughAndMakeNoCallBehindIt) {
     SinkFixture fixture;
     fixture.status->Fails(operation, RuntimeError(PlatformFault::Automation, "gone", "status"));
 
-    EXPECT_EQ(Raised([&] { fixture.RaiseError(std::int16_t{1}); }), kGone);
+    EXPECT_EQ(Raised([&] { fixture.RaiseError(std::int16_t{1}); }),
+              Text("440 status: Automation error: gone: ") + operation);
     EXPECT_EQ(fixture.journal.Take(), journal);
   }
 }
@@ -489,11 +488,11 @@ TEST(HandleDataCopy, RecordsWhatKeepsItFromItsStatusComponent) {
   EXPECT_EQ(FailedStart([&](StartFixture& fixture) { fixture.components.FailCreation(kStatusClass, gone); }),
             create + StartFixture::StartupRecord("440: Automation error: gone"));
   EXPECT_EQ(FailedStart([&](StartFixture& fixture) { fixture.handle->Fails("getInstance", gone); }),
-            getInstance + StartFixture::StartupRecord("440: Automation error: gone"));
+            getInstance + StartFixture::StartupRecord("440: Automation error: gone: getInstance"));
   EXPECT_EQ(FailedStart([](StartFixture& fixture) { fixture.handle->Answers("getInstance", "no object"); }),
-            getInstance + StartFixture::StartupRecord("13: Type mismatch"));
+            getInstance + StartFixture::StartupRecord("13: Type mismatch: getInstance"));
   EXPECT_EQ(FailedStart([&](StartFixture& fixture) { fixture.handle->Fails("CurrentInstanceNumber", gone); }),
-            put + StartFixture::StartupRecord("440: Automation error: gone"));
+            put + StartFixture::StartupRecord("440: Automation error: gone: CurrentInstanceNumber"));
   for (const Value& nothing : {Value(Object()), Value(), Value(Null())}) {
     EXPECT_EQ(FailedStart([&](StartFixture& fixture) { fixture.handle->Answers("getInstance", nothing); }),
               put + StartFixture::StartupRecord("100: The status component gave no object for this instance."));

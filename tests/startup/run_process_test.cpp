@@ -490,7 +490,7 @@ TEST(RunProcessFailure, OfTheSessionIsRecordedWhereItsLabelNamesADirectoryAndThe
   fixture.Run();
 
   EXPECT_EQ(home.Read("session/ZenqayDBSync.log"),
-            "1/31/2004 10:11:12 AM\r\nSLBL0374\r\nError is - 13: Type mismatch\r\n");
+            "1/31/2004 10:11:12 AM\r\nSLBL0374\r\nError is - 13: Type mismatch: getVersion\r\n");
   EXPECT_EQ(fixture.journal.Take(), Text("require usable components\n") + kRegistryLoad + "logging " +
                                         fixture.directory.path().string() +
                                         "\\ZNQevtLG.txt\n"
@@ -600,8 +600,8 @@ TEST(RunProcessFailure, OfAStatusCallInAStartedEventIsTheFailureOfTheTablesCopy)
           "\\Branch_20040131.log.\")\n"
           "status.UpdateSyncStatus(&i16(1), i16(3))\n");
   EXPECT_EQ(fixture.FileText("Branch_20040131.log"),
-            "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n\"status\",\"Automation error: gone\"\r\n");
-  EXPECT_EQ(fixture.StartupLog(), StartFixture::StartupRecord("440: Automation error: gone"));
+            "\"Date-Time :1/31/2004 : 10:11:12 AM\"\r\n\"status\",\"Automation error: gone: UpdateSyncStatus\"\r\n");
+  EXPECT_EQ(fixture.StartupLog(), StartFixture::StartupRecord("440: Automation error: gone: UpdateSyncStatus"));
 }
 
 // Tables that are in use or fail.

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "components/component_catalogue.h"
+#include "contracts/heard_events.h"
 #include "doubles/fake_platform.h"
 #include "doubles/scripted_components.h"
 #include "doubles/temp_directory.h"
@@ -27,38 +28,6 @@ class AskedAtLook : public Interruption {
  private:
   int from_;
   mutable int looks_ = 0;
-};
-
-/// Keeps the names of the events.
-class EventNames : public DataCopyEvents {
- public:
-  explicit EventNames(DataCopyEvents& sinks) : sinks_(sinks) {}
-
-  Text names;
-
-  void DataCopyJob_DataCopyAlreadyInProgress(Value iTime, Value iTableName) override {
-    names += "in use\n";
-    sinks_.DataCopyJob_DataCopyAlreadyInProgress(iTime, iTableName);
-  }
-  void DataCopyJob_DataCopyComplete(Value iTime, Value iTableName, Value icount, Value ucount, Value dcount) override {
-    names += "complete " + iTableName.AsText() + "\n";
-    sinks_.DataCopyJob_DataCopyComplete(iTime, iTableName, icount, ucount, dcount);
-  }
-  void DataCopyJob_DataCopydone() override {
-    names += "done\n";
-    sinks_.DataCopyJob_DataCopydone();
-  }
-  void DataCopyJob_DataCopyError(Value iTime, Value iTableName, Value ieNumber, Value ieMessage) override {
-    names += "error " + iTableName.AsText() + "\n";
-    sinks_.DataCopyJob_DataCopyError(iTime, iTableName, ieNumber, ieMessage);
-  }
-  void DataCopyJob_DataCopyStarted(Value iTime, Value iTableName) override {
-    names += "started " + iTableName.AsText() + "\n";
-    sinks_.DataCopyJob_DataCopyStarted(iTime, iTableName);
-  }
-
- private:
-  DataCopyEvents& sinks_;
 };
 
 Text ReadAll(const fs::path& path) {
@@ -103,18 +72,23 @@ class StoppingTest : public testing::TestWithParam<const char*> {
     ComponentCatalogue catalogue(home_.path().string());
     InterruptibleComponents components(catalogue, *interruption);
     LocalDatabases databases(interruption);
-    std::optional<EventNames> events;
-    modDeclarations process{
-        .platform = platform,
-        .components = components,
-        .database = databases,
-        .eventsThrough = [&](DataCopyEvents& sinks) -> DataCopyEvents& { return events.emplace(sinks); },
-        .interruption = interruption};
+    Text names;
+    std::optional<HeardEvents> events;
+    modDeclarations process{.platform = platform,
+                            .components = components,
+                            .database = databases,
+                            .eventsThrough = [&](DataCopyEvents& sinks) -> DataCopyEvents& {
+                              return events.emplace(
+                                  sinks, [&](std::string_view name, std::span<const Value> arguments) {
+                                    names += Text(name) + (arguments.empty() ? "" : " " + arguments[1].AsText()) + "\n";
+                                  });
+                            },
+                            .interruption = interruption};
     const Text line = connectionString_ + "{}SERVICE{}" + std::to_string(tableId) + "{}" + std::to_string(syncMethod) +
                       "{}" + (home_.path() / "log").string() + "{}MAIN{}-1{}{}1{}0{}" + GetParam() + "{}";
     RunProcess(process, line);
     if (looks != nullptr) *looks = interruption->looks();
-    return events ? events->names : "";
+    return names;
   }
 
   Text Query(const Text& query) {
@@ -181,7 +155,7 @@ TEST_P(StoppingTest, AnywhereInATablesCopyLeavesItFreeAndARerunEndsAsIfUndisturb
   for (const int syncMethod : {1, 2}) {
     Refresh();
     int looks = 0;
-    ASSERT_EQ(Run(1, syncMethod, kNever, &looks), "started 1\ncomplete 1\ndone\n");
+    ASSERT_EQ(Run(1, syncMethod, kNever, &looks), "DataCopyStarted 1\nDataCopyComplete 1\nDataCopydone\n");
     const Text undisturbed = TableRows();
     for (int askedAt = 1; askedAt <= looks; askedAt += kStep) {
       SCOPED_TRACE("method " + std::to_string(syncMethod) + ", asked at look " + std::to_string(askedAt));
@@ -199,7 +173,7 @@ TEST_P(StoppingTest, AnywhereInATablesCopyLeavesItFreeAndARerunEndsAsIfUndisturb
         EXPECT_EQ(RunLogs(), "");
         EXPECT_EQ(TableRows(), before);
       } else {
-        EXPECT_EQ(events, "started 1\nerror 1\ndone\n");
+        EXPECT_EQ(events, "DataCopyStarted 1\nDataCopyError 1\nDataCopydone\n");
         const bool isInPass = EndsWithRecords(RunLogs(), 2);
         EXPECT_TRUE(isInPass || EndsWithRecords(RunLogs(), 1)) << RunLogs();
         EXPECT_EQ(StartupLog(), "");
@@ -226,9 +200,9 @@ TEST_P(StoppingTest, AllTablesBeginsNoFurtherOneAndClosesAsAtItsEnd) {
     EXPECT_EQ(TakenTables(), "");
     EXPECT_EQ(StartupLog(), "");
     EXPECT_TRUE(events.ends_with("done\n"));
-    const std::size_t error = events.find("error ");
+    const std::size_t error = events.find("DataCopyError ");
     if (error != Text::npos) {
-      EXPECT_EQ(events.substr(events.find('\n', error) + 1), "done\n");
+      EXPECT_EQ(events.substr(events.find('\n', error) + 1), "DataCopydone\n");
     }
     Run(kAllTables, 1, kNever);
     Run(kAllTables, 1, kNever);

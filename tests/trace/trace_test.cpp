@@ -40,9 +40,9 @@ DateTime At(const DateTimeParts& parts) {
 TEST(Trace, WritesALineOfEveryKindWithItsKeysInOrder) {
   TraceFile file;
 
-  file.trace.Event("DataCopyStarted", {At({1899, 12, 30, 10, 11, 12}), std::int16_t{5}});
-  file.trace.Event("DataCopyError",
-                   {At({1899, 12, 30, 0, 0, 0}), std::int16_t{5}, std::int16_t{-1}, "See the log file."});
+  file.trace.Event("DataCopyStarted", std::vector<Value>{At({1899, 12, 30, 10, 11, 12}), std::int16_t{5}});
+  file.trace.Event("DataCopyError", std::vector<Value>{At({1899, 12, 30, 0, 0, 0}), std::int16_t{5}, std::int16_t{-1},
+                                                       "See the log file."});
   file.trace.Event("DataCopydone", {});
   file.trace.LogRecord("C:\\logs\\Site_20040131.log", {"Date: 1/31/2004", "\"Rows copied: Site -  1\""});
   file.trace.MessageBox("There is no copy for a table of this name.");
@@ -235,11 +235,14 @@ TEST(Trace, HasTheProcessIdInItsNameWhereItIsAskedFor) {
   EXPECT_EQ(directory.Read("t-" + id + "-" + id + ".jsonl"), "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n");
 }
 
-TEST(Trace, Raises75WhenItCannotBeWritten) {
+TEST(Trace, Raises75WhenItIsAskedForAndCannotBeWritten) {
   TempDirectory directory;
   const Text path = (directory.path() / "none/trace.jsonl").string();
 
-  EXPECT_EQ(Raised([&] { Trace trace(path); }), "75 ZenqayDBSync: Path/File access error: " + path);
+  Trace trace(path);  // says nothing yet, so that the command line is checked first
+  trace.MessageBox("goes nowhere");
+
+  EXPECT_EQ(Raised([&] { trace.RequireUsable(); }), "75 ZenqayDBSync: Path/File access error: " + path);
 }
 
 TEST(Trace, IsForItsOwnerAlone) {

@@ -282,6 +282,16 @@ TEST(TracedComponents, AskTheirHostWhetherItIsUsable) {
             "5 ZenqayDBSync: Invalid procedure call or argument: Components.xml");
 }
 
+TEST(TracedComponents, AreNotUsableWithATraceThatCannotBeWritten) {
+  TracedHost traced;
+  traced.components.unusable.emplace(PlatformFault::InvalidCall, "Components.xml");
+  const Text path = (traced.directory.path() / "none/trace.jsonl").string();
+  Trace trace(path);
+  TracedComponents host(traced.components, trace);
+
+  EXPECT_EQ(Raised([&] { host.RequireUsable(); }), "75 ZenqayDBSync: Path/File access error: " + path);
+}
+
 TEST(TracedComponents, WriteAsAnErrorWhateverWasThrown) {
   TracedHost traced;
   traced.manager->Answers("List", Value());
