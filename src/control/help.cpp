@@ -116,8 +116,12 @@ SYNOPSIS
 
 DESCRIPTION
     For each table of the jobs, or of all jobs of the file: up to when its data is current (in UTC) and how long ago that
-    was, whether it is free or taken, by which process and whether that lives, and what became of its last run. The
-    database is only read. Who has taken a table is known of jobs that zenqayctl started.
+    was, whether it is free or taken, by which process and whether that lives, whether the lock of a taken one is held,
+    and what became of its last run. The database is only read, and no job is kept from a lock (on Oracle, which cannot
+    be asked, the lock of a taken table is taken for an instant).
+
+    Who has taken a table is known of jobs that zenqayctl started. A taken table whose lock is free was left behind, or
+    is copied by a job that does not use the lock.
 
 OPTIONS
     --json       a list of tables
@@ -139,12 +143,15 @@ SYNOPSIS
 
 DESCRIPTION
     A table is taken while a job copies it. A job that died left it taken; zenqayctl run finds that out by itself and
-    goes on. unlock is for tables that other starters copy. Without --force it says who has taken the table.
+    goes on. unlock is for a table that other starters are to copy.
 
-    Two copies of one table at the same time duplicate rows: use --force only when no job copies the table.
+    It takes the table's lock first, so that no job begins meanwhile, and gives it back behind. The table is freed when
+    the lock was free and the job that took the table last was zenqayctl's, which hold the lock as long as they have a
+    table. A table whose lock is held, or whose flag may have been set by a job without the lock, needs --force. Two
+    copies of one table at the same time duplicate rows: use --force only when no job copies the table.
 
 OPTIONS
-    --force      takes the flag off
+    --force      takes the flag off whoever set it; a lock that a job holds stays with it
     --json       one object: the table, what was done ("none" or "freed"), and why
     -h, --help   writes this page
 
@@ -152,6 +159,7 @@ EXIT STATUS
     0 the table is free, 3 it is taken, 4 the database could not be reached, 2 wrong usage or job file.
 
 EXAMPLES
+    zenqayctl unlock nightly SITE
     zenqayctl unlock nightly SITE --force
 )";
 

@@ -390,7 +390,9 @@ TEST_F(PostgresTest, KeepsOtherSessionsFromTheLockOfANameUntilItGivesItBackOrEnd
   OdbcSession second(ConnectionString());
   {
     OdbcSession first(ConnectionString());
+    EXPECT_FALSE(second.IsLockHeld("SITE"));
     EXPECT_TRUE(first.TakeLock("SITE"));
+    EXPECT_TRUE(OdbcSession(ConnectionString(), {.access = Access::ReadOnly}).IsLockHeld("site"));
     EXPECT_FALSE(second.TakeLock("site"));
     EXPECT_TRUE(second.TakeLock("OBJECT"));
     first.GiveLockBack("SITE");
