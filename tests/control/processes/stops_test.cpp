@@ -102,6 +102,9 @@ TEST_F(JobUnderWay, IsBrokenOffByCtrlCOnATerminal) {
     bool HasEnded() const { return false; }
   } never;
   held->WaitUntilOpened(never);
+  job = JobsOf(program).at(0);
+  EXPECT_EQ(::tcgetpgrp(terminal), program);
+  EXPECT_EQ(::getpgid(job), job);
   const auto await = [&](const Text& what) {
     Text shown;
     std::array<char, 4096> block{};
