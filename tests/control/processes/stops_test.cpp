@@ -90,7 +90,8 @@ TEST_F(JobUnderWay, IsBrokenOffOnceWhenEveryProcessIsAskedToStop) {
 /// A terminal sends its signal to the foreground group, in which zenqayctl is alone.
 TEST_F(JobUnderWay, IsBrokenOffByCtrlCOnATerminal) {
   int terminal = -1;
-  const pid_t program = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+  const winsize size = {.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
+  const pid_t program = ::forkpty(&terminal, nullptr, nullptr, &size);
   if (program == 0) {
     ::setenv("XDG_STATE_HOME", site.Path("").c_str(), 1);
     ::setenv("TMPDIR", site.Path("tmp").c_str(), 1);
