@@ -294,6 +294,8 @@ TEST_F(Zenqayctl, FreesATableOnceThatADeadJobOfItsOwnLeftBehind) {
   EXPECT_EQ(setup.Ctl({"unlock", "demo", "SITE"}),
             "SITE: it was taken by process N of run 1, which is gone, and is free now\n= 0\n");
   EXPECT_FALSE(FileLock::IsTaken(setup.Path("service.db-lock"), "site"));
+  const Text run = setup.Ctl({"history", "1", "--json"});
+  EXPECT_NE(run.find("\"freed\":\"TIME\""), Text::npos) << run;
   EXPECT_EQ(setup.Ctl({"unlock", "demo", "SITE"}), "SITE: it is free\n= 0\n");
 
   setup.Sql("UPDATE tstables SET in_use = 1 WHERE tableid = 1");  // by whom is not known

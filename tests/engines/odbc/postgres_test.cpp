@@ -408,7 +408,7 @@ TEST_F(PostgresTest, KeepsOtherSessionsFromTheLockOfANameUntilItGivesItBackOrEnd
 /// A pooler in front of the server, which gives a connection a session of the server's for a transaction or for good.
 class Pooler {
  public:
-  Pooler(const PostgresServer& server, const std::string& mode) : port_(server.port() + 10'000) {
+  Pooler(const PostgresServer& server, const std::string& mode) : port_(FreePort()) {
     directory_.Write("users", "\"zenqay\" \"\"\n");
     directory_.Write("pooler.ini",
                      "[databases]\n* = host=127.0.0.1 port=" + std::to_string(server.port()) +
