@@ -3,7 +3,6 @@
 #include <filesystem>
 
 #include "control/exit_status.h"
-#include "system/own_process.h"
 #include "system/xml_file.h"
 
 namespace zenqay {
@@ -64,15 +63,9 @@ DerivedHome::DerivedHome(const ErpSettings& erp, const Text& sweepLimit) {
     MakeClassPathAbsolute(element.attribute("classpath"), home);
   }
   AddRequests(root, sweepLimit);
-  path_ = MakePrivateDirectory();
-  const Text copy = path_ + "/Components.xml";
+  const Text copy = path() + "/Components.xml";
   if (!document.save_file(copy.c_str(), "  ")) throw RuntimeError(PlatformFault::PathAccess, copy);
-  fs::create_symlink(home / "I18nText.xml", path_ + "/I18nText.xml");
-}
-
-DerivedHome::~DerivedHome() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
+  fs::create_symlink(home / "I18nText.xml", path() + "/I18nText.xml");
 }
 
 }  // namespace zenqay

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "control/job_file.h"
+#include "system/private_directory.h"
 
 namespace zenqay {
 
@@ -11,14 +12,11 @@ class DerivedHome {
  public:
   /// Raises WrongUsage, with the place in the job file, when the ERP's home has no Components.xml that can be read.
   DerivedHome(const ErpSettings& erp, const Text& sweepLimit);
-  DerivedHome(const DerivedHome&) = delete;
-  DerivedHome& operator=(const DerivedHome&) = delete;
-  ~DerivedHome();
 
-  const Text& path() const { return path_; }
+  const Text& path() const { return directory_.path(); }
 
  private:
-  Text path_;
+  PrivateDirectory directory_;
 };
 
 }  // namespace zenqay

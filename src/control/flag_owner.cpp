@@ -41,6 +41,7 @@ Text FlagOwner::Words() const {
 FlagOwner OwnerOf(History& history, const Text& database, const Text& table) {
   constexpr int kLookedBack = 10;
   for (const PastTable& past : history.LatestTables(database, table, kLookedBack)) {
+    if (!past.freed.empty()) break;  // who took it since is not known
     if (past.process.pid == 0 || past.outcome == StateWord(TableState::InUse)) continue;  // it did not take it
     if (IsInOrder(past.outcome)) break;
     return {.life = LifeOfOwner(past.process), .process = past.process, .run = past.run};

@@ -13,6 +13,10 @@ struct FlagOwner {
   ProcessIdentity process;
   std::int64_t run = 0;
 
+  /// True of a job of zenqayctl's that is not seen to live: it took the table's lock before it set the flag, so that
+  /// the flag is left behind once that lock is free. Of a flag that somebody else may have set, the lock says nothing.
+  bool HadLock() const { return life == OwnerLife::Gone || life == OwnerLife::OnAnotherMachine; }
+
   /// "process 7 of run 3, which is gone"
   Text Words() const;
 };

@@ -38,6 +38,13 @@ ENVIRONMENT
     ZENQAY_DBSYNC          the program of the job, where it does not stand beside zenqayctl
     CREDENTIALS_DIRECTORY  where passwords are, in the place of credentials/ beside the job file
     XDG_STATE_HOME         where the history is: zenqay/history.db in it
+    TMPDIR                 where the homes of jobs are made for a run, /tmp without it
+
+FILES
+    zenqay.toml            the job file: databases, ERPs, jobs; "zenqayctl init" makes one whose comments explain it
+    credentials/NAME       beside the job file: the password of "password = { credential = "NAME" }"; chmod 0600
+    ~/.local/state/zenqay/history.db
+                           the history; for root /var/lib/zenqay/history.db
 
 EXIT STATUS
     The first that applies:
@@ -48,6 +55,9 @@ EXIT STATUS
     1      a table failed
     3      a table was in use
     0      all complete
+
+SEE ALSO
+    zenqay-dbsync --help, zenqay-dbsync-check --help; docs/control.md has the keys of the job file
 )";
 
 constexpr const char* kRun = R"(NAME
@@ -60,14 +70,19 @@ DESCRIPTION
     Starts one process for each table of the jobs, side by side up to the "parallel" of each database. Objects and
     warranties of one database follow each other. On a terminal each table has a line that is redrawn: its state, rows,
     rows a second, the time, and what is left if it takes as long as the last time. Elsewhere each change is a line.
+    What is not complete stands at the end once more, with its failures and what to do next.
+
+    Each job takes its table's lock in the database. A table whose lock another job holds is in use; one that a dead job
+    left taken is taken over.
 
     What a later attempt can heal (connection lost, table in use, ERP not reached) is tried again as the job's "retry"
     says. Ctrl-C, SIGTERM and SIGHUP ask each job once to stop: a table that is being copied is freed, its rows stay as
     far as they came, and no further table begins. A job that has not stopped a minute later is ended, and a second
     request, later than five seconds, ends the jobs at once. If zenqayctl itself is killed, its jobs stop as if asked.
 
-    Tables are looked up before anything is started. The job's home is derived from that of the ERP for this run: a copy
-    of Components.xml with absolute paths, <LOCK takeover="yes"/> and the job's sweep limit.
+    Tables are looked up before anything is started. The job's home is derived from that of the ERP for this run, among
+    the temporary files: a copy of Components.xml with absolute paths, <LOCK takeover="yes"/> and the job's sweep limit.
+    What a killed zenqayctl left there goes with the next run.
 
 OPTIONS
     --table TABLE   only this table of the jobs, by name or id; may be given more than once
@@ -78,12 +93,19 @@ OPTIONS
     -h, --help      writes this page
 
 EXIT STATUS
-    The first that applies: 2 wrong usage or job file, 128+n stopped by the signal n, 124 stopped by a timeout, 4 a job
-    could not begin, 1 a table failed, 3 a table was in use, 0 all complete.
+    The first that applies:
+    2      wrong usage, or something is wrong with the job file; nothing was started
+    128+n  stopped by the signal n
+    124    stopped by the timeout of a job
+    4      a job could not begin, or a database could not be reached
+    1      a table failed, was copied and could not be freed, or its job crashed
+    3      a table was in use
+    0      all complete
 
 EXAMPLES
     zenqayctl run nightly
     zenqayctl run nightly --table SITE --table OBJECT --full
+    zenqayctl run nightly --json | jq -r 'select(.state == "failed") | .table + ": " + .words'
 )";
 
 constexpr const char* kCheck = R"(NAME
@@ -94,8 +116,13 @@ SYNOPSIS
 
 DESCRIPTION
     Looks, for each of the jobs or for all of the file, at what zenqay-dbsync-check looks at: the line, the log
-    directory, the texts, the components, the database and the tables. Nothing is changed. A line begins with ok,
-    warning (a job runs, but see to it), MEND (no job gets past it) or left out (it needs something that failed).
+    directory, the texts, the components, the database and the tables. Nothing is changed, and no password is shown. What
+    concerns several tables of a job is said once. A line begins with
+
+    ok        it works
+    warning   a job runs, but see to it
+    MEND      no job gets past it
+    left out  it needs something that failed
 
 OPTIONS
     --json       a list of jobs, each with its lines
@@ -106,6 +133,7 @@ EXIT STATUS
 
 EXAMPLES
     zenqayctl check nightly
+    zenqayctl check --json | jq -r '.[] | select(.can_run | not) | .job'
 )";
 
 constexpr const char* kStatus = R"(NAME
@@ -116,8 +144,12 @@ SYNOPSIS
 
 DESCRIPTION
     For each table of the jobs, or of all jobs of the file: up to when its data is current (in UTC) and how long ago that
-    was, whether it is free or taken, by which process and whether that lives, and what became of its last run. The
-    database is only read. Who has taken a table is known of jobs that zenqayctl started.
+    was, whether it is free or taken, by which process and whether that lives, whether the lock of a taken one is held,
+    and what became of its last run. The database is only read, and no job is kept from a lock (on Oracle, which cannot
+    be asked, the lock of a taken table is taken for an instant).
+
+    Who has taken a table is known of jobs that zenqayctl started. A taken table whose lock is free was left behind, or
+    is copied by a job that does not use the lock.
 
 OPTIONS
     --json       a list of tables
@@ -128,7 +160,7 @@ EXIT STATUS
 
 EXAMPLES
     zenqayctl status
-    zenqayctl status nightly --json
+    zenqayctl status nightly --json | jq -r '.[] | select(.updated == null or .age_seconds > 86400) | .table'
 )";
 
 constexpr const char* kUnlock = R"(NAME
@@ -139,12 +171,15 @@ SYNOPSIS
 
 DESCRIPTION
     A table is taken while a job copies it. A job that died left it taken; zenqayctl run finds that out by itself and
-    goes on. unlock is for tables that other starters copy. Without --force it says who has taken the table.
+    goes on. unlock is for a table that other starters are to copy.
 
-    Two copies of one table at the same time duplicate rows: use --force only when no job copies the table.
+    It takes the table's lock first, so that no job begins meanwhile, and gives it back behind. The table is freed when
+    the lock was free and the job that took the table last was zenqayctl's, which hold the lock as long as they have a
+    table. A table whose lock is held, or whose flag may have been set by a job without the lock, needs --force. Two
+    copies of one table at the same time duplicate rows: use --force only when no job copies the table.
 
 OPTIONS
-    --force      takes the flag off
+    --force      takes the flag off whoever set it; a lock that a job holds stays with it
     --json       one object: the table, what was done ("none" or "freed"), and why
     -h, --help   writes this page
 
@@ -152,6 +187,7 @@ EXIT STATUS
     0 the table is free, 3 it is taken, 4 the database could not be reached, 2 wrong usage or job file.
 
 EXAMPLES
+    zenqayctl unlock nightly SITE
     zenqayctl unlock nightly SITE --force
 )";
 
@@ -162,9 +198,9 @@ SYNOPSIS
     zenqayctl history [RUN] [--limit NUMBER] [--json]
 
 DESCRIPTION
-    Without RUN, the runs with their start, duration, tables, rows and outcome, the latest first. With the number of one:
-    its tables with their counts, their failure records with the statement or the component call, and the end of the run
-    log of each that was not complete. A run whose zenqayctl died is lost.
+    Without RUN, the runs with their start (in UTC), duration, tables, rows and outcome, the latest first. With the number
+    of one: its tables with their counts, their failure records with the statement or the component call, and the end of
+    the run log of each that was not complete. A run whose zenqayctl died is lost; one that has no end yet is running.
 
     Runs are kept as long as "keep" in [history] of the job file says, 400 days without it.
 
@@ -180,7 +216,7 @@ EXIT STATUS
     0, 2 when there is no such run, 4 when the history cannot be read.
 
 EXAMPLES
-    zenqayctl history
+    zenqayctl history --limit 5
     zenqayctl history 12
 )";
 
@@ -193,7 +229,7 @@ SYNOPSIS
 DESCRIPTION
     Makes, in the directory or here: zenqay.toml, whose comments explain every key; service.db, an embedded database with
     the tables that jobs need; home/, an ERP of exports; and log/. The job "demo" runs at once. Nothing that is there is
-    overwritten.
+    overwritten: a zenqay.toml, a service.db or a home that exists ends it.
 
 OPTIONS
     --json       the path of the job file
@@ -219,6 +255,9 @@ DESCRIPTION
 OPTIONS
     --json       has no meaning here
     -h, --help   writes this page
+
+EXIT STATUS
+    0, 2 for another shell, and for "jobs" when there is no job file that can be read.
 
 EXAMPLES
     zenqayctl completion bash >/etc/bash_completion.d/zenqayctl

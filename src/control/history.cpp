@@ -25,6 +25,8 @@ constexpr const char* kSteps[] = {
     "CREATE TABLE failure (id INTEGER PRIMARY KEY, table_run INTEGER, at TEXT, number TEXT, source TEXT, "
     "description TEXT, sqlstate TEXT, native TEXT, statement TEXT, call TEXT, row_key TEXT, during TEXT); "
     "CREATE INDEX failure_table ON failure (table_run)",
+    // 2: that a table was freed behind its run
+    "ALTER TABLE table_run ADD COLUMN freed TEXT",
 };
 
 /// A text as a literal.
@@ -88,6 +90,7 @@ PastTable ReadTable(Recordset& row) {
       .attempts = static_cast<int>(NumberOf(row, "attempts")),
       .words = TextOf(row, "words"),
       .logs = TextOf(row, "logs"),
+      .freed = TextOf(row, "freed"),
       .process = ProcessOf(row)};
 }
 
@@ -200,6 +203,12 @@ void History::UpdateTable(std::int64_t table, const TableRun& state) {
                   f.rowKey, f.during}) +
         ")");
   }
+}
+
+void History::NoteFreed(const Text& database, const Text& table) {
+  connection_->Execute("UPDATE table_run SET freed = " + Literal(UtcText(UtcNow())) +
+                       " WHERE id = (SELECT max(id) FROM table_run WHERE db = " + Literal(database) +
+                       " AND name = " + Literal(table) + ")");
 }
 
 std::vector<PastRun> History::Runs(int atMost) {

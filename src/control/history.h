@@ -29,6 +29,7 @@ struct PastTable {
   int attempts = 0;
   Text words;
   Text logs;
+  Text freed;               // when the table was freed by unlock behind this run; empty when it was not
   ProcessIdentity process;  // of the job; without a number when none was started
 };
 
@@ -61,6 +62,9 @@ class History {
 
   /// What has become of the table so far; its failure records when it has come to an end.
   void UpdateTable(std::int64_t table, const TableRun& state);
+
+  /// Notes that the table has been freed since its latest run.
+  void NoteFreed(const Text& database, const Text& table);
 
   /// The latest first. An empty job or table stands for all.
   std::vector<PastRun> Runs(int atMost);

@@ -82,7 +82,7 @@ DatabaseAccess AccessTo(const JobFile& file, const DatabaseSettings& database, c
 }
 
 LocalTables::LocalTables(const DatabaseSettings& database, const DatabaseAccess& access, Use use)
-    : databases_(std::make_shared<LocalDatabases>()), connection_(databases_->CreateConnection()) {
+    : databases_(std::make_shared<LocalDatabases>()), connection_(std::make_shared<EngineConnection>()) {
   connection_->PutConnectionString(access.connection + (use == Use::Read ? ";Mode=Read" : ""));
   try {
     connection_->Open();
@@ -98,6 +98,13 @@ std::vector<LocalTable> LocalTables::OfGeneration(const Text& generation) {
   std::vector<LocalTable> tables;
   for (; !rows->AtEnd(); rows->MoveNext()) AddOnce(tables, ReadTable(*rows));
   return tables;
+}
+
+bool LocalTables::IsTaken(const LocalTable& table) {
+  const std::shared_ptr<Recordset> rows = databases_->CreateRecordset();
+  rows->Open("SELECT in_use FROM tstables WHERE tablename = " + Literal(table.name), connection_, CursorType::Static,
+             LockType::ReadOnly, CommandType::SqlText);
+  return !rows->AtEnd() && rows->FieldValue("in_use").EqualsNumber(1);
 }
 
 void LocalTables::Free(const Text& table) {

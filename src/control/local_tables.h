@@ -2,8 +2,8 @@
 #pragma once
 
 #include "base/date_time.h"
-#include "contracts/connection.h"
 #include "control/credentials.h"
+#include "engines/engine_connection.h"
 
 namespace zenqay {
 
@@ -33,12 +33,22 @@ class LocalTables {
   /// The tables of a generation's group that a job can be asked for, by their ids.
   std::vector<LocalTable> OfGeneration(const Text& generation);
 
+  /// Whether the flag says, now, that a copy of the table is running.
+  bool IsTaken(const LocalTable& table);
+
   /// Takes off the flag that says that a copy is running.
   void Free(const Text& table);
 
+  /// The lock of the table, which this connection then holds; false when a job has it.
+  bool TakeLock(const Text& table) { return connection_->TakeLock(table); }
+  void GiveLockBack(const Text& table) { connection_->GiveLockBack(table); }
+
+  /// Whether a job has it; keeps no job from it.
+  bool IsLockHeld(const Text& table) { return connection_->IsLockHeld(table); }
+
  private:
   std::shared_ptr<Database> databases_;
-  std::shared_ptr<Connection> connection_;
+  std::shared_ptr<EngineConnection> connection_;
 };
 
 /// Those of the tables that are asked for: `asked`, by name or id, else those of the job, else all. Raises WrongUsage

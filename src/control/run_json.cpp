@@ -70,6 +70,7 @@ Json TableJson(const PastTable& table) {
   AddCounts(json, table.counts);
   AddText(json, "words", table.words);
   AddText(json, "logs", table.logs);
+  AddText(json, "freed", table.freed);
   if (table.process.pid != 0) json["process"] = {{"host", table.process.host}, {"pid", table.process.pid}};
   return json;
 }

@@ -48,6 +48,7 @@ class Runner {
                           std::all_of(runs_.begin(), runs_.end(), [](const TableRun& run) { return IsEnd(run.state); });
       if (isOver) return stop_;
       WaitForInput(Descriptors(), static_cast<int>(UntilNextDeed().count()));
+      TakeSignal();  // before the ends of jobs that were sent the same signal
       for (const auto& running : running_) Listen(*running);
       Reap();
     }
@@ -65,8 +66,8 @@ class Runner {
     if (!stop_) {
       stop_ = signal;
       stoppedAt_ = now;
-      for (std::size_t which = 0; which < runs_.size(); ++which) Skip(which, Asked::BySignal);
       for (const auto& running : running_) Ask(*running, Asked::BySignal);
+      for (std::size_t which = 0; which < runs_.size(); ++which) Skip(which, Asked::BySignal);
     } else if (now - stoppedAt_ > settings_.patience) {
       for (const auto& running : running_) running->process.Ask();
     }

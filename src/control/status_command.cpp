@@ -12,10 +12,13 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+enum class LockState { NotAsked, Unknown, Free, Held };
+
 struct TableStatus {
   Text job;
   LocalTable table;
   FlagOwner owner;
+  LockState lock = LockState::NotAsked;
   std::optional<PastTable> last;
 };
 
@@ -28,14 +31,18 @@ Text LastText(const std::optional<PastTable>& last) {
   return last->outcome + " (run " + std::to_string(last->run) + ")";
 }
 
+Text StateText(const TableStatus& status) {
+  if (!status.table.isTaken) return "free";
+  Text words = "taken by " + status.owner.Words();
+  if (status.lock == LockState::Free) words += "; its lock is free";
+  if (status.lock == LockState::Held) words += "; its lock is held";
+  return words;
+}
+
 std::vector<Text> RowOf(const TableStatus& status, std::int64_t now) {
   const LocalTable& table = status.table;
-  return {status.job,
-          table.name,
-          table.updated ? IsoText(*table.updated) : "never",
-          AgeText(table, now),
-          table.isTaken ? "taken by " + status.owner.Words() : "free",
-          LastText(status.last)};
+  return {status.job,          table.name,        table.updated ? IsoText(*table.updated) : "never",
+          AgeText(table, now), StateText(status), LastText(status.last)};
 }
 
 Json LifeJson(OwnerLife life) {
@@ -60,6 +67,9 @@ Json JsonOf(const TableStatus& status, std::int64_t now) {
     json["updated"] = nullptr;
   }
   json["taken"] = table.isTaken;
+  if (status.lock == LockState::Free || status.lock == LockState::Held) {
+    json["lock"] = status.lock == LockState::Held ? "held" : "free";
+  }
   if (table.isTaken && status.owner.life != OwnerLife::Unknown) {
     json["owner"] = {{"host", status.owner.process.host},
                      {"pid", status.owner.process.pid},
@@ -70,20 +80,49 @@ Json JsonOf(const TableStatus& status, std::int64_t now) {
   return json;
 }
 
+/// Of a taken table alone: nobody waits for the answer about a free one, and on Oracle asking takes the lock for an
+/// instant.
+LockState LockOf(LocalTables& tables, const LocalTable& table, std::ostream& err) {
+  if (!table.isTaken) return LockState::NotAsked;
+  try {
+    return tables.IsLockHeld(table.name) ? LockState::Held : LockState::Free;
+  } catch (const RuntimeError& error) {
+    err << "zenqayctl: warning: the lock of " << table.name << " cannot be looked at: " << error.description()
+        << std::endl;
+    return LockState::Unknown;
+  }
+}
+
 std::vector<TableStatus> StatusOf(const JobFile& file, const JobSettings& job, History& history,
-                                  const Environment& environment) {
+                                  const Surroundings& surroundings) {
   const DatabaseSettings& database = file.DatabaseOf(job);
   const Text& generation = file.ErpOf(job).generation;
-  LocalTables tables(database, AccessTo(file, database, environment), Use::Read);
+  LocalTables tables(database, AccessTo(file, database, surroundings.environment), Use::Read);
   std::vector<TableStatus> all;
   for (const LocalTable& table : ChooseTables(job, generation, tables.OfGeneration(generation), {})) {
     TableStatus status = {.job = job.name, .table = table};
     if (table.isTaken) status.owner = OwnerOf(history, job.database, table.name);
+    status.lock = LockOf(tables, table, surroundings.err);
     const auto latest = history.LatestTables(job.database, table.name, 1);
     if (!latest.empty()) status.last = latest.front();
     all.push_back(std::move(status));
   }
   return all;
+}
+
+/// What came of asking for a table's lock.
+struct LockAnswer {
+  bool isGot = false;
+  Text words;
+};
+
+LockAnswer AskForLock(LocalTables& tables, const Text& table) {
+  try {
+    if (tables.TakeLock(table)) return {true, "its lock is free, but a job that does not use it may have set the flag"};
+    return {false, "its lock is held by a job"};
+  } catch (const RuntimeError& error) {
+    return {false, error.description()};
+  }
 }
 
 }  // namespace
@@ -102,7 +141,7 @@ int ShowStatus(const JobFile& file, const std::vector<Text>& jobs, bool json, Su
   for (const Text& name : names) {
     const JobSettings& job = file.Job(name);
     try {
-      for (const TableStatus& status : StatusOf(file, job, history, surroundings.environment)) {
+      for (const TableStatus& status : StatusOf(file, job, history, surroundings)) {
         rows.push_back(RowOf(status, now));
         list.push_back(JsonOf(status, now));
       }
@@ -129,27 +168,35 @@ int Unlock(const JobFile& file, const Text& jobName, const Text& tableName, bool
   const Text& generation = file.ErpOf(job).generation;
   LocalTables tables(database, AccessTo(file, database, surroundings.environment), Use::Write);
   const LocalTable table = ChooseTables(job, generation, tables.OfGeneration(generation), {tableName}).front();
-  const auto say = [&](const char* deed, const Text& words) {
+  const auto say = [&](const char* deed, const Text& words, int status) {
     if (json) {
       surroundings.out << JsonText({{"table", table.name}, {"deed", deed}, {"words", words}}) << std::endl;
     } else {
       surroundings.out << table.name << ": " << words << std::endl;
     }
+    return status;
   };
-  if (!table.isTaken) {
-    say("none", "it is free");
-    return kAllComplete;
-  }
+  if (!table.isTaken) return say("none", "it is free", kAllComplete);
+
+  // No job that uses the lock begins from here on, and one that ended meanwhile has freed the table.
+  const LockAnswer lock = AskForLock(tables, table.name);
   History history(surroundings.historyPath);
-  const Text owner = OwnerOf(history, job.database, table.name).Words();
-  if (!force) {
-    say("none", "it is taken by " + owner + "; once you are sure that no job copies it: zenqayctl unlock " + job.name +
-                    " " + table.name + " --force");
-    return kTableInUse;
+  history.CloseLost();
+  const FlagOwner owner = OwnerOf(history, job.database, table.name);
+  const bool isTaken = tables.IsTaken(table);
+  const bool mayFree = force || (lock.isGot && owner.HadLock());
+  if (isTaken && mayFree) {
+    tables.Free(table.name);
+    history.NoteFreed(job.database, table.name);
   }
-  tables.Free(table.name);
-  say("freed", "it was taken by " + owner + ", and is free now");
-  return kAllComplete;
+  if (lock.isGot) tables.GiveLockBack(table.name);
+
+  if (!isTaken) return say("none", "it is free", kAllComplete);
+  if (mayFree) return say("freed", "it was taken by " + owner.Words() + ", and is free now", kAllComplete);
+  return say("none",
+             "it is taken by " + owner.Words() + "; " + lock.words + "; once you are sure that no job copies it: " +
+                 "zenqayctl unlock " + job.name + " " + table.name + " --force",
+             kTableInUse);
 }
 
 }  // namespace zenqay

@@ -210,8 +210,8 @@ Text AdviceFor(const TableRun& run) {
   const Text again = "zenqayctl run " + job + " --table " + run.task.table;
   switch (run.state) {
     case TableState::InUse:
-      return "zenqayctl status " + job + " says who has it; zenqayctl unlock " + job + " " + run.task.table +
-             " frees one that a dead job left behind";
+      return "zenqayctl status " + job + " says who has it, and whether that job still holds its lock; once it does " +
+             "not: " + again;
     case TableState::CouldNotBegin:
       return "zenqayctl check " + job + " says what to mend; then: " + again;
     case TableState::Failed:

@@ -36,6 +36,10 @@ class EngineSession {
   /// As the connection's.
   virtual bool TakeLock(const Text& name) = 0;
   virtual void GiveLockBack(const Text& name) = 0;
+
+  /// Whether any session holds the lock of a name. Changes nothing, and keeps nobody from the lock; on Oracle alone,
+  /// which cannot be asked, the lock is taken and given back.
+  virtual bool IsLockHeld(const Text& name) = 0;
 };
 
 }  // namespace zenqay

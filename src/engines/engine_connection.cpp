@@ -79,6 +79,10 @@ void EngineConnection::GiveLockBack(const Text& name) {
   Reporting(*errors_, "", [&] { Session().GiveLockBack(name); });
 }
 
+bool EngineConnection::IsLockHeld(const Text& name) {
+  return Reporting(*errors_, "", [&] { return Session().IsLockHeld(name); });
+}
+
 std::unique_ptr<QueryRows> EngineConnection::RowsOf(const Text& query, CursorType, LockType, CommandType) {
   return Reporting(*errors_, query, [&] {
     EngineSession& session = Session();

@@ -30,6 +30,9 @@ class EngineConnection : public Connection {
   bool TakeLock(const Text& name) override;
   void GiveLockBack(const Text& name) override;
 
+  /// As the session's: for who looks at jobs, not for a job.
+  bool IsLockHeld(const Text& name);
+
   std::int64_t Run(const Text& statement, Count count) override;
 
   /// The rows are read whole, whatever the cursor: a read that stays open would pin the file's state as it then was,

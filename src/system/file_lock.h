@@ -22,6 +22,10 @@ class FileLock {
   bool Take(const Text& name) const;
   void GiveBack(const Text& name) const;
 
+  /// Whether anybody has the lock of this name in the file. Takes nothing, and makes no file. Raises 70 or 75 where
+  /// that cannot be found out.
+  static bool IsTaken(const Text& path, const Text& name);
+
  private:
   Text path_;
   int descriptor_ = -1;

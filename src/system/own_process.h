@@ -22,9 +22,6 @@ std::vector<Text> EnvironmentEntries();
 /// The directory that the program stands in.
 Text ProgramDirectory();
 
-/// A new directory with a name of its own below the one for temporary files, closed to everybody else.
-Text MakePrivateDirectory();
-
 /// Makes the file when it is missing, closed to everybody else.
 void MakePrivateFile(const Text& path);
 

@@ -3,6 +3,7 @@
 #include "control/history.h"
 #include "control_setup.h"
 #include "doubles/time_zone.h"
+#include "system/file_lock.h"
 
 namespace zenqay {
 namespace {
@@ -235,8 +236,10 @@ TEST_F(Zenqayctl, ShowsHowFreshATableIsAndWhoHasIt) {
   const Text ages = std::regex_replace(status, std::regex("\\d+ d \\d+ h"), "AGE");
   EXPECT_EQ(std::regex_replace(ages, std::regex("   +"), "  "),  // how wide the columns are hangs on the times
             "JOB  TABLE  UPDATED (UTC)  AGE  STATE  LAST RUN\n"
-            "demo  SITE  2026-01-15 10:00:00  AGE  taken by nobody that the history knows  complete (run 1)\n"
-            "demo  PRIORITY  2026-01-15 10:00:00  AGE  taken by process N of run 1, which is gone  failed (run 1)\n"
+            "demo  SITE  2026-01-15 10:00:00  AGE  taken by nobody that the history knows; its lock is free  complete "
+            "(run 1)\n"
+            "demo  PRIORITY  2026-01-15 10:00:00  AGE  taken by process N of run 1, which is gone; its lock is free  "
+            "failed (run 1)\n"
             "= 0\n");
 }
 
@@ -245,8 +248,24 @@ TEST_F(Zenqayctl, ShowsTheStateAsJson) {
 
   EXPECT_EQ(setup.Ctl({"status", "demo", "--json"}),
             R"([{"job":"demo","table":"SITE","id":1,"updated":null,"taken":false,"last":null},)"
-            R"({"job":"demo","table":"PRIORITY","id":4,"updated":null,"taken":true,"last":null}])"
+            R"({"job":"demo","table":"PRIORITY","id":4,"updated":null,"taken":true,"lock":"free","last":null}])"
             "\n= 0\n");
+}
+
+TEST_F(Zenqayctl, SaysThatAJobHoldsTheLockOfATable) {
+  setup.Sql("UPDATE tstables SET in_use = 1 WHERE tableid = 4");
+  const FileLock lock(setup.Path("service.db-lock"));
+  ASSERT_TRUE(lock.Take("priority"));
+
+  EXPECT_EQ(setup.Ctl({"status", "demo", "--json"}),
+            R"([{"job":"demo","table":"SITE","id":1,"updated":null,"taken":false,"last":null},)"
+            R"({"job":"demo","table":"PRIORITY","id":4,"updated":null,"taken":true,"lock":"held","last":null}])"
+            "\n= 0\n");
+  EXPECT_EQ(setup.Ctl({"unlock", "demo", "PRIORITY"}),
+            "PRIORITY: it is taken by nobody that the history knows; its lock is held by a job; once you are sure that "
+            "no job copies it: zenqayctl unlock demo PRIORITY --force\n= 3\n");
+  EXPECT_EQ(setup.Ctl({"unlock", "demo", "PRIORITY", "--force"}),
+            "PRIORITY: it was taken by nobody that the history knows, and is free now\n= 0\n");
 }
 
 TEST_F(Zenqayctl, SaysWhichDatabaseIsNotReached) {
@@ -259,13 +278,39 @@ TEST_F(Zenqayctl, SaysWhichDatabaseIsNotReached) {
       "or directory)\n= 4\n");
 }
 
-TEST_F(Zenqayctl, FreesATableOnlyByForce) {
+/// The process of run 1 is gone, and jobs of zenqayctl hold the lock while they have a table.
+TEST_F(Zenqayctl, FreesATableOnceThatADeadJobOfItsOwnLeftBehind) {
+  setup.Script(1, kBegin + kStarted + "signal 9\n");
+  setup.Ctl({"run", "demo", "--table", "SITE"});
+  setup.Sql("UPDATE tstables SET in_use = 1 WHERE tableid = 1");
+
+  {
+    const FileLock lock(setup.Path("service.db-lock"));
+    ASSERT_TRUE(lock.Take("site"));
+    EXPECT_EQ(setup.Ctl({"unlock", "demo", "SITE"}),
+              "SITE: it is taken by process N of run 1, which is gone; its lock is held by a job; once you are sure "
+              "that no job copies it: zenqayctl unlock demo SITE --force\n= 3\n");
+  }
+  EXPECT_EQ(setup.Ctl({"unlock", "demo", "SITE"}),
+            "SITE: it was taken by process N of run 1, which is gone, and is free now\n= 0\n");
+  EXPECT_FALSE(FileLock::IsTaken(setup.Path("service.db-lock"), "site"));
+  const Text run = setup.Ctl({"history", "1", "--json"});
+  EXPECT_NE(run.find("\"freed\":\"TIME\""), Text::npos) << run;
+  EXPECT_EQ(setup.Ctl({"unlock", "demo", "SITE"}), "SITE: it is free\n= 0\n");
+
+  setup.Sql("UPDATE tstables SET in_use = 1 WHERE tableid = 1");  // by whom is not known
+  EXPECT_EQ(setup.Ctl({"unlock", "demo", "SITE"}),
+            "SITE: it is taken by nobody that the history knows; its lock is free, but a job that does not use it may "
+            "have set the flag; once you are sure that no job copies it: zenqayctl unlock demo SITE --force\n= 3\n");
+}
+
+TEST_F(Zenqayctl, FreesATableThatAnybodyMayHaveOnlyByForce) {
   EXPECT_EQ(setup.Ctl({"unlock", "demo", "SITE"}), "SITE: it is free\n= 0\n");
   setup.Sql("UPDATE tstables SET in_use = 1 WHERE tableid = 1");
 
   EXPECT_EQ(setup.Ctl({"unlock", "demo", "site"}),
-            "SITE: it is taken by nobody that the history knows; once you are sure that no job copies it: zenqayctl "
-            "unlock demo SITE --force\n= 3\n");
+            "SITE: it is taken by nobody that the history knows; its lock is free, but a job that does not use it may "
+            "have set the flag; once you are sure that no job copies it: zenqayctl unlock demo SITE --force\n= 3\n");
   EXPECT_EQ(setup.Ctl({"unlock", "demo", "SITE", "--force", "--json"}),
             "{\"table\":\"SITE\",\"deed\":\"freed\",\"words\":\"it was taken by nobody that the history knows, and is "
             "free now\"}\n= 0\n");

@@ -16,6 +16,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -96,9 +97,11 @@ class FakeJob {
     return true;
   }
 
+  /// A reader that is gone has asked to stop by other means as well.
   void Say(const std::string& text) {
     const char* channel = std::getenv("ZENQAY_CONTROL_FD");
-    if (channel == nullptr || ::write(std::atoi(channel), text.data(), text.size()) < 0) ends_ = true;
+    const bool isSaid = channel != nullptr && ::write(std::atoi(channel), text.data(), text.size()) > 0;
+    if (!isSaid && errno != EPIPE) ends_ = true;
   }
 
   void Note(const std::string& what) {
@@ -121,6 +124,7 @@ class FakeJob {
 int main(int argc, char** argv) {
   if (argc != 2 || std::string(argv[1]) != "-") return 64;
   ::signal(SIGTERM, Ask);
+  ::signal(SIGPIPE, SIG_IGN);
   std::string line{std::istreambuf_iterator<char>(std::cin), {}};
   if (line.ends_with('\n')) line.pop_back();
   return FakeJob(line).Run();

@@ -46,16 +46,46 @@ class ZenqayctlProgram : public testing::Test {
 };
 
 TEST_F(ZenqayctlProgram, EndsWithTheStatusOfItsTables) {
-  setup.Script(1, kBegin + kStarted + kComplete);
-  setup.Script(4, kBegin + kInUse);
-  ChildProcess complete(Start({"run", "demo", "--table", "SITE"}));
-  EXPECT_EQ(WaitForEnd(complete), (ProcessEnd{.status = 0}));
+  const Text beginFails = R"({"kind":"failure","number":9999,"description":"too few items","during":"start"})"
+                          "\n";
+  const Text releaseFails = R"({"kind":"failure","number":7,"description":"locked","during":"release"})"
+                            "\n";
+  setup.Edit("timeout = \"2h\"", "timeout = \"1s\"");
+  const struct {
+    const char* what;
+    int status;
+    Text site;
+    Text priority;
+  } cases[] = {
+      {"all complete", 0, kBegin + kStarted + kComplete, kBegin + kStarted + kComplete},
+      {"in use", 3, kBegin + kStarted + kComplete, kBegin + kInUse},
+      {"failed", 1, kBegin + kInUse, kBegin + kStarted + kFailed},
+      {"not freed", 1, kBegin + kStarted + kComplete, kBegin + kStarted + releaseFails + kComplete},
+      {"crashed", 1, kBegin + kStarted + "signal 11\n", kBegin + kStarted + kComplete},
+      {"could not begin", 4, kBegin + kStarted + kFailed, kBegin + beginFails},
+      {"timed out", 124, kBegin + beginFails, kBegin + kStarted + "hold\nasked:\n"},
+  };
+  for (const auto& [what, status, site, priority] : cases) {
+    setup.Script(1, site);
+    setup.Script(4, priority);
 
-  ChildProcess inUse(Start({"run", "demo", "--table", "PRIORITY"}));
-  EXPECT_EQ(WaitForEnd(inUse), (ProcessEnd{.status = 3}));
+    ChildProcess run(Start({"run", "demo"}));
+
+    EXPECT_EQ(WaitForEnd(run), (ProcessEnd{.status = status})) << what;
+  }
+  setup.Script(1, kBegin + kStarted + "hold\nasked:\n");
+  std::filesystem::remove(setup.Path("log/journal"));
+  ChildProcess stopped(Start({"run", "demo", "--table", "SITE"}));
+  WaitForJournal("begin 1");
+  ::kill(stopped.pid(), SIGHUP);
+  EXPECT_EQ(WaitForEnd(stopped), (ProcessEnd{.status = 128 + SIGHUP}));
 
   ChildProcess usage(Start({"run", "other"}));
   EXPECT_EQ(WaitForEnd(usage), (ProcessEnd{.status = 2}));
+
+  setup.Edit("service.db", "none.db");
+  ChildProcess unreached(Start({"run", "demo"}));
+  EXPECT_EQ(WaitForEnd(unreached), (ProcessEnd{.status = 4}));
 }
 
 TEST_F(ZenqayctlProgram, AsksEachJobOnceWhenItIsInterrupted) {

@@ -317,8 +317,8 @@ TEST(AdviceFor, SaysWhatToDoNext) {
 
   EXPECT_EQ(advice(TableState::Complete), "");
   EXPECT_EQ(advice(TableState::InUse),
-            "zenqayctl status nightly says who has it; zenqayctl unlock nightly SITE frees one that a dead job left "
-            "behind");
+            "zenqayctl status nightly says who has it, and whether that job still holds its lock; once it does not: "
+            "zenqayctl run nightly --table SITE");
   EXPECT_EQ(advice(TableState::CouldNotBegin),
             "zenqayctl check nightly says what to mend; then: zenqayctl run nightly --table SITE");
   EXPECT_EQ(advice(TableState::Failed),

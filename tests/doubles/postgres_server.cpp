@@ -40,19 +40,6 @@ std::string ProgramPath(const std::string& name) {
   return *std::max_element(found.begin(), found.end());
 }
 
-int FreePort() {
-  const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  auto* const name = reinterpret_cast<sockaddr*>(&address);
-  const bool isBound = ::bind(listener, name, length) == 0 && ::getsockname(listener, name, &length) == 0;
-  ::close(listener);
-  if (!isBound) throw std::runtime_error("no free port");
-  return ntohs(address.sin_port);
-}
-
 /// Replaces this process by the program, without the rights of the super-user. It ends when its parent does.
 [[noreturn]] void Become(const std::vector<std::string>& arguments, const std::string& log, pid_t parent) {
   const bool isDropped =
@@ -128,6 +115,19 @@ std::string BracedValue(const std::string& value) {
 }
 
 }  // namespace
+
+int FreePort() {
+  const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t length = sizeof address;
+  auto* const name = reinterpret_cast<sockaddr*>(&address);
+  const bool isBound = ::bind(listener, name, length) == 0 && ::getsockname(listener, name, &length) == 0;
+  ::close(listener);
+  if (!isBound) throw std::runtime_error("no free port");
+  return ntohs(address.sin_port);
+}
 
 PostgresServer::PostgresServer(const std::vector<std::string>& settings)
     : settings_(settings), directory_(TemporaryDirectory()) {

@@ -11,6 +11,9 @@
 
 namespace zenqay {
 
+/// A port of the loopback address that nobody listens on.
+int FreePort();
+
 /// Runs on the loopback address, at a free port, in a directory of its own, as long as the object does; under another
 /// user when the super-user starts it, as it refuses to run under him. Its user is "zenqay", with kPassword. Nothing is
 /// forced to disk, unless {"fsync=on"} asks for it. Throws std::runtime_error when it does not come up.

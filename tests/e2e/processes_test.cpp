@@ -32,8 +32,8 @@ TEST(TwoProcesses, OnTwoTablesOfOneDatabaseFileBothFinish) {
   ProgramHome home;
   CommandLine problems = home.Line();
   problems.tableId = "3";
-  HeldExport siteExport(home, kLocationsFile);
-  HeldExport problemExport(home, "Kv40QTMtsspfProblems.csv");
+  HeldExport siteExport(home.Export(kLocationsFile));
+  HeldExport problemExport(home.Export("Kv40QTMtsspfProblems.csv"));
   RunningProgram siteJob(home.path(), Joined(home.Line().Items()), {});
   RunningProgram problemJob(home.path(), Joined(problems.Items()), {});
   siteExport.WaitUntilOpened(siteJob);
@@ -72,7 +72,7 @@ TEST(TwoProcesses, OnTwoTablesOfOneDatabaseFileBothFinish) {
 
 TEST(TwoProcesses, OnOneTableLetTheSecondReportItInUse) {
   ProgramHome home;
-  HeldExport siteExport(home, kLocationsFile);
+  HeldExport siteExport(home.Export(kLocationsFile));
   RunningProgram first(home.path(), Joined(home.Line().Items()), {});
   siteExport.WaitUntilOpened(first);
 
@@ -103,7 +103,7 @@ TEST(KilledProcess, LeavesItsTableInUseForEveryLaterJob) {
   ProgramHome home;
   home.Execute("INSERT INTO SITE VALUES ('B1', 'there', NULL, 0)");
   {
-    HeldExport siteExport(home, kLocationsFile);
+    HeldExport siteExport(home.Export(kLocationsFile));
     RunningProgram job(home.path(), Joined(home.Line().Items()), {});
     siteExport.WaitUntilOpened(job);
     job.Kill();
@@ -245,7 +245,7 @@ TEST_F(Password, StandsInNothingThatComesOfATextInTheWrongPlace) {
 TEST_F(Password, DoesNotStandInTheProcessList) {
   CommandLine line = home.Line();
   line.connectionString += std::string(";Password=") + kSecret;
-  HeldExport siteExport(home, kLocationsFile);
+  HeldExport siteExport(home.Export(kLocationsFile));
   RunningProgram job(home.path(), Joined(line.Items()), {});
   siteExport.WaitUntilOpened(job);
 

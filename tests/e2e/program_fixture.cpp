@@ -20,8 +20,6 @@
 namespace zenqay {
 namespace {
 
-constexpr std::chrono::minutes kLongestWait{5};
-
 std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw std::runtime_error("cannot read " + path.string());
@@ -247,33 +245,6 @@ std::string ProgramHome::Masked(const std::string& text) const {
   masked = Replaced(masked, "[0-9]{1,2}/[0-9]{1,2}/[0-9]{4}", "<date>");
   masked = Replaced(masked, "[0-9]{1,2}:[0-9]{2}:[0-9]{2} [AP]M", "<time>");
   return Replaced(masked, "[0-9]+:[0-9]{2}:[0-9]{2}", "<elapsed>");
-}
-
-HeldExport::HeldExport(const ProgramHome& home, const std::string& name) : path_(home.path() + "/erp/" + name) {
-  if (::mkfifo(path_.c_str(), 0600) != 0) throw std::runtime_error("cannot make " + path_);
-}
-
-void HeldExport::WaitUntilOpened(RunningProgram& program) {
-  const auto end = std::chrono::steady_clock::now() + kLongestWait;
-  while (descriptor_ < 0) {
-    if (program.HasEnded() || std::chrono::steady_clock::now() > end) throw std::runtime_error(path_ + " is not read");
-    descriptor_ = ::open(path_.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  ::fcntl(descriptor_, F_SETFL, 0);  // from here on writing waits for its reader
-}
-
-void HeldExport::Write(const std::string& content) const {
-  for (std::size_t written = 0; written < content.size();) {
-    const ssize_t count = ::write(descriptor_, content.data() + written, content.size() - written);
-    if (count <= 0) throw std::runtime_error("cannot write " + path_);
-    written += static_cast<std::size_t>(count);
-  }
-}
-
-void HeldExport::Finish() {
-  if (descriptor_ >= 0) ::close(descriptor_);
-  descriptor_ = -1;
 }
 
 std::string DayNow(int daysAhead) {

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "doubles/held_export.h"
 #include "doubles/temp_directory.h"
 
 namespace zenqay {
@@ -99,6 +100,9 @@ class ProgramHome {
   std::string path() const { return directory_.path().string(); }
   const TempDirectory& directory() const { return directory_; }
 
+  /// Where the export of this name is.
+  std::string Export(const std::string& name) const { return path() + "/erp/" + name; }
+
   void WriteExport(const std::string& name, const std::string& content) const;
 
   /// Makes the next runs leave a trace.
@@ -132,27 +136,6 @@ class ProgramHome {
 
  private:
   TempDirectory directory_;
-};
-
-/// An export that holds the job which lists it, until the test says what stands in it.
-class HeldExport {
- public:
-  HeldExport(const ProgramHome& home, const std::string& name);
-  HeldExport(const HeldExport&) = delete;
-  HeldExport& operator=(const HeldExport&) = delete;
-  ~HeldExport() { Finish(); }
-
-  /// Waits until the program has opened the export. A program that ends before fails the test.
-  void WaitUntilOpened(RunningProgram& program);
-
-  void Write(const std::string& content) const;
-
-  /// Says that nothing follows.
-  void Finish();
-
- private:
-  std::string path_;
-  int descriptor_ = -1;
 };
 
 /// Today in UTC as the names of the logs have it, and a moment as the database and the exports write it.

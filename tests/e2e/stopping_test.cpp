@@ -60,7 +60,7 @@ TEST(AskedToStop, InTheMiddleOfACopyTheJobFailsItAndFreesTheTable) {
     SCOPED_TRACE(signal);
     ProgramHome home;
     home.Execute("INSERT INTO SITE VALUES ('B1', 'there', NULL, 0)");
-    HeldExport siteExport(home, kLocationsFile);
+    HeldExport siteExport(home.Export(kLocationsFile));
     RunningProgram job(home.path(), Joined(home.Line().Items()), {});
     siteExport.WaitUntilOpened(job);
 
@@ -80,7 +80,7 @@ TEST(AskedToStop, BeforeItTakesTheTableTheJobTakesNothing) {
   ProgramHome home;
   home.Execute("UPDATE tstables SET in_use = 0");
   home.WriteExport(kLocationsFile, kSites);
-  HeldExport version(home, "adapter-version.txt");
+  HeldExport version(home.Export("adapter-version.txt"));
   RunningProgram job(home.path(), Joined(home.Line().Items()), {});
   version.WaitUntilOpened(job);
 
@@ -103,7 +103,7 @@ TEST(AskedToStop, BeforeItTakesTheTableTheJobTakesNothing) {
 
 TEST(AskedToStop, WhileAStatementWaitsForAnotherProcessTheJobWaitsNoLonger) {
   ProgramHome home;
-  HeldExport siteExport(home, kLocationsFile);
+  HeldExport siteExport(home.Export(kLocationsFile));
   RunningProgram job(home.path(), Joined(home.Line().Items()), {});
   siteExport.WaitUntilOpened(job);
   {
@@ -121,7 +121,7 @@ TEST(AskedToStop, WhileAStatementWaitsForAnotherProcessTheJobWaitsNoLonger) {
 
 TEST(StartedToIgnoreASignal, TheJobGoesOnIgnoringIt) {
   ProgramHome home;
-  HeldExport siteExport(home, kLocationsFile);
+  HeldExport siteExport(home.Export(kLocationsFile));
   RunningProgram job(home.path(), Joined(home.Line().Items()),
                      {.wrapper = {"/bin/sh", "-c", "trap '' HUP; exec \"$@\"", "sh"}});
   siteExport.WaitUntilOpened(job);
@@ -191,7 +191,7 @@ TEST(ControlChannelOfTheProgram, TellsWhatBecomesOfTheTable) {
 
 TEST(ControlChannelOfTheProgram, WithoutAReaderIsARequestToStop) {
   ProgramHome home;
-  HeldExport siteExport(home, kLocationsFile);
+  HeldExport siteExport(home.Export(kLocationsFile));
   Channel channel;
   RunningProgram job(home.path(), Joined(home.Line().Items()), {.variables = channel.Variables()});
   siteExport.WaitUntilOpened(job);
@@ -223,7 +223,7 @@ TEST(LockOfTheProgram, LetsTheSecondOfTwoJobsFindTheTableInUse) {
                                             "<LOCK takeover=\"yes\"/></COMPONENTS>"));
   std::string left;
   {
-    HeldExport siteExport(home, kLocationsFile);
+    HeldExport siteExport(home.Export(kLocationsFile));
     RunningProgram first(home.path(), Joined(home.Line().Items()), {});
     siteExport.WaitUntilOpened(first);
     const ProgramRun second = home.Run(home.Line());

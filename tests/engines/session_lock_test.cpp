@@ -15,6 +15,9 @@ TEST(SessionLockOf, SqlServerIsAnApplicationLockOfTheSession) {
   EXPECT_EQ(lock.held,
             "SELECT CASE APPLOCK_MODE('public', N'zenqay.o''site', 'Session') WHEN 'Exclusive' THEN 1 ELSE 0 END AS "
             "answer");
+  EXPECT_EQ(lock.heldByAny,
+            "SELECT CASE APPLOCK_TEST('public', N'zenqay.o''site', 'Exclusive', 'Session') WHEN 0 THEN 1 ELSE 0 END AS "
+            "answer");
   EXPECT_EQ(lock.giveBack, "EXEC sp_releaseapplock @Resource = N'zenqay.o''site', @LockOwner = 'Session'");
   EXPECT_EQ(lock.got, 0);
   EXPECT_EQ(lock.notGot, -1);
@@ -29,6 +32,7 @@ TEST(SessionLockOf, OracleIsALockOfThePackageForLocks) {
 
   EXPECT_EQ(lock.take, "SELECT DBMS_LOCK.REQUEST(" + id + ", 6, 0) AS answer FROM DUAL");
   EXPECT_EQ(lock.held, lock.take);
+  EXPECT_EQ(lock.heldByAny, "");
   EXPECT_EQ(lock.giveBack, "SELECT DBMS_LOCK.RELEASE(" + id + ") FROM DUAL");
   EXPECT_EQ(lock.got, 0);
   EXPECT_EQ(lock.notGot, 1);
@@ -42,6 +46,15 @@ TEST(SessionLockOf, PostgreSqlIsAnAdvisoryLockOfASessionWhoseMachineIsMissedSoon
   EXPECT_EQ(lock.before, (std::vector<Text>{"SET tcp_keepalives_idle = 60", "SET tcp_keepalives_interval = 15",
                                             "SET tcp_keepalives_count = 4"}));
   EXPECT_EQ(lock.take, "SELECT CASE WHEN pg_try_advisory_lock(" + key + ") THEN 1 ELSE 0 END AS answer");
+  EXPECT_EQ(lock.held,
+            "SELECT CASE WHEN EXISTS (SELECT 1 FROM pg_locks WHERE locktype = 'advisory' AND granted AND pid = "
+            "pg_backend_pid() AND objsubid = 1 AND (classid::bigint << 32) | objid::bigint = " +
+                key + ") THEN 1 ELSE 0 END AS answer");
+  EXPECT_EQ(lock.heldByAny,
+            "SELECT CASE WHEN EXISTS (SELECT 1 FROM pg_locks WHERE locktype = 'advisory' AND granted AND database = "
+            "(SELECT oid FROM pg_database WHERE datname = current_database()) AND objsubid = 1 AND (classid::bigint << "
+            "32) | objid::bigint = " +
+                key + ") THEN 1 ELSE 0 END AS answer");
   EXPECT_EQ(lock.giveBack, "SELECT pg_advisory_unlock(" + key + ")");
   EXPECT_EQ(lock.got, 1);
   EXPECT_EQ(lock.notGot, 0);

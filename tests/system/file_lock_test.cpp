@@ -28,6 +28,20 @@ TEST(FileLock, KeepsEveryOtherObjectAndProcessOutUntilItIsGivenBack) {
   EXPECT_TRUE(second.Take("site"));
 }
 
+TEST(FileLock, CanBeAskedAfterWithoutBeingTaken) {
+  const TempDirectory directory;
+  const Text path = (directory.path() / "lock").string();
+  EXPECT_FALSE(FileLock::IsTaken(path, "site"));
+  EXPECT_FALSE(std::filesystem::exists(path));
+  const FileLock lock(path);
+  EXPECT_TRUE(lock.Take("site"));
+
+  EXPECT_TRUE(FileLock::IsTaken(path, "site"));
+  EXPECT_FALSE(FileLock::IsTaken(path, "object"));
+  lock.GiveBack("site");
+  EXPECT_FALSE(FileLock::IsTaken(path, "site"));
+}
+
 TEST(FileLock, GoesWithItsObject) {
   const TempDirectory directory;
   const Text path = (directory.path() / "lock").string();

@@ -42,16 +42,6 @@ TEST(MakePrivateFile, MakesItForItsOwnerAloneAndKeepsOneThatIsThere) {
   EXPECT_EQ(directory.Read("old"), "content");
 }
 
-TEST(MakePrivateDirectory, MakesAnotherOneEachTimeForItsOwnerAlone) {
-  const Text first = MakePrivateDirectory();
-  const Text second = MakePrivateDirectory();
-
-  EXPECT_NE(first, second);
-  EXPECT_EQ(fs::status(first).permissions(), fs::perms::owner_all);
-  fs::remove(first);
-  fs::remove(second);
-}
-
 TEST(ClockOffsetAt, IsThatOfTheMoment) {
   const TimeZone zone("Europe/Berlin");
 

@@ -132,13 +132,7 @@ Text OdbcSession::DefaultDatabase() {
 bool OdbcSession::TakeLock(const Text& name) {
   const SessionLock lock = LockOf(name);
   for (const Text& setting : lock.before) RunText(setting, false);
-  const std::int32_t answer = AnswerTo(lock.take);
-  if (answer == lock.notGot) return false;
-  if (answer != lock.got) {
-    throw RuntimeError(
-        kGeneralProviderFailure, kPlatformSource,
-        "The lock of table " + name + " cannot be taken: the server answers " + std::to_string(answer) + ".");
-  }
+  if (!Get(lock, name)) return false;
   Prove(lock, name);
   return true;
 }
@@ -146,6 +140,23 @@ bool OdbcSession::TakeLock(const Text& name) {
 void OdbcSession::GiveLockBack(const Text& name) {
   RowStore nothing;
   QueryText(LockOf(name).giveBack, nothing);
+}
+
+bool OdbcSession::IsLockHeld(const Text& name) {
+  const SessionLock lock = LockOf(name);
+  if (!lock.heldByAny.empty()) return AnswerTo(lock.heldByAny) == 1;
+  if (!Get(lock, name)) return true;
+  GiveLockBack(name);
+  return false;
+}
+
+/// Asks for the lock, without a look at whether it keeps anybody out.
+bool OdbcSession::Get(const SessionLock& lock, const Text& name) {
+  const std::int32_t answer = AnswerTo(lock.take);
+  if (answer == lock.got || answer == lock.notGot) return answer == lock.got;
+  throw RuntimeError(
+      kGeneralProviderFailure, kPlatformSource,
+      "The lock of table " + name + " cannot be taken: the server answers " + std::to_string(answer) + ".");
 }
 
 SessionLock OdbcSession::LockOf(const Text& name) const {

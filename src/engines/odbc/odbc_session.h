@@ -51,6 +51,7 @@ class OdbcSession final : public EngineSession {
   /// session of the same connection string.
   bool TakeLock(const Text& name) override;
   void GiveLockBack(const Text& name) override;
+  bool IsLockHeld(const Text& name) override;
 
  private:
   struct FreeEnvironment {
@@ -70,6 +71,7 @@ class OdbcSession final : public EngineSession {
   void QueryText(const Text& text, RowStore& rows);
   SessionLock LockOf(const Text& name) const;
   std::int32_t AnswerTo(const Text& query);
+  bool Get(const SessionLock& lock, const Text& name);
   void Prove(const SessionLock& lock, const Text& name);
   void OpenEnvironment();
   void Connect(const Text& driverString, Access access, std::int16_t timeLimit);

@@ -7,16 +7,20 @@ Text Quoted(const Text& text) {
   return "'" + Replaced(text, "'", "''") + "'";
 }
 
+Text AmongPostgreSqlLocks(const Text& whose, const Text& key) {
+  return "SELECT CASE WHEN EXISTS (SELECT 1 FROM pg_locks WHERE locktype = 'advisory' AND granted AND " + whose +
+         " AND objsubid = 1 AND (classid::bigint << 32) | objid::bigint = " + key + ") THEN 1 ELSE 0 END AS answer";
+}
+
 /// A lock belongs to the database that the session is on; the key is made of the schema and the name.
 SessionLock OfPostgreSql(const Text& name) {
   const Text key = "hashtextextended('zenqay.' || coalesce(current_schema(), '') || '.' || " + Quoted(name) + ", 0)";
   return {
       .before = {"SET tcp_keepalives_idle = 60", "SET tcp_keepalives_interval = 15", "SET tcp_keepalives_count = 4"},
       .take = "SELECT CASE WHEN pg_try_advisory_lock(" + key + ") THEN 1 ELSE 0 END AS answer",
-      .held =
-          "SELECT CASE WHEN EXISTS (SELECT 1 FROM pg_locks WHERE locktype = 'advisory' AND granted AND pid = "
-          "pg_backend_pid() AND objsubid = 1 AND (classid::bigint << 32) | objid::bigint = " +
-          key + ") THEN 1 ELSE 0 END AS answer",
+      .held = AmongPostgreSqlLocks("pid = pg_backend_pid()", key),
+      .heldByAny =
+          AmongPostgreSqlLocks("database = (SELECT oid FROM pg_database WHERE datname = current_database())", key),
       .giveBack = "SELECT pg_advisory_unlock(" + key + ")"};
 }
 
@@ -28,6 +32,8 @@ SessionLock OfSqlServer(const Text& name) {
                   ", @LockMode = 'Exclusive', @LockOwner = 'Session', @LockTimeout = 0; SELECT @answer AS answer",
           .held = "SELECT CASE APPLOCK_MODE('public', " + resource +
                   ", 'Session') WHEN 'Exclusive' THEN 1 ELSE 0 END AS answer",
+          .heldByAny = "SELECT CASE APPLOCK_TEST('public', " + resource +
+                       ", 'Exclusive', 'Session') WHEN 0 THEN 1 ELSE 0 END AS answer",
           .giveBack = "EXEC sp_releaseapplock @Resource = " + resource + ", @LockOwner = 'Session'",
           .got = 0,
           .notGot = -1};
@@ -42,6 +48,7 @@ SessionLock OfOracle(const Text& name) {
   return {.before = {},
           .take = request,
           .held = request,
+          .heldByAny = "",
           .giveBack = "SELECT DBMS_LOCK.RELEASE(" + id + ") FROM DUAL",
           .got = 0,
           .notGot = 1,

@@ -12,7 +12,8 @@ namespace zenqay {
 struct SessionLock {
   std::vector<Text> before;  // so that the server soon misses a session whose machine has vanished
   Text take;
-  Text held;  // asks whether this very session holds it
+  Text held;       // asks whether this very session holds it
+  Text heldByAny;  // asks whether any session holds it: 1 or 0; empty for a server that cannot be asked
   Text giveBack;
   std::int32_t got = 1;
   std::int32_t notGot = 0;  // another session has it

@@ -152,17 +152,22 @@ void SqliteSession::Query(const Text& statement, RowStore& rows) {
 }
 
 bool SqliteSession::TakeLock(const Text& name) {
-  if (!locks_) {
-    // By its real name, however a job comes to it.
-    std::error_code ignored;
-    const std::filesystem::path real = std::filesystem::canonical(path_, ignored);
-    locks_.emplace(real.string() + "-lock");
-  }
+  if (!locks_) locks_.emplace(LockPath());
   return locks_->Take(LowerCased(name));
 }
 
 void SqliteSession::GiveLockBack(const Text& name) {
   if (locks_) locks_->GiveBack(LowerCased(name));
+}
+
+bool SqliteSession::IsLockHeld(const Text& name) {
+  return FileLock::IsTaken(LockPath(), LowerCased(name));
+}
+
+/// By the database's real name, however a job comes to it.
+Text SqliteSession::LockPath() const {
+  std::error_code ignored;
+  return std::filesystem::canonical(path_, ignored).string() + "-lock";
 }
 
 void SqliteSession::CloseDatabase::operator()(sqlite3* database) const {

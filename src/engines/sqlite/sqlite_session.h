@@ -36,6 +36,7 @@ class SqliteSession final : public EngineSession {
   /// process. Raises 5 on a disk of the network, whose locks are not to be relied on.
   bool TakeLock(const Text& name) override;
   void GiveLockBack(const Text& name) override;
+  bool IsLockHeld(const Text& name) override;
 
  private:
   struct CloseDatabase {
@@ -46,6 +47,7 @@ class SqliteSession final : public EngineSession {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
+  Text LockPath() const;
   void OpenFile(const Text& dataSource, const char* name, int flags);
   void PrepareFile();
   void PrepareReading(const ReadOnlyFile& file);

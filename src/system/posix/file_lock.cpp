@@ -32,13 +32,18 @@ off_t PlaceOf(const Text& name) {
   return static_cast<off_t>(hash >> 2);
 }
 
-/// Locks belong to the open file: no other one of the process gives them up by being closed.
-int SetLock(int descriptor, short kind, const Text& name) {
+struct flock LockOf(short kind, const Text& name) {
   struct flock lock {};
   lock.l_type = kind;
   lock.l_whence = SEEK_SET;
   lock.l_start = PlaceOf(name);
   lock.l_len = 1;
+  return lock;
+}
+
+/// Locks belong to the open file: no other one of the process gives them up by being closed.
+int SetLock(int descriptor, short kind, const Text& name) {
+  struct flock lock = LockOf(kind, name);
   return ::fcntl(descriptor, F_OFD_SETLK, &lock) == 0 ? 0 : errno;
 }
 
@@ -66,6 +71,17 @@ bool FileLock::Take(const Text& name) const {
 void FileLock::GiveBack(const Text& name) const {
   const int error = SetLock(descriptor_, F_UNLCK, name);
   if (error != 0) throw RuntimeError(PlatformFault::PathAccess, path_ + ": " + std::strerror(error));
+}
+
+bool FileLock::IsTaken(const Text& path, const Text& name) {
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0 && errno == ENOENT) return false;
+  if (descriptor < 0) throw RuntimeError(FileFault(errno), path);
+  struct flock lock = LockOf(F_WRLCK, name);
+  const int error = ::fcntl(descriptor, F_OFD_GETLK, &lock) == 0 ? 0 : errno;
+  ::close(descriptor);
+  if (error != 0) throw RuntimeError(PlatformFault::PathAccess, path + ": " + std::strerror(error));
+  return lock.l_type != F_UNLCK;
 }
 
 }  // namespace zenqay

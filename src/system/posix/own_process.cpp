@@ -1,7 +1,6 @@
 #include "system/own_process.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -41,12 +40,6 @@ Text ProgramDirectory() {
   std::error_code fault;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", fault);
   return fault ? Text(".") : program.parent_path().string();
-}
-
-Text MakePrivateDirectory() {
-  Text name = (std::filesystem::temp_directory_path() / "zenqayctl-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) throw RuntimeError(FileFault(errno), name);
-  return name;
 }
 
 void MakePrivateFile(const Text& path) {

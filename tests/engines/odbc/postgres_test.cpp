@@ -390,7 +390,9 @@ TEST_F(PostgresTest, KeepsOtherSessionsFromTheLockOfANameUntilItGivesItBackOrEnd
   OdbcSession second(ConnectionString());
   {
     OdbcSession first(ConnectionString());
+    EXPECT_FALSE(second.IsLockHeld("SITE"));
     EXPECT_TRUE(first.TakeLock("SITE"));
+    EXPECT_TRUE(OdbcSession(ConnectionString(), {.access = Access::ReadOnly}).IsLockHeld("site"));
     EXPECT_FALSE(second.TakeLock("site"));
     EXPECT_TRUE(second.TakeLock("OBJECT"));
     first.GiveLockBack("SITE");
@@ -406,7 +408,7 @@ TEST_F(PostgresTest, KeepsOtherSessionsFromTheLockOfANameUntilItGivesItBackOrEnd
 /// A pooler in front of the server, which gives a connection a session of the server's for a transaction or for good.
 class Pooler {
  public:
-  Pooler(const PostgresServer& server, const std::string& mode) : port_(server.port() + 10'000) {
+  Pooler(const PostgresServer& server, const std::string& mode) : port_(FreePort()) {
     directory_.Write("users", "\"zenqay\" \"\"\n");
     directory_.Write("pooler.ini",
                      "[databases]\n* = host=127.0.0.1 port=" + std::to_string(server.port()) +
