@@ -23,12 +23,11 @@ constexpr const char* kSource = "SQLite";
 
 constexpr std::size_t kMostPrepared = 64;
 
-/// By measurement; see docs/benchmarks.md.
-constexpr const char* kSettings[] = {
-    "PRAGMA cache_size = -8192",             // KiB
-    "PRAGMA wal_autocheckpoint = 16384",     // pages
-    "PRAGMA journal_size_limit = 100663296"  // bytes of the log that stay once all of it is in the file
-};
+/// By measurement; see docs/benchmarks.md. The cache is the greater part of a session's memory. The log may be longer
+/// than its limit as long as another process reads from it; its file is cut to that length once it is in the database.
+constexpr const char* kSettings[] = {"PRAGMA cache_size = -8192", "PRAGMA journal_size_limit = 100663296"};
+constexpr int kLongestLog = 16384;  // pages; then it is taken over into the database
+constexpr int kShortLog = 1000;     // a session that ends leaves a log up to this to those that go on
 
 /// The SQLSTATE that a result code stands for. A statement that does not read and a table that does not exist share
 /// one code.
@@ -168,12 +167,19 @@ SqliteSession::SqliteSession(const Text& dataSource, Access access, std::shared_
   }
 }
 
+/// The end of the last session takes the log over by itself, but while others go on, none might be the last for long.
+/// Nobody is waited for.
 SqliteSession::~SqliteSession() {
-  if (!writes_) return;
-  // What is in the log goes into the file, and the log becomes empty, unless another process needs it. The end of the
-  // last session would do the same; where others go on, none might be the last for long. Nobody is waited for.
+  if (logPages_ <= kShortLog) return;
   sqlite3_busy_handler(database_.get(), nullptr, nullptr);
   sqlite3_wal_checkpoint_v2(database_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+}
+
+/// After each commit. What keeps the log from being taken over is no fault of the statement.
+int SqliteSession::OnCommit(void* session, sqlite3* database, const char* name, int logPages) {
+  static_cast<SqliteSession*>(session)->logPages_ = logPages;
+  if (logPages >= kLongestLog) sqlite3_wal_checkpoint_v2(database, name, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  return SQLITE_OK;
 }
 
 std::int64_t SqliteSession::Run(const Text& statement, bool countRows) {
@@ -302,7 +308,7 @@ void SqliteSession::PrepareFile() {
   if (journalMode.Field(0) != Value("wal")) Run("PRAGMA journal_mode = WAL", false);
   Run("PRAGMA synchronous = NORMAL", false);
   for (const char* setting : kSettings) Run(setting, false);
-  writes_ = true;
+  sqlite3_wal_hook(database_.get(), OnCommit, this);
 }
 
 void SqliteSession::PrepareReading(const ReadOnlyFile& file) {

@@ -54,6 +54,7 @@ class SqliteSession final : public EngineSession {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
+  static int OnCommit(void* session, sqlite3* database, const char* name, int logPages);
   void OpenFile(const Text& dataSource, const char* name, int flags);
   void PrepareFile();
   void PrepareReading(const ReadOnlyFile& file);
@@ -77,7 +78,7 @@ class SqliteSession final : public EngineSession {
   Text translated_;               // this and what follows is kept for its memory
   StatementShape shape_;          // of the statement at hand
   std::vector<Text> boundTexts_;  // those of its values that are not in the statement as they are bound
-  bool writes_ = false;           // once the file is prepared for it
+  int logPages_ = 0;              // behind the latest commit
   Text defaultDatabase_;
 };
 
