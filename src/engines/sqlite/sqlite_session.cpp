@@ -23,8 +23,8 @@ constexpr const char* kSource = "SQLite";
 
 constexpr std::size_t kMostPrepared = 64;
 
-/// By measurement; see docs/benchmarks.md. The cache is the greater part of a session's memory. The log may be longer
-/// than its limit as long as another process reads from it; its file is cut to that length once it is in the database.
+/// By measurement; see docs/benchmarks.md. The cache is the greater part of a session's memory. A log that another
+/// process reads from goes on growing; the limit is what is left of its file when it has been taken over after all.
 constexpr const char* kSettings[] = {"PRAGMA cache_size = -8192", "PRAGMA journal_size_limit = 100663296"};
 constexpr int kLongestLog = 16384;  // pages; then it is taken over into the database
 constexpr int kShortLog = 1000;     // a session that ends leaves a log up to this to those that go on

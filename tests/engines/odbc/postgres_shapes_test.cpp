@@ -2,6 +2,7 @@
 #include "doubles/postgres_server.h"
 #include "engines/demo_jobs.h"
 #include "engines/generated_statements.h"
+#include "engines/odbc/counting_proxy.h"
 #include "engines/twins.h"
 
 namespace zenqay {
@@ -339,6 +340,22 @@ TEST_F(PostgresShapesOfASession, GoOnWhenTheServerHasForgottenThem) {
 
   for (int i = 0; i < 3; ++i) EXPECT_EQ(Update("A2", "d"), 1);
   EXPECT_EQ(Rows(), "A1|c|1\nA2|d|1\n");
+}
+
+TEST_F(PostgresShapesOfASession, TakeOneRoundTripEach) {
+  CountingProxy proxy(server_.port());
+  connection_->Close();
+  connection_->PutConnectionString(Replaced(server_.ConnectionString("service"),
+                                            "Port=" + std::to_string(server_.port()),
+                                            "Port=" + std::to_string(proxy.port())));
+  connection_->Open();
+  for (int i = 0; i < 3; ++i) Update("A1", "c");
+  const int before = proxy.RoundTrips();
+
+  for (int i = 0; i < 50; ++i) Update(i % 2 == 0 ? "A1" : "none", "d");
+
+  EXPECT_EQ(proxy.RoundTrips() - before, 50);
+  connection_->Close();
 }
 
 TEST_F(PostgresShapesOfASession, ArePlannedAnewAsTheirTableGrows) {
