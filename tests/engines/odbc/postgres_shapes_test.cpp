@@ -210,15 +210,26 @@ StatementWords PostgresWords() {
                      "DEALLOCATE ALL"}};
 }
 
+/// Vacuum by itself would come to one database earlier than to the other.
+PostgresServer& SharedServer() {
+  static PostgresServer server({"autovacuum=off"});
+  return server;
+}
+
 class PostgresShapes : public testing::Test {
  protected:
-  Text StringOf(const Text& database, const Text& script) {
+  /// A new database, by its connection string.
+  Text StringOf(Text database, const Text& script) {
+    static int count = 0;
+    database += std::to_string(++count);
     server_.Psql("postgres", "CREATE DATABASE " + database);
     server_.Psql(database, script);
+    latest_ = database;
     return server_.ConnectionString(database);
   }
 
-  PostgresServer server_{{"autovacuum=off"}};  // which would come to the one earlier than to the other
+  PostgresServer& server_ = SharedServer();
+  Text latest_;  // of the databases
 };
 
 TEST_F(PostgresShapes, GiveGeneratedStatementsBothWaysTheSameCountsErrorsAndBytes) {
@@ -295,7 +306,7 @@ class PostgresShapesOfASession : public PostgresShapes {
     }
   }
 
-  Text Rows() { return server_.Psql("service", "SELECT site, description, upd_flag FROM site ORDER BY site"); }
+  Text Rows() { return server_.Psql(latest_, "SELECT site, description, upd_flag FROM site ORDER BY site"); }
 
   LocalDatabases databases_;
   std::shared_ptr<Connection> connection_ = databases_.CreateConnection();
@@ -317,17 +328,17 @@ TEST_F(PostgresShapesOfASession, RefuseAValueThatDoesNotFitWhetherThereIsARowOrN
 
 TEST_F(PostgresShapesOfASession, FollowATableThatChanges) {
   for (int i = 0; i < 8; ++i) EXPECT_EQ(Update("A1", "c"), 1);
-  server_.Psql("service", "ALTER TABLE site ADD note text");
+  server_.Psql(latest_, "ALTER TABLE site ADD note text");
   EXPECT_EQ(Update("A1", "d"), 1);
-  server_.Psql("service", "ALTER TABLE site ALTER upd_flag TYPE text");
+  server_.Psql(latest_, "ALTER TABLE site ALTER upd_flag TYPE text");
   EXPECT_EQ(Update("A1", "e", "2"), 1);
   EXPECT_EQ(Update("A2", "f", "3"), 1);
   EXPECT_EQ(Rows(), "A1|e|2\nA2|f|3\n");
 
-  server_.Psql("service", "ALTER TABLE site RENAME TO place");
+  server_.Psql(latest_, "ALTER TABLE site RENAME TO place");
   const Text missing = "ERROR: relation \"site\" does not exist; Error while executing the query";
   EXPECT_EQ(FailureOfUpdate("A1", "g"), missing);
-  server_.Psql("service", "ALTER TABLE place RENAME TO site");
+  server_.Psql(latest_, "ALTER TABLE place RENAME TO site");
   EXPECT_EQ(Update("A1", "h", "4"), 1);
 
   EXPECT_EQ(Rows(), "A1|h|4\nA2|f|3\n");
@@ -345,8 +356,7 @@ TEST_F(PostgresShapesOfASession, GoOnWhenTheServerHasForgottenThem) {
 TEST_F(PostgresShapesOfASession, TakeOneRoundTripEach) {
   CountingProxy proxy(server_.port());
   connection_->Close();
-  connection_->PutConnectionString(Replaced(server_.ConnectionString("service"),
-                                            "Port=" + std::to_string(server_.port()),
+  connection_->PutConnectionString(Replaced(server_.ConnectionString(latest_), "Port=" + std::to_string(server_.port()),
                                             "Port=" + std::to_string(proxy.port())));
   connection_->Open();
   for (int i = 0; i < 3; ++i) Update("A1", "c");
@@ -359,7 +369,7 @@ TEST_F(PostgresShapesOfASession, TakeOneRoundTripEach) {
 }
 
 TEST_F(PostgresShapesOfASession, ArePlannedAnewAsTheirTableGrows) {
-  server_.Psql("service", "DELETE FROM site; VACUUM ANALYZE site");
+  server_.Psql(latest_, "DELETE FROM site; VACUUM ANALYZE site");
   for (int i = 0; i < 3000; ++i) {
     const Text site = "N'" + std::to_string(i) + "'";
     Run("UPDATE site SET upd_flag = 0 WHERE site =" + site);
@@ -367,7 +377,7 @@ TEST_F(PostgresShapesOfASession, ArePlannedAnewAsTheirTableGrows) {
   }
 
   const Text plans =
-      server_.Psql("service", "SELECT seq_tup_read < 1000000 FROM pg_stat_user_tables WHERE relname = 'site'");
+      server_.Psql(latest_, "SELECT seq_tup_read < 1000000 FROM pg_stat_user_tables WHERE relname = 'site'");
 
   EXPECT_EQ(plans, "t\n");
 }
