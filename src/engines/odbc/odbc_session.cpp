@@ -112,7 +112,7 @@ std::int64_t OdbcSession::RunComposed(const Text& statement, bool countRows) {
   if (text.empty()) return 0;
   return Cancellable([&] {
     ChooseCommit(text);
-    return RunText(text, countRows);
+    return RunText(text, countRows, text);
   });
 }
 
@@ -131,7 +131,7 @@ std::optional<std::int64_t> OdbcSession::RunShaped(const Text& statement, bool c
     ExecutionForPostgreSql(shape->name(), shape_, execution_);
     try {
       shape->CountRun();
-      return RunText(execution_, countRows);
+      return RunText(execution_, countRows, statement);
     } catch (const RuntimeError& failure) {
       if (!IsRefusal(failure)) throw;
       const bool isOfItsValues = failure.items().front().SqlState.starts_with("22");
@@ -154,7 +154,7 @@ void OdbcSession::PrepareShape(PreparedShape& shape) {
   const Text name = namePrefix_ + std::to_string(++namesGiven_);
   try {
     DeallocateLeft();
-    RunText(PreparationForPostgreSql(name, shape_), false);
+    RunSetting(PreparationForPostgreSql(name, shape_));
     shape.SetPrepared(name);
     RowStore types;
     QueryText("SELECT CAST(parameter_types AS text) FROM pg_prepared_statements WHERE name = '" + name + "'", types);
@@ -176,7 +176,7 @@ void OdbcSession::LearnShape() {
 }
 
 void OdbcSession::DeallocateLeft() {
-  for (; !namesLeft_.empty(); namesLeft_.pop_back()) RunText("DEALLOCATE " + namesLeft_.back(), false);
+  for (; !namesLeft_.empty(); namesLeft_.pop_back()) RunSetting("DEALLOCATE " + namesLeft_.back());
 }
 
 /// True for what says nothing of the connection: the statement does not read, or one of its values does not. What is
@@ -188,12 +188,13 @@ bool OdbcSession::IsRefusal(const RuntimeError& failure) {
   return state.starts_with("26") || state.starts_with("42") || state.starts_with("22") || state.starts_with("0A");
 }
 
-std::int64_t OdbcSession::RunText(const Text& text, bool countRows) {
+/// `meant` is what the text comes to.
+std::int64_t OdbcSession::RunText(const Text& text, bool countRows, const Text& meant) {
   OpenStatement open(statement_.get());
   const SQLRETURN result = calls_->ExecDirect(statement_.get(), text);
   RequireStatement(result);
   const bool asksCount = countRows && result != SQL_NO_DATA;
-  const std::int64_t rows = asksCount ? TouchedRows(text) : 0;
+  const std::int64_t rows = asksCount ? TouchedRows(meant) : 0;
   while (NextResult(open)) {
   }
   return rows;
@@ -222,7 +223,7 @@ Text OdbcSession::DefaultDatabase() {
 
 bool OdbcSession::TakeLock(const Text& name) {
   const SessionLock lock = LockOf(name);
-  for (const Text& setting : lock.before) RunText(setting, false);
+  for (const Text& setting : lock.before) RunSetting(setting);
   const std::int32_t answer = AnswerTo(lock.take);
   if (answer == lock.notGot) return false;
   if (answer != lock.got) {

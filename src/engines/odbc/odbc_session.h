@@ -77,7 +77,8 @@ class OdbcSession final : public EngineSession {
   void LearnShape();
   void DeallocateLeft();
   bool IsRefusal(const RuntimeError& failure);
-  std::int64_t RunText(const Text& text, bool countRows);
+  std::int64_t RunText(const Text& text, bool countRows, const Text& meant);
+  void RunSetting(const Text& text) { RunText(text, false, text); }
   void QueryText(const Text& text, RowStore& rows);
   SessionLock LockOf(const Text& name) const;
   std::int32_t AnswerTo(const Text& query);
