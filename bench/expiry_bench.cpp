@@ -53,7 +53,7 @@ void Run(const fs::path& directory, long rows, int pairs) {
   const fs::path statements = place.RecordStatements(recorded, kWarranties, kFull, kGeneration);
   Figures figures;
   figures.AddPhase("expiry.all_objects", rows,
-                   place.RunPairs(before, statements, kWarranties, kFull, kGeneration, pairs));
+                   place.Measure(before, statements, kWarranties, kFull, kGeneration, pairs));
   figures.Print();
 }
 

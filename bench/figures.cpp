@@ -59,21 +59,47 @@ double Pairs::PeakMib() const {
   return peak;
 }
 
-void Figures::AddPhase(const std::string& name, long rows, const Pairs& pairs) {
+Measured MeasureInTurn(const std::vector<std::vector<std::string>>& programs, int times,
+                       const std::function<Cost(const std::vector<std::string>& program)>& run) {
+  Measured measured;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(times); ++i) {
+    std::vector<Cost> costs(programs.size());
+    for (std::size_t place = 0; place < programs.size(); ++place) {
+      const std::size_t program = (i + place) % programs.size();
+      costs[program] = run(programs[program]);
+    }
+    measured.floors.Add(costs[0], costs[1]);
+    if (programs.size() > 2) measured.peers.Add(costs[0], costs[2]);
+  }
+  return measured;
+}
+
+void Figures::AddPhase(const std::string& name, long rows, const Measured& measured) {
+  const Pairs& pairs = measured.floors;
   const Cost program = pairs.ProgramMedian();
   const Cost floor = pairs.FloorMedian();
   const double rowsPerSecond = static_cast<double>(rows) / program.wallSeconds;
+  const Pairs& peers = measured.peers;
   char line[200];
-  std::snprintf(line, sizeof line, "%-24s %9ld %9.3f %9.3f %9.3f %9.3f %10.0f %7.3f %7.3f %7.1f\n", name.c_str(), rows,
+  std::snprintf(line, sizeof line, "%-24s %9ld %9.3f %9.3f %9.3f %9.3f %10.0f %7.3f %7.3f %7.1f", name.c_str(), rows,
                 program.wallSeconds, floor.wallSeconds, program.cpuSeconds, floor.cpuSeconds, rowsPerSecond,
                 pairs.WallRatio(), pairs.CpuRatio(), pairs.PeakMib());
   table_ += line;
+  if (!peers.empty()) {
+    std::snprintf(line, sizeof line, " %9.3f %7.3f", peers.FloorMedian().wallSeconds, peers.WallRatio());
+    table_ += line;
+  }
+  table_ += '\n';
   Add(name + ".wall_seconds", program.wallSeconds);
   Add(name + ".cpu_seconds", program.cpuSeconds);
   Add(name + ".rows_per_second", rowsPerSecond);
   Add(name + ".wall_ratio", pairs.WallRatio());
   Add(name + ".cpu_ratio", pairs.CpuRatio());
   Add(name + ".peak_mib", pairs.PeakMib());
+  if (peers.empty()) return;
+  Add(name + ".peer_wall_seconds", peers.FloorMedian().wallSeconds);
+  Add(name + ".peer_wall_ratio", peers.WallRatio());
+  Add(name + ".peer_cpu_ratio", peers.CpuRatio());
 }
 
 void Figures::Add(const std::string& name, double value) {
@@ -82,8 +108,8 @@ void Figures::Add(const std::string& name, double value) {
 
 void Figures::Print() const {
   if (!table_.empty()) {
-    std::printf("%-24s %9s %9s %9s %9s %9s %10s %7s %7s %7s\n", "phase", "rows", "wall s", "floor s", "cpu s",
-                "floor s", "rows/s", "wall", "cpu", "MiB");
+    std::printf("%-24s %9s %9s %9s %9s %9s %10s %7s %7s %7s %9s %7s\n", "phase", "rows", "wall s", "floor s", "cpu s",
+                "floor s", "rows/s", "wall", "cpu", "MiB", "peer s", "peer");
     std::printf("%s\n", table_.c_str());
   }
   for (const Figure& figure : figures_) std::printf("%s %.4g\n", figure.name.c_str(), figure.value);

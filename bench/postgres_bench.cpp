@@ -2,7 +2,6 @@
 // plain ODBC loop over the same statements, and its peer, the same upserts by pyodbc.
 //
 //     postgres_bench DIRECTORY ROWS [PAIRS]
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 
@@ -57,31 +56,17 @@ class Bench {
     return place_.RecordJob(JobOn(database), "statements-" + database + ".sql0");
   }
 
-  Cost RunOn(const std::string& original, const std::vector<std::string>& arguments) const {
-    CreateFrom("work", original);
-    return RunChild(arguments);
-  }
-
   void MeasurePhase(const std::string& name, const std::string& original, const fs::path& statements) {
-    Pairs floors;
-    Pairs peers;
     const std::string peer = ZENQAY_BENCH_SOURCE "/odbc_peer.py";
     const std::string locations = place_.Erp("Kv40QTMtssmaLocations.csv").string();
-    const std::array<std::vector<std::string>, 3> programs = {{{ZENQAY_PROGRAM, JobOn("work")},
-                                                               {ZENQAY_ODBC_FLOOR, String("work"), statements.string()},
-                                                               {"/usr/bin/python3", peer, String("work"), locations}}};
-    for (std::size_t i = 0; i < static_cast<std::size_t>(pairs_); ++i) {
-      std::array<Cost, 3> costs;
-      for (std::size_t place = 0; place < programs.size(); ++place) {
-        const std::size_t program = (i + place) % programs.size();  // each is first, second and last in turn
-        costs[program] = RunOn(original, programs[program]);
-      }
-      floors.Add(costs[0], costs[1]);
-      peers.Add(costs[0], costs[2]);
-    }
-    figures_.AddPhase(name, rows_, floors);
-    figures_.Add(name + ".peer_wall_ratio", peers.WallRatio());
-    figures_.Add(name + ".peer_cpu_ratio", peers.CpuRatio());
+    const Measured measured = MeasureInTurn({{ZENQAY_PROGRAM, JobOn("work")},
+                                             {ZENQAY_ODBC_FLOOR, String("work"), statements.string()},
+                                             {"/usr/bin/python3", peer, String("work"), locations}},
+                                            pairs_, [&](const std::vector<std::string>& program) {
+                                              CreateFrom("work", original);
+                                              return RunChild(program);
+                                            });
+    figures_.AddPhase(name, rows_, measured);
   }
 
   Workplace place_;

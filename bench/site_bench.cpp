@@ -1,5 +1,5 @@
 // The table Site on the embedded engine: a first fill, a second full copy (all updates) and an only-changed pass of a
-// tenth of the rows, each beside its floor.
+// tenth of the rows, each beside its floor; the copies also beside their peer, a script with bound parameters.
 //
 //     site_bench DIRECTORY ROWS [PAIRS]
 
@@ -33,19 +33,22 @@ void Run(const fs::path& directory, long rows, int pairs) {
   const double emptyJob = EmptyJobMilliseconds(place, place.CreateDatabase("idle.db"));
 
   WriteLocations(place, rows);
+  const std::vector<std::string> peer = {"/usr/bin/python3", ZENQAY_BENCH_SOURCE "/sqlite_peer.py",
+                                         place.WorkDatabase().string(),
+                                         place.Erp("Kv40QTMtssmaLocations.csv").string()};
   const fs::path filled = place.CreateDatabase("filled.db");
   const fs::path fill = place.RecordStatements(filled, kSite, kFull, kGeneration);
-  figures.AddPhase("site.first_fill", rows, place.RunPairs(empty, fill, kSite, kFull, kGeneration, pairs));
+  figures.AddPhase("site.first_fill", rows, place.Measure(empty, fill, kSite, kFull, kGeneration, pairs, peer));
 
   const fs::path again = directory / "again.db";
   fs::copy_file(filled, again, fs::copy_options::overwrite_existing);
   const fs::path copy = place.RecordStatements(again, kSite, kFull, kGeneration);
-  figures.AddPhase("site.second_copy", rows, place.RunPairs(filled, copy, kSite, kFull, kGeneration, pairs));
+  figures.AddPhase("site.second_copy", rows, place.Measure(filled, copy, kSite, kFull, kGeneration, pairs, peer));
 
   WriteLocationChanges(place, rows);
   const fs::path change = place.RecordStatements(again, kSite, kOnlyChanged, kGeneration);
   figures.AddPhase("site.only_changed", (rows + 9) / 10,
-                   place.RunPairs(filled, change, kSite, kOnlyChanged, kGeneration, pairs));
+                   place.Measure(filled, change, kSite, kOnlyChanged, kGeneration, pairs));
 
   figures.Add("site.empty_job.wall_ms", emptyJob);
   figures.Print();

@@ -81,25 +81,24 @@ fs::path Workplace::RecordJob(const std::string& commandLine, const std::string&
   return statements;
 }
 
-Pairs Workplace::RunPairs(const fs::path& before, const fs::path& statements, int tableId, int syncMethod,
-                          const std::string& generation, int pairs) const {
-  Pairs measured;
-  for (int i = 0; i < pairs; ++i) {
-    const fs::path jobDatabase = CopyOf(before);
-    const Cost job = RunChild({ZENQAY_PROGRAM, CommandLine(jobDatabase, tableId, syncMethod, generation)});
-    const fs::path floorDatabase = CopyOf(before);
-    const Cost floor = RunChild({ZENQAY_FLOOR, floorDatabase.string(), statements.string()});
-    measured.Add(job, floor);
-  }
-  return measured;
+Measured Workplace::Measure(const fs::path& before, const fs::path& statements, int tableId, int syncMethod,
+                            const std::string& generation, int times, const std::vector<std::string>& peer) const {
+  const std::string database = WorkDatabase().string();
+  std::vector<std::vector<std::string>> programs = {
+      {ZENQAY_PROGRAM, CommandLine(database, tableId, syncMethod, generation)},
+      {ZENQAY_FLOOR, database, statements.string()}};
+  if (!peer.empty()) programs.push_back(peer);
+  return MeasureInTurn(programs, times, [&](const std::vector<std::string>& program) {
+    CopyToWork(before);
+    return RunChild(program);
+  });
 }
 
-fs::path Workplace::CopyOf(const fs::path& database) const {
-  const fs::path copy = directory_ / "work.db";
+void Workplace::CopyToWork(const fs::path& database) const {
+  const fs::path copy = WorkDatabase();
   for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(copy.string() + suffix);
   fs::copy_file(database, copy);
   std::system("sync");  // what the copy left unwritten is nobody's cost
-  return copy;
 }
 
 int RunBench(const char* name, int argc, char** argv, void (*run)(const fs::path& directory, long rows, int pairs)) {

@@ -37,12 +37,17 @@ class Workplace {
   /// The same for a job on a database of any kind, into a file of this name.
   std::filesystem::path RecordJob(const std::string& commandLine, const std::string& file) const;
 
-  /// Runs the job and its floor in turn, each on a copy of `before`.
-  Pairs RunPairs(const std::filesystem::path& before, const std::filesystem::path& statements, int tableId,
-                 int syncMethod, const std::string& generation, int pairs) const;
+  /// The database that a measured program works on.
+  std::filesystem::path WorkDatabase() const { return directory_ / "work.db"; }
+
+  /// Runs the job, its floor and its peer in turn, each on a copy of `before`, so many times. `peer` is its
+  /// command line on the work database; empty for none.
+  Measured Measure(const std::filesystem::path& before, const std::filesystem::path& statements, int tableId,
+                   int syncMethod, const std::string& generation, int times,
+                   const std::vector<std::string>& peer = {}) const;
 
  private:
-  std::filesystem::path CopyOf(const std::filesystem::path& database) const;
+  void CopyToWork(const std::filesystem::path& database) const;
 
   std::filesystem::path directory_;
 };

@@ -1,7 +1,7 @@
 // The job's statements as PostgreSQL reads them.
 #pragma once
 
-#include "base/text_functions.h"
+#include "engines/dialect/statement_shape.h"
 
 namespace zenqay {
 
@@ -16,5 +16,17 @@ namespace zenqay {
 ///
 /// Raises -2147217913 for a date that does not exist.
 void TranslateForPostgreSql(std::string_view statement, Text& translated);
+
+/// Appends a letter for each value of a shape, by the type that it has for PostgreSQL. Shapes with the same text and
+/// the same letters share a prepared statement.
+void AppendPostgreSqlTypes(const StatementShape& shape, Text& letters);
+
+/// PREPARE name (unknown,integer) AS UPDATE SITE SET CUSTOMER = $1, upd_flag = $2
+///
+/// A literal has no type but what its place gives it, and so has a parameter that is declared as unknown.
+Text PreparationForPostgreSql(const Text& name, const StatementShape& shape);
+
+/// Puts EXECUTE name ('C7',0) into `execution`: the values stand there as in the translated statement.
+void ExecutionForPostgreSql(const Text& name, const StatementShape& shape, Text& execution);
 
 }  // namespace zenqay

@@ -18,19 +18,6 @@ void AppendTwoDigits(Text& text, int number) {
   text += static_cast<char>('0' + number % 10);
 }
 
-void AppendDate(Text& text, const DateTimeParts& parts) {
-  AppendTwoDigits(text, parts.year / 100);
-  AppendTwoDigits(text, parts.year % 100);
-  AppendTwoDigits(text += '-', parts.month);
-  AppendTwoDigits(text += '-', parts.day);
-}
-
-void AppendTime(Text& text, const DateTimeParts& parts) {
-  AppendTwoDigits(text, parts.hour);
-  AppendTwoDigits(text += ':', parts.minute);
-  AppendTwoDigits(text += ':', parts.second);
-}
-
 /// One statement on its way. What needs no change is copied in runs, up to the next token that does.
 class Translation {
  public:
@@ -107,11 +94,8 @@ class Translation {
 
   void AppendLiteral(const DateLiteral& date) {
     if (!date.value) RaiseInvalidDate(forms_.engine, date.text);
-    const DateTimeParts parts = date.value->Parts();
     out_ += date.hasTime ? forms_.dateTimePrefix : forms_.datePrefix;
-    out_ += '\'';
-    AppendDate(out_, parts);
-    if (date.hasTime) AppendTime(out_ += ' ', parts);
+    AppendDate(out_ += '\'', *date.value, date.hasTime);
     out_ += '\'';
   }
 
@@ -156,6 +140,18 @@ bool TakeUpdateStatistics(SqlTokens& tokens) {
   if (table.kind == Kind::End || EqualsIgnoringCase(table.text, "SET")) return false;
   tokens = behind;
   return true;
+}
+
+void AppendDate(Text& text, DateTime date, bool hasTime) {
+  const DateTimeParts parts = date.Parts();
+  AppendTwoDigits(text, parts.year / 100);
+  AppendTwoDigits(text, parts.year % 100);
+  AppendTwoDigits(text += '-', parts.month);
+  AppendTwoDigits(text += '-', parts.day);
+  if (!hasTime) return;
+  AppendTwoDigits(text += ' ', parts.hour);
+  AppendTwoDigits(text += ':', parts.minute);
+  AppendTwoDigits(text += ':', parts.second);
 }
 
 void TranslateRest(const SqlTokens& tokens, std::string_view statement, const EngineForms& forms, Text& translated) {

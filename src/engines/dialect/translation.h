@@ -1,6 +1,7 @@
 // What every engine that does not read the job's SQL as it stands needs of a statement.
 #pragma once
 
+#include "base/date_time.h"
 #include "engines/dialect/sql_tokens.h"
 
 namespace zenqay {
@@ -22,6 +23,9 @@ bool TakeSchemaSetting(SqlTokens& tokens);
 
 /// Takes UPDATE STATISTICS where the name of a table follows. STATISTICS may be the name of a table itself.
 bool TakeUpdateStatistics(SqlTokens& tokens);
+
+/// Appends "2004-01-31 10:11:12" or, for a date alone, "2004-01-31".
+void AppendDate(Text& text, DateTime date, bool hasTime);
 
 /// Appends to `translated` what is left of the statement behind `tokens`, where N'…' loses its N, a blank goes between
 /// a number and the word glued to it, and the dates of date_literals.h become the engine's. What stands inside a

@@ -1,5 +1,7 @@
 #include "engines/odbc/odbc_session.h"
 
+#include <random>
+
 #include "engines/dialect/postgresql_dialect.h"
 #include "engines/dialect/sql_tokens.h"
 #include "engines/odbc/diagnostics.h"
@@ -26,6 +28,14 @@ bool ChangesCopiedRows(const Text& statement) {
   SqlToken table = tokens.Next();
   if (EqualsIgnoringCase(table.text, "INTO") || EqualsIgnoringCase(table.text, "FROM")) table = tokens.Next();
   return !EqualsIgnoringCase(table.text, "tstables");
+}
+
+constexpr std::size_t kMostShapes = 64;
+
+/// Names that no other session has: a pooler may let several share one of the server's.
+Text NamePrefix() {
+  std::random_device random;
+  return "zenqay_" + std::to_string(random()) + "_" + std::to_string(random()) + "_";
 }
 
 /// How ODBC takes a number as an attribute.
@@ -56,7 +66,9 @@ class OdbcSession::OpenStatement {
 OdbcSession::OdbcSession(const Text& connectionString, const OdbcOptions& options)
     : connectionString_(connectionString),
       interruption_(options.interruption),
-      waitsForRows_(options.rowCommit == RowCommit::AtOnce) {
+      waitsForRows_(options.rowCommit == RowCommit::AtOnce),
+      namePrefix_(NamePrefix()),
+      shapes_(kMostShapes) {
   OpenEnvironment();
   DriverString string = DriverConnectString(connectionString, InstalledDrivers(environment_.get()));
   const OdbcDriver driver = DriverOf(string.driver, string.dataSource);
@@ -84,11 +96,23 @@ auto OdbcSession::Cancellable(Work work) {
 }
 
 std::int64_t OdbcSession::Run(const Text& statement, bool countRows) {
+  const bool isShaped = preparesShapes_ && TakeShape(statement, shape_);
+  if (isShaped) {
+    shapeKey_ = shape_.text;
+    AppendPostgreSqlTypes(shape_, shapeKey_ += '\0');
+    if (const std::optional<std::int64_t> rows = RunShaped(statement, countRows)) return *rows;
+  }
+  const std::int64_t rows = RunComposed(statement, countRows);
+  if (isShaped) LearnShape();
+  return rows;
+}
+
+std::int64_t OdbcSession::RunComposed(const Text& statement, bool countRows) {
   const Text& text = Translated(statement);
   if (text.empty()) return 0;
   return Cancellable([&] {
     ChooseCommit(text);
-    return RunText(text, countRows);
+    return RunText(text, countRows, text);
   });
 }
 
@@ -97,12 +121,80 @@ void OdbcSession::Query(const Text& statement, RowStore& rows) {
   if (!text.empty()) Cancellable([&] { QueryText(text, rows); });
 }
 
-std::int64_t OdbcSession::RunText(const Text& text, bool countRows) {
+/// Nothing when the composed statement is to run: the shape is new, or the server refuses it or one of its values. What
+/// the composed statement then does or reports is what counts; one that is refused has done nothing.
+std::optional<std::int64_t> OdbcSession::RunShaped(const Text& statement, bool countRows) {
+  return Cancellable([&]() -> std::optional<std::int64_t> {
+    PreparedShape* const shape = ShapeToExecute();
+    if (shape == nullptr) return std::nullopt;
+    ChooseCommit(statement);
+    ExecutionForPostgreSql(shape->name(), shape_, execution_);
+    try {
+      shape->CountRun();
+      return RunText(execution_, countRows, statement);
+    } catch (const RuntimeError& failure) {
+      if (!IsRefusal(failure)) throw;
+      const bool isOfItsValues = failure.items().front().SqlState.starts_with("22");
+      if (!isOfItsValues) shape->SetRefused();
+      return std::nullopt;
+    }
+  });
+}
+
+/// Null when there is none yet that takes the values. A shape that is met for the second time is prepared.
+PreparedShape* OdbcSession::ShapeToExecute() {
+  PreparedShape* const shape = shapes_.Find(shapeKey_);
+  if (shape == nullptr || !shape->Takes(shape_)) return nullptr;
+  if (shape->isDue()) PrepareShape(*shape);
+  return shape->isRefused() ? nullptr : shape;
+}
+
+void OdbcSession::PrepareShape(PreparedShape& shape) {
+  if (!shape.name().empty()) namesLeft_.push_back(shape.name());
+  const Text name = namePrefix_ + std::to_string(++namesGiven_);
+  try {
+    DeallocateLeft();
+    RunSetting(PreparationForPostgreSql(name, shape_));
+    shape.SetPrepared(name);
+    RowStore types;
+    QueryText("SELECT CAST(parameter_types AS text) FROM pg_prepared_statements WHERE name = '" + name + "'", types);
+    const bool isMeasured = types.Next() && AreMeasured(types.Field(0).Joined());
+    if (!isMeasured) shape.SetRefused();
+  } catch (const RuntimeError& failure) {
+    if (!IsRefusal(failure)) throw;
+    shape.SetRefused();
+  }
+}
+
+/// The statement at hand has run as composed.
+void OdbcSession::LearnShape() {
+  if (PreparedShape* const known = shapes_.Find(shapeKey_)) return known->Learn(shape_);
+  PreparedShape shape;
+  shape.Learn(shape_);
+  const std::optional<PreparedShape> gone = shapes_.Add(shapeKey_, std::move(shape));
+  if (gone && !gone->name().empty()) namesLeft_.push_back(gone->name());
+}
+
+void OdbcSession::DeallocateLeft() {
+  for (; !namesLeft_.empty(); namesLeft_.pop_back()) RunSetting("DEALLOCATE " + namesLeft_.back());
+}
+
+/// True for what says nothing of the connection: the statement does not read, or one of its values does not. What is
+/// prepared is not known any more behind a pooler that changes the server's session; then nothing further is.
+bool OdbcSession::IsRefusal(const RuntimeError& failure) {
+  if (failure.items().empty()) return false;
+  const std::string_view state = failure.items().front().SqlState;
+  if (state.starts_with("26")) preparesShapes_ = false;
+  return state.starts_with("26") || state.starts_with("42") || state.starts_with("22") || state.starts_with("0A");
+}
+
+/// `meant` is what the text comes to.
+std::int64_t OdbcSession::RunText(const Text& text, bool countRows, const Text& meant) {
   OpenStatement open(statement_.get());
   const SQLRETURN result = calls_->ExecDirect(statement_.get(), text);
   RequireStatement(result);
   const bool asksCount = countRows && result != SQL_NO_DATA;
-  const std::int64_t rows = asksCount ? TouchedRows(text) : 0;
+  const std::int64_t rows = asksCount ? TouchedRows(meant) : 0;
   while (NextResult(open)) {
   }
   return rows;
@@ -131,7 +223,7 @@ Text OdbcSession::DefaultDatabase() {
 
 bool OdbcSession::TakeLock(const Text& name) {
   const SessionLock lock = LockOf(name);
-  for (const Text& setting : lock.before) RunText(setting, false);
+  for (const Text& setting : lock.before) RunSetting(setting);
   if (!Get(lock, name)) return false;
   Prove(lock, name);
   return true;
@@ -235,6 +327,7 @@ void OdbcSession::Prepare(std::int16_t timeLimit) {
   switchesCatalogs_ = !isPostgreSql_ && Info(SQL_CATALOG_NAME) == "Y";
   // A server or a user can be set to read a backslash in a literal as an escape.
   if (isPostgreSql_) Run("SET standard_conforming_strings = on", false);
+  preparesShapes_ = isPostgreSql_;
 }
 
 const Text& OdbcSession::Translated(const Text& statement) {

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "contracts/interruption.h"
 #include "engines/engine.h"
+#include "engines/odbc/prepared_shape.h"
+#include "engines/statement_cache.h"
 
 namespace zenqay {
 
@@ -27,7 +30,8 @@ struct OdbcOptions {
 };
 
 /// One connection of one driver, with one statement at a time on it, so a driver that allows no more is enough.
-/// SQL Server, Oracle and every other database get the statements as composed, PostgreSQL in its own words. The count
+/// SQL Server, Oracle and every other database get the statements as composed, PostgreSQL in its own words, and those
+/// that differ in their values alone as one prepared statement; what they do, count and raise is the same. The count
 /// of rows is that of a statement's first result. A failure carries every diagnostic record that the driver left, the
 /// driver's name as its source, and no password of the connection string.
 class OdbcSession final : public EngineSession {
@@ -67,7 +71,15 @@ class OdbcSession final : public EngineSession {
 
   template <typename Work>
   auto Cancellable(Work work);
-  std::int64_t RunText(const Text& text, bool countRows);
+  std::int64_t RunComposed(const Text& statement, bool countRows);
+  std::optional<std::int64_t> RunShaped(const Text& statement, bool countRows);
+  PreparedShape* ShapeToExecute();
+  void PrepareShape(PreparedShape& shape);
+  void LearnShape();
+  void DeallocateLeft();
+  bool IsRefusal(const RuntimeError& failure);
+  std::int64_t RunText(const Text& text, bool countRows, const Text& meant);
+  void RunSetting(const Text& text) { RunText(text, false, text); }
   void QueryText(const Text& text, RowStore& rows);
   SessionLock LockOf(const Text& name) const;
   std::int32_t AnswerTo(const Text& query);
@@ -98,7 +110,15 @@ class OdbcSession final : public EngineSession {
   bool switchesCatalogs_ = false;
   bool waitsForRows_;
   bool waits_ = true;  // as it is on the server now
-  Text translated_;    // kept for its memory
+  bool preparesShapes_ = false;
+  Text namePrefix_;  // of what is prepared, like no other session's
+  int namesGiven_ = 0;
+  StatementCache<PreparedShape> shapes_;
+  std::vector<Text> namesLeft_;  // what the server still holds of shapes that are gone
+  Text translated_;              // this and what follows is kept for its memory
+  StatementShape shape_;         // of the statement at hand
+  Text shapeKey_;                // its text and the types of its values
+  Text execution_;
   Text defaultDatabase_;
 };
 

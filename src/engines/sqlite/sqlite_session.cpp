@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <filesystem>
 #include <system_error>
@@ -10,6 +11,7 @@
 
 #include "base/memory_reserve.h"
 #include "engines/dialect/sqlite_dialect.h"
+#include "engines/dialect/translation.h"
 #include "engines/provider_errors.h"
 #include "engines/sqlite/read_only_file.h"
 #include "system/paths.h"
@@ -18,6 +20,14 @@ namespace zenqay {
 namespace {
 
 constexpr const char* kSource = "SQLite";
+
+constexpr std::size_t kMostPrepared = 64;
+
+/// By measurement; see docs/benchmarks.md. The cache is the greater part of a session's memory. A log that another
+/// process reads from goes on growing; the limit is what is left of its file when it has been taken over after all.
+constexpr const char* kSettings[] = {"PRAGMA cache_size = -8192", "PRAGMA journal_size_limit = 100663296"};
+constexpr int kLongestLog = 16384;  // pages; then it is taken over into the database
+constexpr int kShortLog = 1000;     // a session that ends leaves a log up to this to those that go on
 
 /// The SQLSTATE that a result code stands for. A statement that does not read and a table that does not exist share
 /// one code.
@@ -93,10 +103,45 @@ void AddText(RowStore& rows, std::string_view text, bool isDate) {
   }
 }
 
+/// What stands between the quotes, as SQLite reads it: in `kept` where it is not the same.
+std::string_view Unquoted(std::string_view text, Text& kept) {
+  if (text.find('\'') == std::string_view::npos) return text;
+  kept = Replaced(text, "''", "'");
+  return kept;
+}
+
+std::string_view BoundText(const StatementValue& value, Text& kept) {
+  if (value.kind == StatementValue::Kind::Literal) return Unquoted(value.text, kept);
+  kept.clear();
+  AppendDate(kept, value.date, value.kind == StatementValue::Kind::DateTime);
+  return kept;
+}
+
+std::int64_t NumberOf(std::string_view digits) {
+  std::int64_t number = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  return number;
+}
+
+/// Neither a literal nor a parameter has an affinity, so one stands for the other. A text stays with the statement or
+/// with `kept` until the value is bound anew.
+int BindValue(sqlite3_stmt* prepared, int index, const StatementValue& value, Text& kept) {
+  switch (value.kind) {
+    case StatementValue::Kind::Null:
+      return sqlite3_bind_null(prepared, index);
+    case StatementValue::Kind::Integer:
+      return sqlite3_bind_int64(prepared, index, NumberOf(value.text));
+    default:
+      break;
+  }
+  const std::string_view text = BoundText(value, kept);
+  return sqlite3_bind_text64(prepared, index, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+}
+
 }  // namespace
 
 SqliteSession::SqliteSession(const Text& dataSource, Access access, std::shared_ptr<Interruption> interruption)
-    : interruption_(std::move(interruption)) {
+    : interruption_(std::move(interruption)), prepared_(kMostPrepared) {
   if (dataSource.empty())
     RaiseOpenFailure("no file to open", "the connection string has no Data Source", SQLITE_CANTOPEN);
   const Text path = path_ = FilePath(dataSource);
@@ -122,19 +167,80 @@ SqliteSession::SqliteSession(const Text& dataSource, Access access, std::shared_
   }
 }
 
+/// The end of the last session takes the log over by itself, but while others go on, none might be the last for long.
+/// Nobody is waited for.
+SqliteSession::~SqliteSession() {
+  if (logPages_ <= kShortLog) return;
+  sqlite3_busy_handler(database_.get(), nullptr, nullptr);
+  sqlite3_wal_checkpoint_v2(database_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+}
+
+/// After each commit. What keeps the log from being taken over is no fault of the statement.
+int SqliteSession::OnCommit(void* session, sqlite3* database, const char* name, int logPages) {
+  static_cast<SqliteSession*>(session)->logPages_ = logPages;
+  if (logPages >= kLongestLog) sqlite3_wal_checkpoint_v2(database, name, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  return SQLITE_OK;
+}
+
 std::int64_t SqliteSession::Run(const Text& statement, bool countRows) {
+  if (TakeShape(statement, shape_)) {
+    if (const std::optional<std::int64_t> rows = RunShaped(countRows)) return *rows;
+  }
+  return RunComposed(statement, countRows);
+}
+
+std::int64_t SqliteSession::RunComposed(const Text& statement, bool countRows) {
   TranslateForSqlite(statement, translated_);
   std::int64_t rows = 0;
   for (const char* rest = translated_.c_str(); *rest != '\0';) {
     const std::int64_t before = sqlite3_total_changes64(database_.get());
     const Statement prepared = Prepare(rest);
-    while (Step(prepared)) {
+    while (Step(prepared.get())) {
     }
-    // The count of changes is that of the last statement that can change rows, which need not be this one.
-    const bool hasChanged = countRows && sqlite3_total_changes64(database_.get()) != before;
-    if (hasChanged) rows += sqlite3_changes64(database_.get());
+    if (countRows) rows += ChangesSince(before);
   }
   return rows;
+}
+
+/// Runs the statement at hand by its shape. Nothing when SQLite does not read the shape, as it now finds the tables:
+/// the composed statement is run then, and what it does or reports is what counts.
+std::optional<std::int64_t> SqliteSession::RunShaped(bool countRows) {
+  sqlite3_stmt* prepared = PreparedShape();
+  if (prepared == nullptr) return std::nullopt;
+  {
+    const std::unique_ptr<sqlite3_stmt, Reset> running(prepared);
+    if (!BindValues(prepared)) return std::nullopt;
+    const std::int64_t before = sqlite3_total_changes64(database_.get());
+    int code = SQLITE_ROW;
+    while (code == SQLITE_ROW) code = Untiring([&] { return sqlite3_step(prepared); });
+    if (code == SQLITE_DONE) return countRows ? ChangesSince(before) : 0;
+    const bool isUnread = (code & 0xFF) == SQLITE_ERROR || (code & 0xFF) == SQLITE_SCHEMA;
+    if (!isUnread) RaiseFailure(database_.get());
+  }
+  prepared_.Drop(shape_.text);
+  return std::nullopt;
+}
+
+/// Null when SQLite does not read the shape, or reads it in another way than it is meant.
+sqlite3_stmt* SqliteSession::PreparedShape() {
+  if (const Statement* found = prepared_.Find(shape_.text)) return found->get();
+  sqlite3_stmt* made = nullptr;
+  const char* rest = nullptr;
+  sqlite3_prepare_v3(database_.get(), shape_.text.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &made, &rest);
+  Statement prepared(made);
+  const bool isWhole = prepared && *rest == '\0';
+  if (!isWhole || sqlite3_bind_parameter_count(made) != static_cast<int>(shape_.values.size())) return nullptr;
+  prepared_.Add(shape_.text, std::move(prepared));
+  return made;
+}
+
+bool SqliteSession::BindValues(sqlite3_stmt* prepared) {
+  if (boundTexts_.size() < shape_.values.size()) boundTexts_.resize(shape_.values.size());
+  bool isBound = true;
+  for (std::size_t i = 0; i < shape_.values.size() && isBound; ++i) {
+    isBound = BindValue(prepared, static_cast<int>(i + 1), shape_.values[i], boundTexts_[i]) == SQLITE_OK;
+  }
+  return isBound;
 }
 
 void SqliteSession::Query(const Text& statement, RowStore& rows) {
@@ -145,7 +251,7 @@ void SqliteSession::Query(const Text& statement, RowStore& rows) {
     if (isFirstResult) {
       ReadRows(prepared, rows);
     } else {
-      while (Step(prepared)) {
+      while (Step(prepared.get())) {
       }
     }
   }
@@ -178,6 +284,10 @@ void SqliteSession::Finalize::operator()(sqlite3_stmt* statement) const {
   sqlite3_finalize(statement);
 }
 
+void SqliteSession::Reset::operator()(sqlite3_stmt* statement) const {
+  sqlite3_reset(statement);
+}
+
 void SqliteSession::OpenFile(const Text& dataSource, const char* name, int flags) {
   sqlite3* database = nullptr;
   const int code = sqlite3_open_v2(name, &database, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
@@ -185,6 +295,13 @@ void SqliteSession::OpenFile(const Text& dataSource, const char* name, int flags
   if (code == SQLITE_OK) return;
   const Text reason = std::generic_category().message(sqlite3_system_errno(database));
   RaiseOpenFailure(sqlite3_errmsg(database), dataSource, code, " (" + reason + ")");
+}
+
+/// The rows that a statement touched, of which there were so many changes on the connection before. The count of
+/// changes is that of the last statement that can change rows, which need not be this one.
+std::int64_t SqliteSession::ChangesSince(std::int64_t before) const {
+  const bool hasChanged = sqlite3_total_changes64(database_.get()) != before;
+  return hasChanged ? sqlite3_changes64(database_.get()) : 0;
 }
 
 /// The first statement also finds out whether the file is a database at all.
@@ -195,6 +312,8 @@ void SqliteSession::PrepareFile() {
   journalMode.Next();
   if (journalMode.Field(0) != Value("wal")) Run("PRAGMA journal_mode = WAL", false);
   Run("PRAGMA synchronous = NORMAL", false);
+  for (const char* setting : kSettings) Run(setting, false);
+  sqlite3_wal_hook(database_.get(), OnCommit, this);
 }
 
 void SqliteSession::PrepareReading(const ReadOnlyFile& file) {
@@ -228,9 +347,9 @@ SqliteSession::Statement SqliteSession::Prepare(const char*& rest) {
 }
 
 /// True when there is a row. A lock is met before the first row or not at all, so trying again repeats none.
-bool SqliteSession::Step(const Statement& prepared) {
-  if (!prepared) return false;
-  const int code = Untiring([&] { return sqlite3_step(prepared.get()); });
+bool SqliteSession::Step(sqlite3_stmt* prepared) {
+  if (prepared == nullptr) return false;
+  const int code = Untiring([&] { return sqlite3_step(prepared); });
   if (code != SQLITE_ROW && code != SQLITE_DONE) RaiseFailure(database_.get());
   return code == SQLITE_ROW;
 }
@@ -243,7 +362,7 @@ void SqliteSession::ReadRows(const Statement& prepared, RowStore& rows) {
     areDates.push_back(IsDeclaredAsDate(prepared.get(), column));
   }
   rows.PutColumns(std::move(names));
-  while (Step(prepared)) {
+  while (Step(prepared.get())) {
     for (std::size_t column = 0; column < areDates.size(); ++column) {
       AddField(prepared, static_cast<int>(column), areDates[column], rows);
     }

@@ -5,7 +5,9 @@
 #include <optional>
 
 #include "contracts/interruption.h"
+#include "engines/dialect/statement_shape.h"
 #include "engines/engine.h"
+#include "engines/statement_cache.h"
 #include "system/file_lock.h"
 
 struct sqlite3;
@@ -15,7 +17,8 @@ namespace zenqay {
 
 struct ReadOnlyFile;
 
-/// A SQLite file in WAL mode; one that is only read stays in the mode that it has.
+/// A SQLite file in WAL mode; one that is only read stays in the mode that it has. Statements that differ in their
+/// values alone are prepared once; what they do, count and raise is what the composed statement does.
 class SqliteSession final : public EngineSession {
  public:
   /// Opens the file that `dataSource` names, as composed, with "\". Raises -2147467259, naming the
@@ -24,6 +27,8 @@ class SqliteSession final : public EngineSession {
   /// interruption ends it, and raises 18 then.
   explicit SqliteSession(const Text& dataSource, Access access = Access::ReadWrite,
                          std::shared_ptr<Interruption> interruption = std::make_shared<Interruption>());
+
+  ~SqliteSession() override;
 
   std::int64_t Run(const Text& statement, bool countRows) override;
   void Query(const Text& statement, RowStore& rows) override;
@@ -45,16 +50,25 @@ class SqliteSession final : public EngineSession {
   struct Finalize {
     void operator()(sqlite3_stmt* statement) const;
   };
+  struct Reset {
+    void operator()(sqlite3_stmt* statement) const;
+  };
   using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
   Text LockPath() const;
+  static int OnCommit(void* session, sqlite3* database, const char* name, int logPages);
   void OpenFile(const Text& dataSource, const char* name, int flags);
   void PrepareFile();
   void PrepareReading(const ReadOnlyFile& file);
   template <typename Attempt>
   int Untiring(Attempt attempt);
+  std::int64_t RunComposed(const Text& statement, bool countRows);
+  std::optional<std::int64_t> RunShaped(bool countRows);
+  sqlite3_stmt* PreparedShape();
+  bool BindValues(sqlite3_stmt* prepared);
+  std::int64_t ChangesSince(std::int64_t before) const;
   Statement Prepare(const char*& rest);
-  bool Step(const Statement& prepared);
+  bool Step(sqlite3_stmt* prepared);
   void ReadRows(const Statement& prepared, RowStore& rows);
   void AddField(const Statement& prepared, int column, bool isDate, RowStore& rows);
 
@@ -62,7 +76,11 @@ class SqliteSession final : public EngineSession {
   Text path_;
   std::optional<FileLock> locks_;
   std::unique_ptr<sqlite3, CloseDatabase> database_;
-  Text translated_;  // kept for its memory
+  StatementCache<Statement> prepared_;
+  Text translated_;               // this and what follows is kept for its memory
+  StatementShape shape_;          // of the statement at hand
+  std::vector<Text> boundTexts_;  // those of its values that are not in the statement as they are bound
+  int logPages_ = 0;              // behind the latest commit
   Text defaultDatabase_;
 };
 

@@ -288,6 +288,74 @@ TEST(SqliteSessionRun, ReportsWhatSqliteReports) {
   EXPECT_EQ(Rows(session, "SELECT * FROM SITES"), "A1|C1|0;A2|C2|0;");
 }
 
+TEST(SqliteSessionRun, FollowsASchemaThatChangesBetweenStatementsOfOneShape) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  SqliteSession other(file.path);
+  EXPECT_EQ(session.Run("UPDATE SITES SET upd_flag = 1 WHERE SITE = 'A1'", true), 1);
+
+  other.Run("ALTER TABLE SITES ADD COLUMN NOTE TEXT", false);
+  EXPECT_EQ(session.Run("UPDATE SITES SET upd_flag = 2 WHERE SITE = 'A2'", true), 1);
+  other.Run("ALTER TABLE SITES RENAME TO PLACES", false);
+  EXPECT_EQ(FailureOf([&] { session.Run("UPDATE SITES SET upd_flag = 3 WHERE SITE = 'A1'", true); }).Description,
+            "no such table: SITES");
+  other.Run("ALTER TABLE PLACES RENAME TO SITES", false);
+  EXPECT_EQ(session.Run("UPDATE SITES SET upd_flag = 4 WHERE SITE = 'A1'", true), 1);
+
+  EXPECT_EQ(Rows(session, "SELECT SITE, upd_flag FROM SITES"), "A1|4;A2|2;");
+}
+
+TEST(SqliteSessionRun, LeavesNoRowOfAStatementBehindThatFailsBetweenOthersOfItsShape) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  session.Run("UPDATE SITES SET upd_flag = 7 WHERE SITE = 'A2'", false);
+  session.Run("CREATE UNIQUE INDEX SITES_FLAG ON SITES (upd_flag)", false);
+  const auto update = [&](const Text& flag) {
+    return session.Run("UPDATE SITES SET upd_flag = " + flag + " WHERE SITE IN ('A1','A1')", true);
+  };
+
+  EXPECT_EQ(update("1"), 1);
+  EXPECT_EQ(FailureOf([&] { update("7"); }).Description, "UNIQUE constraint failed: SITES.upd_flag");
+  EXPECT_EQ(update("2"), 1);
+
+  EXPECT_EQ(Rows(session, "SELECT SITE, upd_flag FROM SITES"), "A1|2;A2|7;");
+}
+
+TEST(SqliteSession, LeavesNoLargeLogToTheSessionsThatGoOn) {
+  SqliteFile file;
+  SqliteSession other(file.path);
+  {
+    SqliteSession session(file.path);
+    session.Run("CREATE TABLE LARGE (A)", false);
+    for (int i = 0; i < 40; ++i) {
+      session.Run(
+          "INSERT INTO LARGE WITH RECURSIVE N (I) AS (VALUES (1) UNION ALL SELECT I + 1 FROM N WHERE I < 100) "
+          "SELECT zeroblob(4000) FROM N",
+          false);
+    }
+    EXPECT_GT(std::filesystem::file_size(file.path + "-wal"), 10'000'000u);
+  }
+
+  EXPECT_EQ(std::filesystem::file_size(file.path + "-wal"), 0u);
+  EXPECT_EQ(Rows(other, "SELECT count(*) FROM LARGE"), "4000;");
+}
+
+TEST(SqliteSession, WaitsForNobodyWhenItEnds) {
+  SqliteFile file;
+  auto session = std::make_unique<SqliteSession>(file.path);
+  session->Run("CREATE TABLE LARGE (A)", false);
+  session->Run("INSERT INTO LARGE VALUES (zeroblob(8000000))", false);
+  sqlite3* reader = nullptr;
+  sqlite3_open(file.path.c_str(), &reader);
+  sqlite3_exec(reader, "BEGIN; SELECT * FROM SITES", nullptr, nullptr, nullptr);
+
+  session.reset();
+
+  sqlite3_exec(reader, "COMMIT", nullptr, nullptr, nullptr);
+  EXPECT_GT(std::filesystem::file_size(file.path + "-wal"), 8'000'000u);
+  sqlite3_close(reader);
+}
+
 TEST(SqliteSessionRun, WaitsForTheWritersLock) {
   SqliteFile file;
   SqliteSession session(file.path);
