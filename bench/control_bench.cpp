@@ -139,18 +139,18 @@ class Bench {
   }
 
   void Measure(const std::string& name, int port) {
-    Pairs oneBesideJobs;
-    std::map<int, Pairs> besideOne;
+    Measured oneBesideJobs;
+    std::map<int, Measured> besideOne;
     for (int round = 0; round < rounds_; ++round) {
       const Cost jobs = RunAllTables(port);
       const Cost one = RunSideBySide(port, 1);
-      oneBesideJobs.Add(one, jobs);
-      for (const int parallel : {4, 10}) besideOne[parallel].Add(RunSideBySide(port, parallel), one);
+      oneBesideJobs.floors.Add(one, jobs);
+      for (const int parallel : {4, 10}) besideOne[parallel].floors.Add(RunSideBySide(port, parallel), one);
     }
     const long rowsOfAll = 8 * rows_ + 2 * (rows_ / 4);
     figures_.AddPhase(name + ".1", rowsOfAll, oneBesideJobs);
-    for (const auto& [parallel, pairs] : besideOne) {
-      figures_.AddPhase(name + "." + std::to_string(parallel), rowsOfAll, pairs);
+    for (const auto& [parallel, measured] : besideOne) {
+      figures_.AddPhase(name + "." + std::to_string(parallel), rowsOfAll, measured);
     }
   }
 
