@@ -2,7 +2,7 @@
 //
 //     DemoJobs jobs;
 //     jobs.CopyExports("erp");
-//     jobs.Run(databases, connectionString, /*syncMethod=*/1, /*platform=*/1, /*generation=*/3);
+//     jobs.Run(databases, {.connectionString = connectionString, .generation = 3});
 #pragma once
 
 #include <ctime>
@@ -14,35 +14,47 @@
 
 namespace zenqay {
 
+/// What a command line says.
+struct DemoJob {
+  Text connectionString;
+  Text database = "public";
+  int tableId = 128;   // all tables
+  int syncMethod = 1;  // the full copy; 2 is the pass over what has changed
+  int platform = 1;
+  int generation = 1;
+};
+
 class DemoJobs {
  public:
   DemoJobs() {
-    std::filesystem::create_directories(home_.path() / "erp");
-    std::filesystem::create_directories(home_.path() / "log");
-    std::filesystem::copy_file(ZENQAY_SHARE "/I18nText.xml", home_.path() / "I18nText.xml");
-    home_.Write("Components.xml", kCatalogue);
+    std::filesystem::create_directories(home.path() / "erp");
+    std::filesystem::create_directories(home.path() / "log");
+    std::filesystem::copy_file(ZENQAY_SHARE "/I18nText.xml", home.path() / "I18nText.xml");
+    home.Write("Components.xml", kCatalogue);
   }
+
+  TempDirectory home;
 
   /// Puts the exports of share/demo, or their changes as of now, where jobs find them.
   void CopyExports(const Text& directory) const {
     for (const auto& file : std::filesystem::directory_iterator(ZENQAY_SHARE "/demo/" + directory)) {
       const Text content = ContentOf(file.path());
-      home_.Write("erp/" + file.path().filename().string(), Replaced(content, "@NOW@", NowInUtc()));
+      home.Write("erp/" + file.path().filename().string(), Replaced(content, "@NOW@", NowInUtc()));
     }
   }
 
-  /// All tables. 1 is the full copy, 2 the pass over what has changed.
-  void Run(Database& databases, const Text& connectionString, int syncMethod, int platform, int generation) const {
-    ::setenv("ZENQAY_HOME", home_.path().c_str(), 1);
+  void Run(Database& databases, const DemoJob& job) const {
+    ::setenv("ZENQAY_HOME", home.path().c_str(), 1);
     ::setenv("TZ", "UTC", 1);
-    const Text commandLine = connectionString + "{}public{}128{}" + std::to_string(syncMethod) + "{}" +
-                             (home_.path() / "log").string() + "{}100{}-1{}{}" + std::to_string(platform) + "{}0{}" +
-                             std::to_string(generation) + "{}no status component";
+    const Text commandLine = job.connectionString + "{}" + job.database + "{}" + std::to_string(job.tableId) + "{}" +
+                             std::to_string(job.syncMethod) + "{}" + (home.path() / "log").string() + "{}100{}-1{}{}" +
+                             std::to_string(job.platform) + "{}0{}" + std::to_string(job.generation) +
+                             "{}no status component";
     Text program = "zenqay-dbsync";
     char* argv[] = {program.data(), nullptr};
-    OsPlatform platformOfJob(1, argv);
-    ComponentCatalogue catalogue(platformOfJob.ProgramDirectory());
-    modDeclarations process{.platform = platformOfJob, .components = catalogue, .database = databases};
+    OsPlatform platform(1, argv);
+    ComponentCatalogue catalogue(platform.ProgramDirectory());
+    modDeclarations process{.platform = platform, .components = catalogue, .database = databases};
     RunProcess(process, commandLine);
   }
 
@@ -50,15 +62,6 @@ class DemoJobs {
     std::ifstream stream(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
   }
-
- private:
-  static constexpr const char* kCatalogue = R"(<COMPONENTS>
-  <HOST prefix="java:com.korvel." kind="files" directory="erp"/>
-  <HOST prefix="Kv" kind="files" directory="erp"/>
-  <HOST prefix="NetListSelectionCriteria." kind="files" directory="erp"/>
-  <HOST prefix="java:java.util." kind="builtin"/>
-</COMPONENTS>
-)";
 
   static Text NowInUtc() {
     const std::time_t now = std::time(nullptr);
@@ -69,7 +72,14 @@ class DemoJobs {
     return text;
   }
 
-  TempDirectory home_;
+ private:
+  static constexpr const char* kCatalogue = R"(<COMPONENTS>
+  <HOST prefix="java:com.korvel." kind="files" directory="erp"/>
+  <HOST prefix="Kv" kind="files" directory="erp"/>
+  <HOST prefix="NetListSelectionCriteria." kind="files" directory="erp"/>
+  <HOST prefix="java:java.util." kind="builtin"/>
+</COMPONENTS>
+)";
 };
 
 }  // namespace zenqay

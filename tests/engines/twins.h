@@ -133,10 +133,26 @@ class Twins : public Database {
   Text composedString_;
 };
 
-/// How many generated statements a test runs: as many as ZENQAY_STATEMENTS says, for scripts/test.
-inline int StatementsToRun(int usually) {
+/// Runs generated statements on both, as many as ZENQAY_STATEMENTS says (4,000 otherwise), and compares the tables now
+/// and then. Enough of them must have a shape, touch rows, at least one of `touching`, and fail.
+template <typename Statements, typename Compare>
+void RunGenerated(TwinConnection& connection, Statements statements, Compare compare, int touching) {
   const char* asked = std::getenv("ZENQAY_STATEMENTS");
-  return asked == nullptr ? usually : std::atoi(asked);
+  const int count = asked == nullptr ? 4'000 : std::atoi(asked);
+  int touched = 0;
+  int failed = 0;
+  for (int i = 1; i <= count && !testing::Test::HasFailure(); ++i) {
+    try {
+      touched += connection.Run(statements.Next(), Connection::Count::Asked) > 0 ? 1 : 0;
+    } catch (const RuntimeError&) {
+      ++failed;
+    }
+    if (i % 250 == 0) compare();
+  }
+  compare();
+  EXPECT_GT(connection.shapes(), count / 2);
+  EXPECT_GT(touched, count / touching);
+  EXPECT_GT(failed, count / 10);
 }
 
 }  // namespace zenqay

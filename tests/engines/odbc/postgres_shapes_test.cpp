@@ -235,29 +235,13 @@ class PostgresShapes : public testing::Test {
 TEST_F(PostgresShapes, GiveGeneratedStatementsBothWaysTheSameCountsErrorsAndBytes) {
   Twins twins(StringOf("shaped", kTables), StringOf("composed", kTables));
   const std::shared_ptr<TwinConnection> connection = twins.Opened();
-  GeneratedStatements statements(PostgresWords(), /*seed=*/1);
   const auto compare = [&] {
     for (const char* table : {"loose", "keyed", "texts"}) {
       connection->Compare(Text("SELECT CAST(t.* AS text) AS everything FROM ") + table + " t ORDER BY 1");
     }
   };
 
-  int touched = 0;
-  int failed = 0;
-  const int count = StatementsToRun(4000);
-  for (int i = 1; i <= count && !HasFailure(); ++i) {
-    try {
-      touched += connection->Run(statements.Next(), Connection::Count::Asked) > 0 ? 1 : 0;
-    } catch (const RuntimeError&) {
-      ++failed;
-    }
-    if (i % 250 == 0) compare();
-  }
-
-  compare();
-  EXPECT_GT(connection->shapes(), count / 2);
-  EXPECT_GT(touched, count / 20);
-  EXPECT_GT(failed, count / 10);
+  RunGenerated(*connection, GeneratedStatements(PostgresWords(), /*seed=*/1), compare, /*touching=*/20);
 }
 
 TEST_F(PostgresShapes, GiveEveryStatementOfTheDemosJobsBothWaysTheSameCountsAndBytes) {
@@ -268,10 +252,10 @@ TEST_F(PostgresShapes, GiveEveryStatementOfTheDemosJobsBothWaysTheSameCountsAndB
   const std::shared_ptr<TwinConnection> connection = twins.Opened();
   for (const int generation : {1, 3, 8}) {
     jobs.CopyExports("erp");
-    jobs.Run(twins, twins.shapedString(), 1, /*platform=*/1, generation);
+    jobs.Run(twins, {.connectionString = twins.shapedString(), .syncMethod = 1, .generation = generation});
     jobs.CopyExports("end");
     jobs.CopyExports("changes");
-    jobs.Run(twins, twins.shapedString(), 2, /*platform=*/1, generation);
+    jobs.Run(twins, {.connectionString = twins.shapedString(), .syncMethod = 2, .generation = generation});
     for (const char* table : {"site", "product", "problem", "priority", "symptom", "object", "sitecontract",
                               "contracts", "warranties", "serializeditem"}) {
       connection->Compare(Text("SELECT CAST(t.* AS text) AS everything FROM ") + table + " t ORDER BY 1");

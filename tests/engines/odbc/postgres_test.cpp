@@ -9,29 +9,19 @@
 #include <set>
 #include <thread>
 
-#include "components/component_catalogue.h"
 #include "doubles/outcome.h"
 #include "doubles/postgres_server.h"
 #include "doubles/temp_directory.h"
 #include "engines/connection_string.h"
 #include "engines/databases.h"
+#include "engines/demo_jobs.h"
 #include "engines/odbc/odbc_session.h"
 #include "engines/provider_errors.h"
-#include "startup/modStartUp.h"
-#include "system/os_platform.h"
 
 namespace zenqay {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr const char* kCatalogue = R"(<COMPONENTS>
-  <HOST prefix="java:com.korvel." kind="files" directory="erp"/>
-  <HOST prefix="Kv" kind="files" directory="erp"/>
-  <HOST prefix="NetListSelectionCriteria." kind="files" directory="erp"/>
-  <HOST prefix="java:java.util." kind="builtin"/>
-</COMPONENTS>
-)";
 
 constexpr const char* kLocations =
     "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n"
@@ -43,15 +33,6 @@ PostgresServer& SharedServer() {
   return server;
 }
 
-Text NowInUtc() {
-  const std::time_t now = std::time(nullptr);
-  std::tm utc{};
-  ::gmtime_r(&now, &utc);
-  char text[32];
-  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
-  return text;
-}
-
 /// A database with the reference schema and the control rows, and a home directory for jobs on it.
 class PostgresTest : public testing::Test {
  protected:
@@ -61,10 +42,6 @@ class PostgresTest : public testing::Test {
     server_.Psql("postgres", "CREATE DATABASE " + database_);
     const Text schema = ZENQAY_SHARE "/schema/";
     server_.PsqlFiles(database_, {schema + "postgresql.sql", schema + "control-rows.sql"});
-    std::filesystem::create_directories(home_.path() / "erp");
-    std::filesystem::create_directories(home_.path() / "log");
-    std::filesystem::copy_file(ZENQAY_SHARE "/I18nText.xml", home_.path() / "I18nText.xml");
-    home_.Write("Components.xml", kCatalogue);
   }
 
   Text ConnectionString() const { return server_.ConnectionString(database_); }
@@ -80,18 +57,12 @@ class PostgresTest : public testing::Test {
   void RunJob(int syncMethod, int platform) { RunJob(ConnectionString(), 1, syncMethod, platform, /*generation=*/1); }
 
   void RunJob(const Text& connectionString, int tableId, int syncMethod, int platform, int generation) {
-    ::setenv("ZENQAY_HOME", home_.path().c_str(), 1);
-    ::setenv("TZ", "UTC", 1);
-    const Text commandLine = connectionString + "{}" + (platform == 2 ? "public" : database_) + "{}" +
-                             std::to_string(tableId) + "{}" + std::to_string(syncMethod) + "{}" +
-                             (home_.path() / "log").string() + "{}100{}-1{}{}" + std::to_string(platform) + "{}0{}" +
-                             std::to_string(generation) + "{}no status component";
-    Text program = "zenqay-dbsync";
-    char* argv[] = {program.data(), nullptr};
-    OsPlatform osPlatform(1, argv);
-    ComponentCatalogue catalogue(osPlatform.ProgramDirectory());
-    modDeclarations process{.platform = osPlatform, .components = catalogue, .database = databases_};
-    RunProcess(process, commandLine);
+    demo_.Run(databases_, {.connectionString = connectionString,
+                           .database = platform == 2 ? "public" : database_,
+                           .tableId = tableId,
+                           .syncMethod = syncMethod,
+                           .platform = platform,
+                           .generation = generation});
   }
 
   /// The same in a process of its own, which the caller waits for.
@@ -136,20 +107,12 @@ class PostgresTest : public testing::Test {
     return "";
   }
 
-  /// Puts an export of the demo, or its changes as of now, where jobs find it.
-  void CopyDemo(const Text& directory) {
-    for (const auto& file : std::filesystem::directory_iterator(ZENQAY_SHARE "/demo/" + directory)) {
-      std::ifstream stream(file.path(), std::ios::binary);
-      const Text content{std::istreambuf_iterator<char>(stream), {}};
-      home_.Write("erp/" + file.path().filename().string(), Replaced(content, "@NOW@", NowInUtc()));
-    }
-  }
-
   Text Rows(const Text& query) const { return server_.Psql(database_, query); }
 
   PostgresServer& server_;
   Text database_;
-  TempDirectory home_;
+  DemoJobs demo_;
+  TempDirectory& home_ = demo_.home;
   LocalDatabases databases_;
 };
 
@@ -171,8 +134,9 @@ TEST_F(PostgresTest, TakesAFullCopyAndItsChangesOnEitherPlatform) {
     EXPECT_EQ(Rows("SELECT in_use, lutm > now() - interval '1 day' FROM tstables WHERE tablename = 'SITE'"), "0|t\n");
 
     home_.Write("erp/Kv40QTMtssmaLocations.changes.csv",
-                "ChangedAt,ActionType,Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n" + NowInUtc() +
-                    ",U,A1,Changed,C1\n" + NowInUtc() + ",I,A4,New,C4\n" + NowInUtc() + ",D,A3,,\n");
+                "ChangedAt,ActionType,Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n" +
+                    DemoJobs::NowInUtc() + ",U,A1,Changed,C1\n" + DemoJobs::NowInUtc() + ",I,A4,New,C4\n" +
+                    DemoJobs::NowInUtc() + ",D,A3,,\n");
     RunJob(2, platform);
 
     EXPECT_EQ(Rows(kSites), "A1|Changed|C1|0\nA2|東京|" + blank + "|0\nA4|New|C4|0\n");
@@ -233,14 +197,14 @@ TEST_F(PostgresTest, TakesEveryTableAsTheEmbeddedDatabaseDoes) {
       }
       server_.PsqlFiles(database_, {schema + "postgresql.sql", schema + "control-rows.sql"});
 
-      CopyDemo("erp");
+      demo_.CopyExports("erp");
       for (const Text& database : {embedded, ConnectionString()}) RunJob(database, 128, 1, platform, generation);
       const Text full = AllRows(databases_, embedded);
       EXPECT_EQ(AllRows(databases_, ConnectionString()), full);
       EXPECT_GT(full.size(), 900u);
 
-      CopyDemo("end");
-      CopyDemo("changes");
+      demo_.CopyExports("end");
+      demo_.CopyExports("changes");
       for (const Text& database : {embedded, ConnectionString()}) RunJob(database, 128, 2, platform, generation);
       const Text changed = AllRows(databases_, embedded);
       EXPECT_EQ(AllRows(databases_, ConnectionString()), changed);

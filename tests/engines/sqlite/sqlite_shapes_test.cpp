@@ -240,7 +240,6 @@ class SqliteShapes : public testing::Test {
 TEST_F(SqliteShapes, GiveGeneratedStatementsBothWaysTheSameCountsErrorsAndBytes) {
   const std::shared_ptr<TwinConnection> connection = twins_.Opened();
   for (const char* table : kTables) connection->Execute(table);
-  GeneratedStatements statements(SqliteWords(), /*seed=*/1);
   const auto compare = [&] {
     connection->Compare("SELECT * FROM sqlite_master");
     Text fields = "SELECT hex(K)";
@@ -254,22 +253,7 @@ TEST_F(SqliteShapes, GiveGeneratedStatementsBothWaysTheSameCountsErrorsAndBytes)
     connection->Compare("SELECT quote(WHAT), rowid FROM LOG");
   };
 
-  int touched = 0;
-  int failed = 0;
-  const int count = StatementsToRun(4000);
-  for (int i = 1; i <= count && !HasFailure(); ++i) {
-    try {
-      touched += connection->Run(statements.Next(), Connection::Count::Asked) > 0 ? 1 : 0;
-    } catch (const RuntimeError&) {
-      ++failed;
-    }
-    if (i % 250 == 0) compare();
-  }
-
-  compare();
-  EXPECT_GT(connection->shapes(), count / 2);
-  EXPECT_GT(touched, count / 10);
-  EXPECT_GT(failed, count / 10);
+  RunGenerated(*connection, GeneratedStatements(SqliteWords(), /*seed=*/1), compare, /*touching=*/10);
 }
 
 TEST_F(SqliteShapes, GiveEveryStatementOfTheDemosJobsBothWaysTheSameCountsAndBytes) {
@@ -280,10 +264,14 @@ TEST_F(SqliteShapes, GiveEveryStatementOfTheDemosJobsBothWaysTheSameCountsAndByt
   for (const int generation : {1, 3, 8}) {
     for (const int platform : {1, 2}) {
       jobs.CopyExports("erp");
-      jobs.Run(twins_, twins_.shapedString(), 1, platform, generation);
+      jobs.Run(
+          twins_,
+          {.connectionString = twins_.shapedString(), .syncMethod = 1, .platform = platform, .generation = generation});
       jobs.CopyExports("end");
       jobs.CopyExports("changes");
-      jobs.Run(twins_, twins_.shapedString(), 2, platform, generation);
+      jobs.Run(
+          twins_,
+          {.connectionString = twins_.shapedString(), .syncMethod = 2, .platform = platform, .generation = generation});
       for (const char* table : {"SITE", "PRODUCT", "PROBLEM", "PRIORITY", "SYMPTOM", "OBJECT", "SITECONTRACT",
                                 "CONTRACTS", "WARRANTIES", "SERIALIZEDITEM"}) {
         connection->Compare(Text("SELECT *, rowid FROM ") + table);
