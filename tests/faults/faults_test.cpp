@@ -14,16 +14,12 @@
 
 #include "base/memory_reserve.h"
 #include "doubles/child_process.h"
+#include "doubles/tries_all.h"
 #include "faults/allocations.h"
 #include "faults/required_end.h"
 
 namespace zenqay {
 namespace {
-
-bool TriesAll() {
-  const char* wish = std::getenv("ZENQAY_FAULTS");
-  return wish != nullptr && Text(wish) == "all";
-}
 
 /// All of the places, or some of them, others for each kind of fault.
 std::vector<std::size_t> Sample(const std::vector<std::size_t>& places, std::size_t count, const Text& kind) {

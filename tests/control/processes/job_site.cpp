@@ -155,9 +155,4 @@ void PrintTo(Engine engine, std::ostream* out) {
   *out << (engine == Engine::Sqlite ? "Sqlite" : "PostgreSql");
 }
 
-bool TriesAll() {
-  const char* wish = std::getenv("ZENQAY_FAULTS");
-  return wish != nullptr && Text(wish) == "all";
-}
-
 }  // namespace zenqay

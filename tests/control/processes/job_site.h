@@ -9,6 +9,7 @@
 #include "doubles/held_export.h"
 #include "doubles/postgres_server.h"
 #include "doubles/temp_directory.h"
+#include "doubles/tries_all.h"
 #include "engines/databases.h"
 #include "system/child_process.h"
 
@@ -98,8 +99,5 @@ std::vector<int> JobsOf(int process);
 
 /// "Sqlite", "PostgreSql"
 void PrintTo(Engine engine, std::ostream* out);
-
-/// True when every place is to be tried, as scripts/faults asks for by ZENQAY_FAULTS=all.
-bool TriesAll();
 
 }  // namespace zenqay

@@ -13,6 +13,7 @@
 #include "doubles/fake_platform.h"
 #include "doubles/postgres_server.h"
 #include "doubles/temp_directory.h"
+#include "doubles/tries_all.h"
 #include "engines/databases.h"
 #include "startup/modStartUp.h"
 
@@ -89,9 +90,7 @@ TEST_F(PostgresDurability, NoUpdateTimeStandsAheadOfItsRowsWhereverTheServerIsKi
   const std::size_t time = StepOf(steps, "UPDATE tstables SET lutm");
   const std::size_t release = StepOf(steps, "UPDATE tstables SET in_use = 0");
   std::set<std::size_t> places = {taking, sweep, time, release};
-  const char* wish = std::getenv("ZENQAY_FAULTS");
-  const bool triesAll = wish != nullptr && Text(wish) == "all";
-  for (std::size_t i = taking; triesAll && places.size() < 50; i += (release - taking) / 46) places.insert(i);
+  for (std::size_t i = taking; TriesAll() && places.size() < 50; i += (release - taking) / 46) places.insert(i);
 
   int lost = 0;
   for (const std::size_t place : places) {
