@@ -50,12 +50,14 @@ void clsDataCopy::CopyProductChanged(const Text& TableName, const Text& KXWBusCo
   OnlyChangedPass products = {
       .entity = kProduct,
       .failureSource = "Product - Only Changed",
-      .erp = {.tableCode = kInstallations.tableCode, .erpLabel = GetLabel(process_, kInstallations.erpLabel)},
       .open =
           [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kInstallations.managerClass)); },
       .ranges = {{"cins", "", HighValueString(20)}},
       .fields = {"cins", "desc", "cloc", "ccon", "cgua", "gdat", "sdat", "edat"},
       .listing = "NetListInstallations"};
+  // Not among the members above: where memory runs out there, gcc 12 lets go of a member's members twice.
+  products.erp.tableCode = kInstallations.tableCode;
+  products.erp.erpLabel = GetLabel(process_, kInstallations.erpLabel);
   products.change = [&](const Row& row, const Text& action) {
     if (action != "D") return ApplyProductRow(row, TableName);
     CountDelete(SqlText("DELETE FROM ", TableName, " WHERE PRODUCT= ", Encoded(process_, row, "getInstallation")));

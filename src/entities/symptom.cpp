@@ -49,11 +49,13 @@ void clsDataCopy::CopySymptomChanged(const Text& TableName, const Text& KXWBusCo
   OnlyChangedPass symptoms = {
       .entity = kSymptom,
       .failureSource = "Symptoms - Only Changed",
-      .erp = {.tableCode = kSymptoms.tableCode, .erpLabel = GetLabel(process_, kSymptoms.erpLabel)},
       .open = [this](ErpSource& erp) { erp.manager = Manager(process_.components.Create(kSymptoms.managerClass)); },
       .ranges = {{"csym", "", HighValueString(10)}},
       .fields = {"csym", "desc"},
       .listing = "NetListSymptoms"};
+  // Not among the members above: where memory runs out there, gcc 12 lets go of a member's members twice.
+  symptoms.erp.tableCode = kSymptoms.tableCode;
+  symptoms.erp.erpLabel = GetLabel(process_, kSymptoms.erpLabel);
   symptoms.change = [&](const Row& row, const Text& action) {
     if (action != "D") return ApplySymptomRow(row, TableName);
     CountDelete(SqlText("DELETE FROM ", TableName, " WHERE SYMPTOM = ", Encoded(process_, row, "getSymptom")));
