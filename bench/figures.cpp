@@ -21,7 +21,8 @@ double MedianRatio(const std::vector<Cost>& programs, const std::vector<Cost>& f
 }
 
 Cost MedianCost(const std::vector<Cost>& costs) {
-  return {MedianOf(costs, &Cost::wallSeconds), MedianOf(costs, &Cost::cpuSeconds), MedianOf(costs, &Cost::peakMib)};
+  return {MedianOf(costs, &Cost::wallSeconds), MedianOf(costs, &Cost::cpuSeconds), MedianOf(costs, &Cost::peakMib),
+          MedianOf(costs, &Cost::anonymousMib)};
 }
 
 }  // namespace
@@ -53,9 +54,9 @@ Cost Pairs::FloorMedian() const {
   return MedianCost(floors_);
 }
 
-double Pairs::PeakMib() const {
+double Pairs::Peak(double Cost::*memory) const {
   double peak = 0;
-  for (const Cost& program : programs_) peak = std::max(peak, program.peakMib);
+  for (const Cost& program : programs_) peak = std::max(peak, program.*memory);
   return peak;
 }
 
@@ -83,7 +84,7 @@ void Figures::AddPhase(const std::string& name, long rows, const Measured& measu
   char line[200];
   std::snprintf(line, sizeof line, "%-24s %9ld %9.3f %9.3f %9.3f %9.3f %10.0f %7.3f %7.3f %7.1f", name.c_str(), rows,
                 program.wallSeconds, floor.wallSeconds, program.cpuSeconds, floor.cpuSeconds, rowsPerSecond,
-                pairs.WallRatio(), pairs.CpuRatio(), pairs.PeakMib());
+                pairs.WallRatio(), pairs.CpuRatio(), pairs.Peak(&Cost::peakMib));
   table_ += line;
   if (!peers.empty()) {
     std::snprintf(line, sizeof line, " %9.3f %7.3f", peers.FloorMedian().wallSeconds, peers.WallRatio());
@@ -95,7 +96,8 @@ void Figures::AddPhase(const std::string& name, long rows, const Measured& measu
   Add(name + ".rows_per_second", rowsPerSecond);
   Add(name + ".wall_ratio", pairs.WallRatio());
   Add(name + ".cpu_ratio", pairs.CpuRatio());
-  Add(name + ".peak_mib", pairs.PeakMib());
+  Add(name + ".peak_mib", pairs.Peak(&Cost::peakMib));
+  Add(name + ".anonymous_mib", pairs.Peak(&Cost::anonymousMib));
   if (peers.empty()) return;
   Add(name + ".peer_wall_seconds", peers.FloorMedian().wallSeconds);
   Add(name + ".peer_wall_ratio", peers.WallRatio());

@@ -21,7 +21,9 @@ class Pairs {
   double CpuRatio() const;
   Cost ProgramMedian() const;
   Cost FloorMedian() const;
-  double PeakMib() const;
+
+  /// The highest of the program: Cost::peakMib or Cost::anonymousMib.
+  double Peak(double Cost::*memory) const;
 
  private:
   std::vector<Cost> programs_;

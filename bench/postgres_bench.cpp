@@ -1,5 +1,6 @@
 // The table Site on a PostgreSQL server: a first fill and a second full copy (all updates), each beside its floor, a
-// plain ODBC loop over the same statements, and its peer, the same upserts by pyodbc.
+// plain ODBC loop over the same statements, and its peer, the same upserts by pyodbc. None of them waits for the disk
+// at a commit. Behind that, the second copy of a tenth of the rows where they do.
 //
 //     postgres_bench DIRECTORY ROWS [PAIRS]
 #include <cstdio>
@@ -19,7 +20,8 @@ constexpr const char* kGeneration = "1";
 
 class Bench {
  public:
-  Bench(const fs::path& directory, long rows, int pairs) : place_(directory), rows_(rows), pairs_(pairs) {
+  Bench(const fs::path& directory, long rows, int pairs, const std::vector<std::string>& settings)
+      : place_(directory), rows_(rows), pairs_(pairs), server_(settings) {
     WriteLocations(place_, rows);
     server_.Psql("postgres", "CREATE ROLE bench LOGIN SUPERUSER PASSWORD 'bench'");
     server_.Psql("postgres", "CREATE DATABASE before");
@@ -27,12 +29,18 @@ class Bench {
     server_.PsqlFiles("before", {schema + "postgresql.sql", schema + "control-rows.sql"});
   }
 
-  void Run() {
+  void MeasureCopies(Figures& figures) {
     const fs::path fill = RecordOn("filled", "before");
-    MeasurePhase("postgres.first_fill", "before", fill);
+    figures.AddPhase("postgres.first_fill", rows_, Measure("before", fill));
     const fs::path copy = RecordOn("again", "filled");
-    MeasurePhase("postgres.second_copy", "filled", copy);
-    figures_.Print();
+    figures.AddPhase("postgres.second_copy", rows_, Measure("filled", copy));
+  }
+
+  void MeasureWaits(Figures& figures) {
+    RecordOn("filled", "before");
+    const fs::path copy = RecordOn("again", "filled");
+    figures.AddPhase("postgres.all_wait", rows_, Measure("filled", copy, ";Row Commit=AtOnce"));
+    figures.AddPhase("postgres.others_wait", rows_, Measure("filled", copy));
   }
 
  private:
@@ -42,8 +50,8 @@ class Bench {
     server_.Psql("postgres", "CHECKPOINT");  // what is still unwritten is nobody's cost
   }
 
-  std::string JobOn(const std::string& database) const {
-    return place_.CommandLineFor(String(database), kSite, kFull, kGeneration);
+  std::string JobOn(const std::string& database, const std::string& more = "") const {
+    return place_.CommandLineFor(String(database) + more, kSite, kFull, kGeneration);
   }
 
   std::string String(const std::string& database) const {
@@ -56,29 +64,34 @@ class Bench {
     return place_.RecordJob(JobOn(database), "statements-" + database + ".sql0");
   }
 
-  void MeasurePhase(const std::string& name, const std::string& original, const fs::path& statements) {
+  /// `more` stands in the job's connection string alone.
+  Measured Measure(const std::string& original, const fs::path& statements, const std::string& more = "") {
     const std::string peer = ZENQAY_BENCH_SOURCE "/odbc_peer.py";
     const std::string locations = place_.Erp("Kv40QTMtssmaLocations.csv").string();
-    const Measured measured = MeasureInTurn({{ZENQAY_PROGRAM, JobOn("work")},
-                                             {ZENQAY_ODBC_FLOOR, String("work"), statements.string()},
-                                             {"/usr/bin/python3", peer, String("work"), locations}},
-                                            pairs_, [&](const std::vector<std::string>& program) {
-                                              CreateFrom("work", original);
-                                              return RunChild(program);
-                                            });
-    figures_.AddPhase(name, rows_, measured);
+    return MeasureInTurn({{ZENQAY_PROGRAM, JobOn("work", more)},
+                          {ZENQAY_ODBC_FLOOR, String("work"), statements.string()},
+                          {"/usr/bin/python3", peer, String("work"), locations}},
+                         pairs_, [&](const std::vector<std::string>& program) {
+                           CreateFrom("work", original);
+                           return RunChild(program);
+                         });
   }
 
   Workplace place_;
   long rows_;
   int pairs_;
-  zenqay::PostgresServer server_{{"synchronous_commit=off"}};
-  Figures figures_;
+  zenqay::PostgresServer server_;
 };
+
+void Run(const fs::path& directory, long rows, int pairs) {
+  Figures figures;
+  Bench(directory, rows, pairs, {"synchronous_commit=off"}).MeasureCopies(figures);
+  Bench(directory, rows / 10, pairs, {"fsync=on"}).MeasureWaits(figures);
+  figures.Print();
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  return RunBench("postgres_bench", argc, argv,
-                  [](const fs::path& directory, long rows, int pairs) { Bench(directory, rows, pairs).Run(); });
+  return RunBench("postgres_bench", argc, argv, Run);
 }

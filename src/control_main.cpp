@@ -32,11 +32,13 @@ int Run(const std::vector<Text>& arguments) {
   const Text named = environment.Value("ZENQAY_DBSYNC");
   Surroundings surroundings = {.environment = environment,
                                .jobProgram = named.empty() ? ProgramDirectory() + "/zenqay-dbsync" : named,
+                               .ctlProgram = ProgramDirectory() + "/zenqayctl",
                                .historyPath = HistoryPath(),
                                .out = std::cout,
                                .err = std::cerr,
                                .terminal = StandardOutputSize,
-                               .check = CheckJob};
+                               .check = CheckJob,
+                               .ownProgram = ProgramDirectory() + "/zenqayctl"};
   return RunZenqayctl(arguments, surroundings);
 }
 

@@ -61,11 +61,12 @@ void Run(OsPlatform& platform) {
   LocalDatabases databases(stopRequest);
   const auto run = [&](modDeclarations& process) {
     process.safeguards = catalogue.safeguards();
+    process.LabelLanguage = catalogue.language();
     if (!descriptor) return RunProcess(process, commandLine);
     RunTold(process, commandLine, *descriptor);
   };
   if (!catalogue.traceFile().empty()) {
-    Trace trace(catalogue.traceFile());
+    Trace trace(catalogue.traceFile(), ProgramVersion());
     TracedProcess traced(platform, catalogue, databases, trace, stopRequest);
     run(traced.process);
   } else {

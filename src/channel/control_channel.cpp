@@ -6,6 +6,7 @@
 #include "contracts/control_channel.h"
 #include "system/process_id.h"
 #include "system/stop_request.h"
+#include "system/utc_stamp.h"
 
 namespace zenqay {
 namespace {
@@ -16,22 +17,8 @@ using std::chrono::milliseconds;
 constexpr milliseconds kPatience{1'000};
 constexpr milliseconds kBetweenRows{1'000};
 
-/// "2026-01-31T10:11:12.345Z"
-Text UtcNow() {
-  const auto now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());
-  const auto day = std::chrono::floor<std::chrono::days>(now);
-  const std::chrono::year_month_day date(day);
-  const std::chrono::hh_mm_ss time(now - day);
-  char text[64];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                static_cast<int>(time.seconds().count()), static_cast<int>(time.subseconds().count()));
-  return text;
-}
-
 ordered_json LineOf(const char* kind) {
-  return {{channel::kKind, kind}, {channel::kTime, UtcNow()}};
+  return {{channel::kKind, kind}, {channel::kTime, UtcStamp()}};
 }
 
 const char* WordOf(JobPhase phase) {

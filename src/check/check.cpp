@@ -20,6 +20,7 @@ bool RunCheck(Platform& platform, ComponentCatalogue& catalogue, Database& datab
               std::ostream& out) {
   modDeclarations process{.platform = platform, .components = catalogue, .database = database};
   process.safeguards = catalogue.safeguards();
+  process.LabelLanguage = catalogue.language();
   CheckReport report(out);
   JobLine line;
   const bool hasLine = CheckLine(process, commandLine, line, report);

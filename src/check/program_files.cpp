@@ -19,7 +19,7 @@ Text PathBesideProgram(modDeclarations& process, const Text& name) {
 
 void CheckLabels(modDeclarations& process, CheckReport& report) {
   constexpr const char* kStep = "labels";
-  const Text path = PathBesideProgram(process, "I18nText.xml");
+  const Text path = PathBesideProgram(process, LabelFileName(process.LabelLanguage));
   pugi::xml_document document;
   if (const XmlRead read = ReadXmlFile(path, document); !read) {
     return report.Warn(kStep, read.fault + "; keys stand in the place of all texts");

@@ -25,6 +25,16 @@ std::shared_ptr<ComponentHost> MakeJvm(const CatalogueElement& element, const st
 }
 #endif
 
+/// It becomes a part of a file's name.
+Text LanguageOf(const CatalogueElement& element) {
+  element.RequireOnly({"language"});
+  const Text language = element.Required("language");
+  const bool isWord = language.find_first_not_of("abcdefghijklmnopqrstuvwxyz-") == Text::npos;
+  if (isWord && !language.empty()) return language;
+  throw RuntimeError(PlatformFault::InvalidCall,
+                     element.Place() + ": \"" + language + "\" is no language, which is a word such as \"de\"");
+}
+
 struct HostKind {
   std::string_view name;
   HostFactory make;
@@ -87,6 +97,8 @@ void ComponentCatalogue::Read() {
       safeguards_.sweep = ReadSweep(ElementOf(element));
     } else if (name == "LOCK") {
       safeguards_.lock = ReadLock(ElementOf(element));
+    } else if (name == "TEXTS") {
+      language_ = LanguageOf(ElementOf(element));
     } else {
       throw RuntimeError(PlatformFault::InvalidCall, ElementOf(element).Place() + ": unknown element \"" + name + "\"");
     }

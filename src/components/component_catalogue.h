@@ -22,6 +22,7 @@ namespace zenqay {
 ///       <TRACE file="trace.jsonl"/>
 ///       <SWEEP limit="10%" from="100"><TABLE name="SITE" limit="50"/></SWEEP>
 ///       <LOCK takeover="yes"/>
+///       <TEXTS language="de"/>
 ///     </COMPONENTS>
 class ComponentCatalogue : public ComponentHost {
  public:
@@ -41,6 +42,9 @@ class ComponentCatalogue : public ComponentHost {
   /// What SWEEP and LOCK ask for. ZENQAY_SWEEP_LIMIT in the environment stands for every limit of SWEEP.
   const Safeguards& safeguards() const { return safeguards_; }
 
+  /// That of the texts, as TEXTS names it; empty without one.
+  const Text& language() const { return language_; }
+
  private:
   struct Entry {
     Text prefix;
@@ -58,6 +62,7 @@ class ComponentCatalogue : public ComponentHost {
   std::vector<Entry> entries_;
   Text traceFile_;
   Safeguards safeguards_;
+  Text language_;
   std::optional<RuntimeError> fault_;
   Text remark_;
 };

@@ -26,7 +26,7 @@ inline void PutNamed(const Object& object, std::string_view property, const Valu
   Naming(object, property, [&] { object.Put(property, value); });
 }
 
-/// The answer of a call as a whole number, as a number, and as an object.
+/// The answer of a call as a whole number, and as a number.
 inline std::int32_t CallForInt32(const Object& object, std::string_view operation) {
   return Naming(object, operation, [&] { return object.Call(operation).AsInt32(); });
 }

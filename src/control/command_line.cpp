@@ -5,6 +5,7 @@
 
 #include "base/secrets.h"
 #include "control/exit_status.h"
+#include "control/nearest_word.h"
 
 namespace zenqay {
 namespace {
@@ -17,13 +18,17 @@ struct Arguments {
   Text table;
   Text directory = ".";
   Text shell;
+  Text unitDirectory = "/etc/systemd/system";
   RunOptions run;
+  SubmitOptions submit;
+  Text partition;
   bool full = false;
   bool changed = false;
   bool force = false;
   bool json = false;
   HistoryOptions history;
   std::int64_t pastRun = 0;
+  ServeOptions serve;
 };
 
 /// The commands and options; what they stand for is told by their pages.
@@ -36,10 +41,15 @@ class CommandLine {
 
     CLI::App* run = Command("run", a);
     run->add_option("JOB", a.run.jobs)->required();
-    run->add_option("--table", a.run.tables)->expected(1)->take_all();
-    CLI::Option* full = run->add_flag("--full", a.full);
-    run->add_flag("--changed", a.changed)->excludes(full);
-    run->add_flag("--allow-sweep", a.run.allowSweep);
+    AddChoice(run, a);
+    run->add_option("--outcome", a.run.outcome);
+
+    CLI::App* submit = Command("submit", a);
+    CLI::Option* jobs = submit->add_option("JOB", a.run.jobs);
+    submit->add_flag("--all", a.submit.all)->excludes(jobs);
+    AddChoice(submit, a);
+    submit->add_flag("--wait", a.submit.waits);
+    submit->add_option("--partition", a.partition);
 
     Command("check", a)->add_option("JOB", a.jobs);
     Command("status", a)->add_option("JOB", a.jobs);
@@ -53,9 +63,19 @@ class CommandLine {
     history->add_option("RUN", a.pastRun)->check(CLI::PositiveNumber);
     history->add_option("--limit", a.history.limit)->check(CLI::PositiveNumber);
 
+    CLI::App* serve = Command("serve", a);
+    serve->add_option("--listen", a.serve.listen);
+    serve->add_option("--host", a.serve.hosts)->expected(1)->take_all();
+    serve->add_option("--token-file", a.serve.tokenFile);
+    serve->add_flag("--allow-actions", a.serve.allowActions);
+
     Command("init", a)->add_option("DIRECTORY", a.directory);
     const std::vector<Text> shells = {"bash", "zsh", "jobs"};
     Command("completion", a)->add_option("SHELL", a.shell)->required()->check(CLI::IsMember(shells));
+
+    CLI::App* systemd = Command("systemd", a);
+    systemd->add_option("JOB", a.job)->required();
+    systemd->add_option("--directory", a.unitDirectory);
   }
 
   CLI::App app;
@@ -66,6 +86,14 @@ class CommandLine {
     command->fallthrough();
     command->add_flag("--json", a.json);
     return command;
+  }
+
+  /// Which tables of the jobs are copied, and how.
+  static void AddChoice(CLI::App* command, Arguments& a) {
+    command->add_option("--table", a.run.tables)->expected(1)->take_all();
+    CLI::Option* full = command->add_flag("--full", a.full);
+    command->add_flag("--changed", a.changed)->excludes(full);
+    command->add_flag("--allow-sweep", a.run.allowSweep);
   }
 };
 
@@ -107,11 +135,38 @@ int Dispatch(const Text& command, Arguments& a, Surroundings& surroundings) {
   const JobFile file = FileOf(a, surroundings);
   if (command == "status") return ShowStatus(file, a.jobs, a.json, surroundings);
   if (command == "unlock") return Unlock(file, a.job, a.table, a.force, a.json, surroundings);
+  if (command == "systemd") return WriteDropIns(file, a.job, a.unitDirectory, a.json, surroundings);
   if (command == "check") return CheckJobs(file, a.jobs, a.json, surroundings);
+  if (command == "serve") {
+    a.serve.json = a.json;
+    return Serve(file, a.serve, surroundings);
+  }
   if (a.full) a.run.method = Method::Full;
   if (a.changed) a.run.method = Method::OnlyChanged;
   a.run.json = a.json;
-  return RunJobs(file, a.run, surroundings);
+  if (command == "run") return RunJobs(file, a.run, surroundings);
+  a.submit.run = a.run;
+  if (!a.partition.empty()) a.submit.options.insert(a.submit.options.begin(), "--partition=" + a.partition);
+  return SubmitJobs(file, a.submit, surroundings);
+}
+
+/// What stands behind "--" of a submission is for the batch system.
+std::vector<Text> TakeBatchOptions(std::vector<Text>& arguments) {
+  const auto end = std::ranges::find(arguments, "--");
+  if (end == arguments.end() || std::find(arguments.begin(), end, "submit") == end) return {};
+  std::vector<Text> options(end + 1, arguments.end());
+  arguments.erase(end, arguments.end());
+  return options;
+}
+
+/// What is wrong with the arguments. The library says of a command that there is not, only that one is missing.
+Text FaultOf(const CLI::App& app, const CLI::ParseError& fault) {
+  const std::vector<Text> unread = app.get_subcommands().empty() ? app.remaining() : std::vector<Text>();
+  const auto word = std::ranges::find_if(unread, [](const Text& one) { return !one.starts_with('-'); });
+  if (word == unread.end()) return fault.what();
+  std::vector<Text> commands;
+  for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
+  return "there is no command \"" + *word + "\"" + NearestWordHint(*word, commands);
 }
 
 int Refuse(const Text& what, Surroundings& surroundings) {
@@ -125,8 +180,10 @@ int RunZenqayctl(const std::vector<Text>& arguments, Surroundings& surroundings)
   Arguments a;
   CommandLine line(a);
   a.run.commandWords = Joined(arguments);
+  std::vector<Text> own = arguments;
+  a.submit.options = TakeBatchOptions(own);
   try {
-    line.app.parse(std::vector<Text>(arguments.rbegin(), arguments.rend()));
+    line.app.parse(std::vector<Text>(own.rbegin(), own.rend()));
     return Dispatch(CommandOf(line.app), a, surroundings);
   } catch (const CLI::CallForHelp&) {
     surroundings.out << HelpOf(CommandOf(line.app)) << std::flush;
@@ -136,7 +193,7 @@ int RunZenqayctl(const std::vector<Text>& arguments, Surroundings& surroundings)
     return kAllComplete;
   } catch (const CLI::ParseError& fault) {
     const Text command = CommandOf(line.app);
-    return Refuse(Text(fault.what()) + " (zenqayctl " + command + (command.empty() ? "" : " ") + "--help)",
+    return Refuse(FaultOf(line.app, fault) + " (zenqayctl " + command + (command.empty() ? "" : " ") + "--help)",
                   surroundings);
   } catch (const WrongUsage& fault) {
     return Refuse(fault.description(), surroundings);

@@ -16,7 +16,7 @@ _zenqayctl() {
     esac
   done
   COMPREPLY=()
-  if [[ ${COMP_WORDS[COMP_CWORD - 1]} == --file ]]; then
+  if [[ ${COMP_WORDS[COMP_CWORD - 1]} == @(--file|--token-file) ]]; then
     COMPREPLY=($(compgen -f -- "$word"))
     return
   fi
@@ -24,7 +24,7 @@ _zenqayctl() {
     "") words="@COMMANDS@ --file --version --help" ;;
 @CASES@  esac
   case $command in
-    run | check | status | unlock) words+=" $(zenqayctl "${file[@]}" completion jobs 2>/dev/null)" ;;
+    run | submit | check | status | unlock | systemd) words+=" $(zenqayctl "${file[@]}" completion jobs 2>/dev/null)" ;;
     completion) words+=" bash zsh" ;;
     init) COMPREPLY=($(compgen -d -- "$word")) ;;
   esac
@@ -35,6 +35,10 @@ complete -F _zenqayctl zenqayctl
 
 constexpr const char* kZsh = R"sh(#compdef zenqayctl
 autoload -U +X bashcompinit && bashcompinit
+)sh";
+
+// zsh reads the file when it is first asked to complete, and takes this for the answer.
+constexpr const char* kZshEnd = R"sh(if (( $#compstate )); then _bash_complete -F _zenqayctl; fi
 )sh";
 
 /// The options of a command; what is given by its place alone is left out.
@@ -60,7 +64,9 @@ Text BashCompletion() {
 
 int WriteCompletion(const Text& shell, Surroundings& surroundings) {
   if (shell == "zsh") surroundings.out << kZsh;
-  surroundings.out << BashCompletion() << std::flush;
+  surroundings.out << BashCompletion();
+  if (shell == "zsh") surroundings.out << kZshEnd;
+  surroundings.out << std::flush;
   return kAllComplete;
 }
 

@@ -1,10 +1,9 @@
 #include "control/credentials.h"
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "control/exit_status.h"
+#include "system/file_content.h"
 #include "system/own_process.h"
 
 namespace zenqay {
@@ -25,15 +24,12 @@ bool OthersCanRead(const fs::path& path) {
 }
 
 Text ReadFile(const PasswordSource& source, const fs::path& path, bool isOfSystem) {
-  std::error_code ignored;
-  std::ifstream file(path, std::ios::binary);
-  if (!file || fs::is_directory(path, ignored)) {
-    Raise(source, "the password's file " + path.string() + " is missing or cannot be read");
-  }
+  std::optional<Text> content = ContentOfFile(path.string());
+  if (!content) Raise(source, "the password's file " + path.string() + " is missing or cannot be read");
   if (!isOfSystem && OthersCanRead(path)) {
     Raise(source, "everybody can read the password's file " + path.string() + ": chmod o= " + path.string());
   }
-  Text text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  Text text = std::move(*content);
   if (text.ends_with('\n')) text.pop_back();
   if (text.ends_with('\r')) text.pop_back();
   return text;

@@ -7,7 +7,7 @@
 namespace zenqay {
 
 /// A directory that lives as long as the object: Components.xml of the ERP's home with `<LOCK takeover="yes"/>`, the
-/// job's sweep limit and absolute paths, and its I18nText.xml.
+/// job's sweep limit and absolute paths, and its texts.
 class DerivedHome {
  public:
   /// Raises WrongUsage, with the place in the job file, when the ERP's home has no Components.xml that can be read.

@@ -18,12 +18,15 @@ DESCRIPTION
 
 COMMANDS
     run JOB…             copies the tables of jobs
+    submit JOB…          hands the tables of jobs to Slurm, for many machines
     check JOB…           says what of a job's surroundings works, and what to mend
     status [JOB…]        says how fresh each table is, and who copies it
     unlock JOB TABLE     frees a table that a dead job left taken
     history [RUN]        lists past runs, or shows one whole
+    serve                shows all of that as a page that goes as the runs go
     init [DIRECTORY]     makes a first job file, with a database and an ERP to try it on
     completion SHELL     writes the completion of a shell
+    systemd JOB          lets systemd's units of a job reach the paths that it needs
 
     zenqayctl COMMAND --help has the page of each.
 
@@ -44,7 +47,7 @@ FILES
     zenqay.toml            the job file: databases, ERPs, jobs; "zenqayctl init" makes one whose comments explain it
     credentials/NAME       beside the job file: the password of "password = { credential = "NAME" }"; chmod 0600
     ~/.local/state/zenqay/history.db
-                           the history; for root /var/lib/zenqay/history.db
+                           the history; for root and the user zenqay /var/lib/zenqay/history.db
 
 EXIT STATUS
     The first that applies:
@@ -64,7 +67,7 @@ constexpr const char* kRun = R"(NAME
     zenqayctl run - copies the tables of jobs
 
 SYNOPSIS
-    zenqayctl run JOB… [--table TABLE]… [--full | --changed] [--allow-sweep] [--json]
+    zenqayctl run JOB… [--table TABLE]… [--full | --changed] [--allow-sweep] [--outcome FILE] [--json]
 
 DESCRIPTION
     Starts one process for each table of the jobs, side by side up to the "parallel" of each database. Objects and
@@ -85,10 +88,13 @@ DESCRIPTION
     What a killed zenqayctl left there goes with the next run.
 
 OPTIONS
-    --table TABLE   only this table of the jobs, by name or id; may be given more than once
+    --table TABLE   only this table of the jobs, by name or id; JOB:TABLE for one of several jobs; may be given more than
+                    once
     --full          copies in full, whatever the job file says
     --changed       copies only what changed, whatever the job file says
     --allow-sweep   lifts the sweep limit for this run
+    --outcome FILE  writes into the file, in the place of the history, what becomes of the tables: what a task of
+                    zenqayctl submit is started with
     --json          a JSON object for each change, one a line, and one with the status at the end
     -h, --help      writes this page
 
@@ -106,6 +112,61 @@ EXAMPLES
     zenqayctl run nightly
     zenqayctl run nightly --table SITE --table OBJECT --full
     zenqayctl run nightly --json | jq -r 'select(.state == "failed") | .table + ": " + .words'
+)";
+
+constexpr const char* kSubmit = R"(NAME
+    zenqayctl submit - hands the tables of jobs to Slurm, for many machines
+
+SYNOPSIS
+    zenqayctl submit JOB… | --all [--table TABLE]… [--full | --changed] [--allow-sweep] [--wait] [--partition NAME]
+                     [--json] [-- OPTION…]
+
+DESCRIPTION
+    Makes one job array for each database; "parallel" tasks of it run at the same time. A task is one table; objects and
+    warranties of one database, and copies of one table by several jobs, are one task. Slurm picks the nodes; the tasks
+    of a database in a file stay on this machine, which must be a node. Each task is a "zenqayctl run" with the same job
+    file at the same path.
+
+    What becomes of the tables comes into the history of this machine: tasks leave it in the "shared" directory of
+    [batch] in the job file, and a further job, behind all others, reads it. "zenqayctl status" and "zenqayctl history"
+    read what there is, whether that job has run or not, and status says which tasks are queued and which run where. Of a
+    task that left nothing, the word of Slurm is kept.
+
+    A task whose node died is begun anew by Slurm. It waits as long as "requeue-wait" says for what is left of the dead
+    one to go, frees the table and copies it.
+
+    OPTION behind -- is one of sbatch, with its value behind "=": --mem=2G, --time=30, --account=erp. It goes to every
+    array and to the job behind them. Passwords of the environment cannot be handed on; nor is anything else of it but
+    where programs, libraries and drivers are.
+
+OPTIONS
+    --all             all jobs of the file
+    --table TABLE     only this table of the jobs, by name or id; JOB:TABLE for one of several jobs; may be given more
+                      than once
+    --full            copies in full, whatever the job file says
+    --changed         copies only what changed, whatever the job file says
+    --allow-sweep     lifts the sweep limit for these tasks
+    --wait            waits for the end of all tasks, shows each change as "zenqayctl run" does, and ends with the status
+                      of their tables; interrupted, it leaves the tasks to themselves
+    --partition NAME  of the nodes
+    --json            one object: the run, the arrays, what was not handed over; with --wait that of "zenqayctl run"
+    -h, --help        writes this page
+
+EXIT STATUS
+    Without --wait: 0 everything is handed over, 4 something could not be, or Slurm does not answer, 2 wrong usage or job
+    file. With --wait, the first that applies:
+    2      wrong usage, or something is wrong with the job file; nothing was handed over
+    128+n  stopped by the signal n; 143 also for tasks that were cancelled
+    124    stopped by the timeout of a job, or by Slurm's time limit
+    4      a job could not begin, or a database could not be reached
+    1      a table failed, or its task was lost
+    3      a table was in use
+    0      all complete
+
+EXAMPLES
+    zenqayctl submit nightly
+    zenqayctl submit --all --wait --partition night -- --time=60 --mem=1G
+    zenqayctl status && squeue --me
 )";
 
 constexpr const char* kCheck = R"(NAME
@@ -145,7 +206,8 @@ SYNOPSIS
 DESCRIPTION
     For each table of the jobs, or of all jobs of the file: up to when its data is current (in UTC) and how long ago that
     was, whether it is free or taken, by which process and whether that lives, whether the lock of a taken one is held,
-    and what became of its last run. The database is only read, and no job is kept from a lock (on Oracle, which cannot
+    and what became of its last run; of one that was submitted, whether it is queued or runs, and where, as far as Slurm
+    answers. The database is only read, and no job is kept from a lock (on Oracle, which cannot
     be asked, the lock of a taken table is taken for an instant).
 
     Who has taken a table is known of jobs that zenqayctl started. A taken table whose lock is free was left behind, or
@@ -210,7 +272,8 @@ OPTIONS
     -h, --help       writes this page
 
 FILES
-    $XDG_STATE_HOME/zenqay/history.db, else ~/.local/state/zenqay/history.db; for root /var/lib/zenqay/history.db
+    $XDG_STATE_HOME/zenqay/history.db, else ~/.local/state/zenqay/history.db; for root and the user zenqay
+    /var/lib/zenqay/history.db
 
 EXIT STATUS
     0, 2 when there is no such run, 4 when the history cannot be read.
@@ -218,6 +281,44 @@ EXIT STATUS
 EXAMPLES
     zenqayctl history --limit 5
     zenqayctl history 12
+)";
+
+constexpr const char* kServe = R"(NAME
+    zenqayctl serve - shows the tables and the runs as a page
+
+SYNOPSIS
+    zenqayctl serve [--listen ADDRESS:PORT] [--host NAME]… [--token-file FILE] [--allow-actions] [--json]
+
+DESCRIPTION
+    A page for browsers, until it is stopped: how fresh each table is, runs as they go, a run with its failure records
+    and the ends of its logs, plots of duration, rows and rows a second. It shows the jobs of the job file, which is read
+    anew, and all of the history, whoever started the runs. Databases are only read, every ten seconds at most and only
+    while somebody looks.
+
+    /metrics is for Prometheus, /healthz for whoever asks whether the page is there, /events for who wants to hear that
+    something has changed, /api/tables, /api/runs and /api/runs/NUMBER for programs.
+
+    The page is for this machine. On any other address than the loopback it needs a token for reading too: the password
+    of any user in a browser, or "Authorization: Bearer TOKEN". It speaks no TLS: put a proxy in front of it, or come
+    through ssh -L. By another name than localhost or an address in digits it answers only where --host says so.
+
+    Runs that are started on the page end with it: when it is stopped they are asked to stop, and waited for.
+
+OPTIONS
+    --listen ADDRESS:PORT   where it listens, 127.0.0.1:8930 without it; port 0 is one that is free
+    --host NAME             a name that the page is asked by, behind a proxy for example; may be given more than once
+    --token-file FILE       holds the token, of 16 characters at least; others must not be able to read it
+    --allow-actions         buttons that start jobs and unlock tables, as "unlock" without --force; they need the token
+    --json                  writes the address of the page as an object
+    -h, --help              writes this page
+
+EXIT STATUS
+    0 stopped by a signal, 4 the address cannot be listened on, 2 wrong usage or job file.
+
+EXAMPLES
+    zenqayctl serve
+    zenqayctl serve --listen 0.0.0.0:8930 --host dbhost.example --token-file /etc/zenqay/credentials/page --allow-actions
+    curl -s http://127.0.0.1:8930/api/tables | jq -r '.[] | select(.age_seconds > 86400) | .table'
 )";
 
 constexpr const char* kInit = R"(NAME
@@ -264,12 +365,41 @@ EXAMPLES
     zenqayctl completion zsh >~/.zfunc/_zenqayctl
 )";
 
+constexpr const char* kSystemd = R"(NAME
+    zenqayctl systemd - lets systemd's units of a job reach the paths that it needs
+
+SYNOPSIS
+    zenqayctl systemd JOB [--directory DIRECTORY] [--json]
+
+DESCRIPTION
+    zenqay@JOB.service runs a job, zenqay@JOB.timer every night, and zenqay-page.service the status page. These units
+    may write to /var/lib/zenqay and /var/log/zenqay, and see no home and nothing of /tmp. systemd writes a drop-in for
+    the service and one for the page with what the job file and the ERP's Components.xml name: the directory of an
+    embedded database, logs, status files and traces, to be written to; exports, classes and sockets, where they are
+    hidden from the units otherwise; the file system of each; the credential of the database; and the job file, where it
+    is not /etc/zenqay/zenqay.toml. What stood in the drop-ins is replaced: call it again when the job has changed.
+
+    The password of "password = { env = … }" is not among it: give the units an EnvironmentFile= that only root can read.
+
+OPTIONS
+    --directory DIRECTORY   where the units are, /etc/systemd/system without it
+    --json                  the paths of the drop-ins
+    -h, --help              writes this page
+
+EXIT STATUS
+    0, 2 for wrong usage or job file and for a job or a path that no unit can name, 4 when a drop-in cannot be written.
+
+EXAMPLES
+    zenqayctl systemd nightly && systemctl daemon-reload && systemctl enable --now zenqay@nightly.timer
+)";
+
 }  // namespace
 
 Text HelpOf(const Text& command) {
   constexpr std::pair<const char*, const char*> kPages[] = {
-      {"", kMain},         {"run", kRun},         {"check", kCheck}, {"status", kStatus},
-      {"unlock", kUnlock}, {"history", kHistory}, {"init", kInit},   {"completion", kCompletion},
+      {"", kMain},           {"run", kRun},         {"submit", kSubmit}, {"check", kCheck}, {"status", kStatus},
+      {"unlock", kUnlock},   {"history", kHistory}, {"serve", kServe},   {"init", kInit},   {"completion", kCompletion},
+      {"systemd", kSystemd},
   };
   for (const auto& [name, page] : kPages) {
     if (command == name) return page;

@@ -8,6 +8,7 @@
 
 #include "base/runtime_error.h"
 #include "engines/databases.h"
+#include "system/output_file.h"
 #include "system/own_process.h"
 
 namespace zenqay {
@@ -27,6 +28,8 @@ constexpr const char* kSteps[] = {
     "CREATE INDEX failure_table ON failure (table_run)",
     // 2: that a table was freed behind its run
     "ALTER TABLE table_run ADD COLUMN freed TEXT",
+    // 3: that a batch system has it
+    "ALTER TABLE run ADD COLUMN batch TEXT; ALTER TABLE table_run ADD COLUMN task TEXT",
 };
 
 /// A text as a literal.
@@ -72,6 +75,7 @@ PastRun ReadRun(Recordset& row) {
           .started = TextOf(row, "started"),
           .ended = TextOf(row, "ended"),
           .outcome = TextOf(row, "outcome"),
+          .batch = TextOf(row, "batch"),
           .process = ProcessOf(row)};
 }
 
@@ -91,6 +95,7 @@ PastTable ReadTable(Recordset& row) {
       .words = TextOf(row, "words"),
       .logs = TextOf(row, "logs"),
       .freed = TextOf(row, "freed"),
+      .task = TextOf(row, "task"),
       .process = ProcessOf(row)};
 }
 
@@ -107,17 +112,15 @@ JobFailure ReadFailure(Recordset& row) {
           .during = TextOf(row, "during")};
 }
 
-Text MethodWord(Method method) {
-  return method == Method::Full ? "full" : "changed";
+Text CountAssignments(const RowCounts& counts) {
+  return "met = '" + std::to_string(counts.met) + "', inserted = '" + std::to_string(counts.inserted) +
+         "', updated = '" + std::to_string(counts.updated) + "', deleted = '" + std::to_string(counts.deleted) + "'";
 }
 
 /// What a table's line says of its counts and its end.
 Text OutcomeAssignments(const TableRun& state) {
-  const RowCounts& counts = state.counts;
-  return "outcome = " + Literal(StateWord(state.state)) + ", met = '" + std::to_string(counts.met) + "', inserted = '" +
-         std::to_string(counts.inserted) + "', updated = '" + std::to_string(counts.updated) + "', deleted = '" +
-         std::to_string(counts.deleted) + "', attempts = " + std::to_string(state.attempts) +
-         ", words = " + Literal(state.words);
+  return "outcome = " + Literal(StateWord(state.state)) + ", " + CountAssignments(state.counts) +
+         ", attempts = " + std::to_string(state.attempts) + ", words = " + Literal(state.words);
 }
 
 Text ProcessAssignments(const ProcessIdentity& process) {
@@ -126,6 +129,14 @@ Text ProcessAssignments(const ProcessIdentity& process) {
 }
 
 }  // namespace
+
+Text MethodWord(Method method) {
+  return method == Method::Full ? "full" : "changed";
+}
+
+Method MethodOfWord(const Text& word) {
+  return word == MethodWord(Method::Full) ? Method::Full : Method::OnlyChanged;
+}
 
 std::int64_t UtcNow() {
   return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
@@ -140,6 +151,12 @@ Text UtcText(std::int64_t secondsSince1970) {
   return text.data();
 }
 
+std::int64_t SecondsOfUtc(const Text& utc) {
+  std::tm parts{};
+  const char* end = ::strptime(utc.c_str(), "%Y-%m-%dT%H:%M:%SZ", &parts);
+  return end == nullptr ? 0 : static_cast<std::int64_t>(::timegm(&parts));
+}
+
 History::History(const Text& path) : databases_(std::make_shared<LocalDatabases>()) {
   MakePrivateFile(path);
   connection_ = databases_->CreateConnection();
@@ -148,9 +165,20 @@ History::History(const Text& path) : databases_(std::make_shared<LocalDatabases>
   Migrate(*databases_, connection_, kSteps);
 }
 
+void History::Together(const std::function<void()>& deed) {
+  connection_->Execute("BEGIN IMMEDIATE");
+  try {
+    deed();
+    connection_->Execute("COMMIT");
+  } catch (...) {
+    connection_->Execute("ROLLBACK");
+    throw;
+  }
+}
+
 void History::CloseLost() {
   for (const PastRun& run : Runs(-1)) {
-    if (!run.ended.empty() || LifeOf(run.process) != Life::Gone) continue;
+    if (!run.ended.empty() || !run.batch.empty() || LifeOf(run.process) != Life::Gone) continue;
     const Text end = "ended = " + Literal(UtcText(UtcNow())) + ", outcome = 'lost' WHERE ended IS NULL AND ";
     connection_->Execute("UPDATE table_run SET " + end + "run = " + std::to_string(run.id));
     connection_->Execute("UPDATE run SET " + end + "id = " + std::to_string(run.id));
@@ -193,8 +221,39 @@ void History::UpdateTable(std::int64_t table, const TableRun& state) {
   }
   if (IsEnd(state.state)) update += ", ended = " + Literal(UtcText(UtcNow()));
   connection_->Execute(update + " WHERE id = " + std::to_string(table));
-  if (!IsEnd(state.state)) return;
-  for (const JobFailure& f : state.failures) {
+  if (IsEnd(state.state)) AddFailures(table, state.failures);
+}
+
+void History::PutOutcome(std::int64_t table, const TableOutcome& outcome) {
+  const Text id = std::to_string(table);
+  connection_->Execute("UPDATE table_run SET " + OutcomeAssignments(outcome.run) + ", method = " +
+                       Literal(MethodWord(outcome.run.task.method)) + ", started = " + Literal(outcome.started) +
+                       ", ended = " + (outcome.ended.empty() ? "NULL" : Literal(outcome.ended)) +
+                       ProcessAssignments(outcome.process) + " WHERE id = " + id);
+  connection_->Execute("DELETE FROM failure WHERE table_run = " + id);
+  AddFailures(table, outcome.run.failures);
+}
+
+void History::NoteBatch(std::int64_t run, const Text& directory) {
+  connection_->Execute("UPDATE run SET batch = " + (directory.empty() ? "NULL" : Literal(directory)) +
+                       " WHERE id = " + std::to_string(run));
+}
+
+void History::NoteTask(std::int64_t table, const Text& task) {
+  connection_->Execute("UPDATE table_run SET task = " + Literal(task) + " WHERE id = " + std::to_string(table));
+}
+
+void History::NoteQueued(std::int64_t table) {
+  connection_->Execute("UPDATE table_run SET outcome = " + Literal(kQueued) + " WHERE outcome = " +
+                       Literal(StateWord(TableState::Waiting)) + " AND id = " + std::to_string(table));
+}
+
+std::vector<PastRun> History::OpenBatches() {
+  return Read<PastRun>("SELECT * FROM run WHERE batch IS NOT NULL ORDER BY id", ReadRun);
+}
+
+void History::AddFailures(std::int64_t table, const std::vector<JobFailure>& failures) {
+  for (const JobFailure& f : failures) {
     connection_->Execute(
         "INSERT INTO failure (table_run,at,number,source,description,sqlstate,native,statement,call,row_key,during) "
         "VALUES (" +
@@ -205,14 +264,25 @@ void History::UpdateTable(std::int64_t table, const TableRun& state) {
   }
 }
 
+void History::UpdateCounts(std::int64_t table, const RowCounts& counts) {
+  connection_->Execute("UPDATE table_run SET " + CountAssignments(counts) + " WHERE id = " + std::to_string(table) +
+                       " AND ended IS NULL");
+}
+
 void History::NoteFreed(const Text& database, const Text& table) {
   connection_->Execute("UPDATE table_run SET freed = " + Literal(UtcText(UtcNow())) +
                        " WHERE id = (SELECT max(id) FROM table_run WHERE db = " + Literal(database) +
                        " AND name = " + Literal(table) + ")");
 }
 
-std::vector<PastRun> History::Runs(int atMost) {
-  return Read<PastRun>("SELECT * FROM run ORDER BY id DESC LIMIT " + std::to_string(atMost), ReadRun);
+std::int64_t History::ChangeNumber() {
+  const auto rows = Open(*databases_, connection_, "PRAGMA data_version");
+  return NumberOf(*rows, "data_version");
+}
+
+std::vector<PastRun> History::Runs(int atMost, std::int64_t before) {
+  const Text which = before > 0 ? "WHERE id < " + std::to_string(before) + " " : "";
+  return Read<PastRun>("SELECT * FROM run " + which + "ORDER BY id DESC LIMIT " + std::to_string(atMost), ReadRun);
 }
 
 std::optional<PastRun> History::Run(std::int64_t run) {
@@ -228,6 +298,11 @@ std::vector<PastTable> History::LatestTables(const Text& database, const Text& t
   return Read<PastTable>("SELECT * FROM table_run WHERE db = " + Literal(database) + " AND name = " + Literal(table) +
                              " ORDER BY id DESC LIMIT " + std::to_string(atMost),
                          ReadTable);
+}
+
+std::vector<std::pair<Text, Text>> History::TableNames() {
+  return Read<std::pair<Text, Text>>("SELECT DISTINCT db, name FROM table_run ORDER BY db, name",
+                                     [](Recordset& row) { return std::pair(TextOf(row, "db"), TextOf(row, "name")); });
 }
 
 std::vector<JobFailure> History::FailuresOf(std::int64_t table) {
@@ -289,7 +364,7 @@ Text HistoryPath() {
   std::filesystem::path directory = "/var/lib/zenqay";
   if (state != nullptr && *state != '\0') {
     directory = std::filesystem::path(state) / "zenqay";
-  } else if (!IsSuperUser() && home != nullptr) {
+  } else if (!IsSuperUser() && !MayWriteIn(directory.string()) && home != nullptr) {
     directory = std::filesystem::path(home) / ".local/state/zenqay";
   }
   std::error_code ignored;  // the file will say that it cannot be opened

@@ -1,6 +1,7 @@
 // What zenqayctl has run: a file of the embedded database that several zenqayctl share.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 
@@ -10,9 +11,25 @@
 
 namespace zenqay {
 
-/// A moment as it is stored: ISO 8601 in UTC, "2026-01-31T10:11:12Z".
+/// A moment as it is stored: ISO 8601 in UTC, "2026-01-31T10:11:12Z"; and read again, 0 for what is none.
 Text UtcText(std::int64_t secondsSince1970);
+std::int64_t SecondsOfUtc(const Text& utc);
 std::int64_t UtcNow();
+
+/// The outcome of a table whose task the batch system has taken, until the task says something itself.
+inline constexpr const char* kQueued = "queued";
+
+/// "full", "changed"
+Text MethodWord(Method method);
+Method MethodOfWord(const Text& word);
+
+/// What is known of a table of a run that is not this process's.
+struct TableOutcome {
+  TableRun run;
+  Text started;  // as they are stored; the end is empty while it runs
+  Text ended;
+  ProcessIdentity process;  // of the job; without a number when none was started
+};
 
 /// One table of a past or present run.
 struct PastTable {
@@ -30,6 +47,7 @@ struct PastTable {
   Text words;
   Text logs;
   Text freed;               // when the table was freed by unlock behind this run; empty when it was not
+  Text task;                // of the batch system that runs it: "0_3"; empty for a table of this machine's own
   ProcessIdentity process;  // of the job; without a number when none was started
 };
 
@@ -39,6 +57,7 @@ struct PastRun {
   Text started;
   Text ended;
   Text outcome;  // "running", "lost", or the exit status
+  Text batch;    // the directory of a submission that is not settled yet
   ProcessIdentity process;
 };
 
@@ -49,7 +68,10 @@ class History {
   /// a file that a later zenqayctl has changed.
   explicit History(const Text& path);
 
-  /// Closes as lost what this machine's dead processes left open.
+  /// Does a deed whole or not at all, and nobody else's between.
+  void Together(const std::function<void()>& deed);
+
+  /// Closes as lost what this machine's dead processes left open, but for submissions, which outlive theirs.
   void CloseLost();
 
   /// Forgets the runs that have ended and began longer ago than `keep`.
@@ -63,13 +85,33 @@ class History {
   /// What has become of the table so far; its failure records when it has come to an end.
   void UpdateTable(std::int64_t table, const TableRun& state);
 
+  /// How far the table has come meanwhile. One that has come to its end keeps what it has.
+  void UpdateCounts(std::int64_t table, const RowCounts& counts);
+
+  /// The same of a table that another process runs; what was noted before is forgotten.
+  void PutOutcome(std::int64_t table, const TableOutcome& outcome);
+
+  /// Notes that the run is one of the batch system, whose tasks leave their outcomes in the directory; empty: that the
+  /// last of them has been taken over.
+  void NoteBatch(std::int64_t run, const Text& directory);
+  void NoteTask(std::int64_t table, const Text& task);
+  void NoteQueued(std::int64_t table);
+
+  /// The submissions that are not settled, the earliest first.
+  std::vector<PastRun> OpenBatches();
+
   /// Notes that the table has been freed since its latest run.
   void NoteFreed(const Text& database, const Text& table);
 
-  /// The latest first. An empty job or table stands for all.
-  std::vector<PastRun> Runs(int atMost);
+  /// A number that differs once anybody else has changed something since it was last asked for.
+  std::int64_t ChangeNumber();
+
+  /// The latest first, those before the run `before` where that is not 0.
+  std::vector<PastRun> Runs(int atMost, std::int64_t before = 0);
   std::vector<PastTable> TablesOf(std::int64_t run);
   std::vector<PastTable> LatestTables(const Text& database, const Text& table, int atMost);
+  /// Every table that ever ran, by its database.
+  std::vector<std::pair<Text, Text>> TableNames();
   std::vector<JobFailure> FailuresOf(std::int64_t table);
   std::optional<PastRun> Run(std::int64_t run);
 
@@ -80,6 +122,7 @@ class History {
   template <typename Row, typename ReadRow>
   std::vector<Row> Read(const Text& query, ReadRow readRow);
   std::int64_t NewId();
+  void AddFailures(std::int64_t table, const std::vector<JobFailure>& failures);
 
   std::shared_ptr<Database> databases_;
   std::shared_ptr<Connection> connection_;
@@ -89,8 +132,8 @@ class History {
 /// its user_version. Raises 5 for a database that has had more.
 void Migrate(Database& databases, const std::shared_ptr<Connection>& connection, std::span<const char* const> steps);
 
-/// The file of this user: in $XDG_STATE_HOME/zenqay or ~/.local/state/zenqay, for the super-user in /var/lib/zenqay.
-/// Its directory is made where that is possible.
+/// The file of this user: in $XDG_STATE_HOME/zenqay or ~/.local/state/zenqay; for the super-user, and for the user
+/// whose directory it is, in /var/lib/zenqay. Its directory is made where that is possible.
 Text HistoryPath();
 
 }  // namespace zenqay

@@ -4,13 +4,12 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "control/exit_status.h"
 #include "control/nearest_word.h"
 #include "engines/connection_string.h"
 #include "process/QTMDeclarations.h"
+#include "system/file_content.h"
 
 namespace zenqay {
 namespace {
@@ -196,6 +195,8 @@ class Reader {
       file_.keepHistory = section.DurationAt("keep", file_.keepHistory);
       section.RefuseOthers();
     }
+    file_.batch.place = fs::path(file_.path).filename().string();
+    if (const toml::table* batch = root.TableAt("batch")) ReadBatch(Section(*batch, "[batch]", faults_));
     root.RefuseOthers();
     faults_.Raise();
     return file_;
@@ -275,7 +276,7 @@ class Reader {
     const toml::node& node = *section.Find("connection");
     try {
       const std::vector<ConnectionEntry> entries = EntriesOf(database.connection);
-      const bool isEmbedded = EqualsIgnoringCase(ConnectionString(database.connection).Value("Provider"), "SQLite");
+      database.isEmbedded = EqualsIgnoringCase(ConnectionString(database.connection).Value("Provider"), "SQLite");
       const bool hasPlaceholder = database.connection.find(kPlaceholder) != Text::npos;
       for (const auto& [key, value, written] : entries) {
         const bool isPassword = EqualsIgnoringCase(key, "Password") || EqualsIgnoringCase(key, "PWD");
@@ -285,7 +286,7 @@ class Reader {
       if (hasPlaceholder && !database.password) {
         section.Refuse(node, "connection", "has {password}, but the database has no password");
       }
-      if (!isEmbedded) return;
+      if (!database.isEmbedded) return;
       if (database.password) section.Refuse(node, "connection", "is to an embedded database, which has no password");
       database.connection = WithAbsoluteFile(entries);
     } catch (const RuntimeError&) {
@@ -394,6 +395,31 @@ class Reader {
     retry.RefuseOthers();
   }
 
+  void ReadBatch(Section section) {
+    BatchSettings& batch = file_.batch;
+    batch.shared = Absolute(section.TextAt("shared").value_or(""));
+    batch.place = faults_.PlaceOf(section.SourceOf("shared"));
+    batch.node = section.TextAt("node").value_or("");
+    batch.requeueWait = section.DurationAt("requeue-wait", batch.requeueWait);
+    ReadOptions(section, batch);
+    section.RefuseOthers();
+  }
+
+  static void ReadOptions(Section& section, BatchSettings& batch) {
+    const toml::node* node = section.Find("options");
+    if (node == nullptr) return;
+    const toml::array* list = node->as_array();
+    if (list == nullptr) return section.Refuse(*node, "options", "must be a list such as [\"--mem=2G\"]");
+    for (const toml::node& item : *list) {
+      const auto* option = item.as_string();
+      if (option != nullptr && IsBatchOption(option->get())) {
+        batch.options.push_back(option->get());
+      } else {
+        section.Refuse(item, "options", "must hold options of sbatch, each one text that begins with -: \"--mem=2G\"");
+      }
+    }
+  }
+
   void ReadSweepLimit(Section& section, JobSettings& job) {
     job.sweepLimit = section.TextAt("sweep-limit").value_or("");
     if (job.sweepLimit.empty()) return;
@@ -411,6 +437,10 @@ class Reader {
 };
 
 }  // namespace
+
+bool IsBatchOption(const Text& text) {
+  return text.size() > 1 && text.starts_with('-') && text != "--";
+}
 
 const JobSettings& JobFile::Job(const Text& name) const {
   const auto found = jobs.find(name);
@@ -436,11 +466,9 @@ Text FindJobFile(const Text& named, const Text& variable) {
 }
 
 JobFile ReadJobFile(const Text& path) {
-  std::error_code ignored;
-  std::ifstream file(path, std::ios::binary);
-  if (!file || fs::is_directory(path, ignored)) throw WrongUsage("the job file " + path + " cannot be read");
-  const Text text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  return ReadJobFileText(text, path);
+  const std::optional<Text> text = ContentOfFile(path);
+  if (!text) throw WrongUsage("the job file " + path + " cannot be read");
+  return ReadJobFileText(*text, path);
 }
 
 JobFile ReadJobFileText(const Text& text, const Text& path) {

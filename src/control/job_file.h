@@ -25,6 +25,7 @@ struct DatabaseSettings {
   Text catalogue;   // item 2 of a job's line
   std::int16_t platform = 1;
   std::optional<PasswordSource> password;
+  bool isEmbedded = false;  // a file of this machine
   int parallel = 1;
   Text place;  // of the connection
 };
@@ -58,12 +59,22 @@ struct JobSettings {
   Text place;  // of the tables, or of the job where none are named
 };
 
+/// How tasks are handed to the batch system.
+struct BatchSettings {
+  Text shared;                // the directory, on a disk of all nodes, in which tasks leave what became of them
+  Text node;                  // this machine's name as a node; empty: the batch system is asked
+  std::vector<Text> options;  // for each of its jobs
+  Seconds requeueWait{std::chrono::minutes{3}};  // for the lock of a dead session, in a task that is begun anew
+  Text place;                                    // of the directory, or of the file where none is named
+};
+
 struct JobFile {
   Text path;       // absolute
   Text directory;  // that of the path
   std::map<Text, DatabaseSettings> databases;
   std::map<Text, ErpSettings> erps;
   std::map<Text, JobSettings> jobs;
+  BatchSettings batch;
   Seconds keepHistory{std::chrono::hours{24} * 400};
 
   /// Raises WrongUsage with the nearest name for a job that there is not.
@@ -71,6 +82,9 @@ struct JobFile {
   const DatabaseSettings& DatabaseOf(const JobSettings& job) const { return databases.at(job.database); }
   const ErpSettings& ErpOf(const JobSettings& job) const { return erps.at(job.erp); }
 };
+
+/// Whether the text can be an option of sbatch, with its value behind "=". Any other word would stand for a script.
+bool IsBatchOption(const Text& text);
 
 /// The file that counts: `named` (by --file), else the one that `variable` names (ZENQAY_FILE), else ./zenqay.toml,
 /// else /etc/zenqay/zenqay.toml. Raises WrongUsage when the one that is named, or any at all, is missing.

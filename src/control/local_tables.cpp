@@ -100,9 +100,9 @@ std::vector<LocalTable> LocalTables::OfGeneration(const Text& generation) {
   return tables;
 }
 
-bool LocalTables::IsTaken(const LocalTable& table) {
+bool LocalTables::IsTaken(const Text& table) {
   const std::shared_ptr<Recordset> rows = databases_->CreateRecordset();
-  rows->Open("SELECT in_use FROM tstables WHERE tablename = " + Literal(table.name), connection_, CursorType::Static,
+  rows->Open("SELECT in_use FROM tstables WHERE tablename = " + Literal(table), connection_, CursorType::Static,
              LockType::ReadOnly, CommandType::SqlText);
   return !rows->AtEnd() && rows->FieldValue("in_use").EqualsNumber(1);
 }

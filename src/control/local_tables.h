@@ -34,7 +34,7 @@ class LocalTables {
   std::vector<LocalTable> OfGeneration(const Text& generation);
 
   /// Whether the flag says, now, that a copy of the table is running.
-  bool IsTaken(const LocalTable& table);
+  bool IsTaken(const Text& table);
 
   /// Takes off the flag that says that a copy is running.
   void Free(const Text& table);

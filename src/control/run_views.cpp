@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <ctime>
 #include <nlohmann/json.hpp>
 
 #include "control/run_json.h"
@@ -36,10 +37,6 @@ Seconds ElapsedOf(const TableRun& run, TableRun::Moment now) {
   return std::chrono::duration_cast<Seconds>(until - run.started);
 }
 
-std::int64_t RowsOf(const RowCounts& counts) {
-  return std::max(counts.met, counts.inserted + counts.updated);
-}
-
 /// The positions of the tables that are shown, in their order.
 std::vector<std::size_t> Shown(const std::vector<TableRun>& runs, std::size_t lines) {
   std::vector<std::size_t> all(runs.size());
@@ -55,6 +52,13 @@ std::vector<std::size_t> Shown(const std::vector<TableRun>& runs, std::size_t li
   return all;
 }
 
+Text LocalTimeOfDay() {
+  const std::time_t now = std::time(nullptr);
+  std::array<char, 16> text{};
+  std::strftime(text.data(), text.size(), "%H:%M:%S", std::localtime(&now));
+  return text.data();
+}
+
 Text AttemptText(const TableRun& run) {
   return run.attempts > 1 ? " (attempt " + std::to_string(run.attempts) + ")" : "";
 }
@@ -68,6 +72,10 @@ bool HaveSeveralJobs(const std::vector<TableRun>& runs) {
 
 Text TitleOf(const TableRun& run, bool hasSeveralJobs) {
   return hasSeveralJobs ? run.task.job + " " + run.task.table : run.task.table;
+}
+
+std::int64_t RowsOf(const RowCounts& counts) {
+  return std::max(counts.met, counts.inserted + counts.updated);
 }
 
 Text CountsText(const RowCounts& counts) {
@@ -126,6 +134,26 @@ void JsonView::Changed(const std::vector<TableRun>& runs, std::size_t which) {
 
 void JsonView::End(int status) {
   out_ << JsonText({{"kind", "end"}, {"time", time_()}, {"status", status}}) << '\n' << std::flush;
+}
+
+RunView::RunView(std::ostream& out, std::function<TerminalSize()> terminal, bool asJson)
+    : out_(out), json_(out, [] { return UtcText(UtcNow()); }), plain_(out, LocalTimeOfDay), live_(out, terminal) {
+  RunListener* const people = terminal().columns > 0 ? static_cast<RunListener*>(&live_) : &plain_;
+  view_ = asJson ? &json_ : people;
+}
+
+void RunView::Begin(const std::vector<TableRun>& runs) {
+  for (std::size_t which = 0; which < runs.size(); ++which) {
+    if (IsEnd(runs[which].state)) Changed(runs, which);
+  }
+}
+
+void RunView::End(const std::vector<TableRun>& runs, int status) {
+  if (view_ == &json_) {
+    json_.End(status);
+  } else {
+    WriteEnd(out_, runs);
+  }
 }
 
 void WriteEnd(std::ostream& out, const std::vector<TableRun>& runs) {

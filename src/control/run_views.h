@@ -13,6 +13,9 @@ namespace zenqay {
 Text TitleOf(const TableRun& run, bool hasSeveralJobs);
 bool HaveSeveralJobs(const std::vector<TableRun>& runs);
 
+/// The rows that a copy has come through so far: those met, until they are told those written.
+std::int64_t RowsOf(const RowCounts& counts);
+
 /// "12 rows met, 3 inserted, 2 updated, 1 deleted"
 Text CountsText(const RowCounts& counts);
 
@@ -60,6 +63,26 @@ class JsonView : public RunListener {
  private:
   std::ostream& out_;
   std::function<Text()> time_;
+};
+
+/// The view that serves whoever follows: JSON where it is asked for, lines that are redrawn on a terminal, plain lines
+/// elsewhere.
+class RunView : public RunListener {
+ public:
+  RunView(std::ostream& out, std::function<TerminalSize()> terminal, bool asJson);
+
+  /// Shows the tables that have come to their end before anything was started.
+  void Begin(const std::vector<TableRun>& runs);
+  void Changed(const std::vector<TableRun>& runs, std::size_t which) override { view_->Changed(runs, which); }
+  void Tick(const std::vector<TableRun>& runs) override { view_->Tick(runs); }
+  void End(const std::vector<TableRun>& runs, int status);
+
+ private:
+  std::ostream& out_;
+  JsonView json_;
+  PlainView plain_;
+  LiveView live_;
+  RunListener* view_;
 };
 
 /// Behind the last line: what is not complete, why, what to do, and how many of each.

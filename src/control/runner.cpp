@@ -14,6 +14,7 @@ using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
 constexpr Milliseconds kTick{500};
+constexpr int kLooksAtLock = 36;  // one in five seconds of three minutes
 
 bool Runs(const TableRun& run) {
   return run.state == TableState::Beginning || run.state == TableState::Copying;
@@ -182,13 +183,20 @@ class Runner {
     TableRun& run = runs_[running.which];
     run.ended = Clock::now();
     Conclude(run, end, running.asked);
-    const bool triesAgain = CanHeal(run) && running.asked == Asked::No && !stop_ && run.attempts <= run.task.retryTimes;
-    if (triesAgain) {
+    const bool waits = WaitsForDeadSession(run);
+    const bool mayTry = waits || (CanHeal(run) && run.attempts <= run.task.retryTimes);
+    if (mayTry && running.asked == Asked::No && !stop_) {
       run.words = StateWord(run.state) + (run.words.empty() ? "" : ", " + run.words);
       run.state = TableState::Waiting;
-      run.notBefore = run.ended + run.task.retryWait;
+      run.notBefore = run.ended + (waits ? LookAtLockAfter() : Milliseconds(run.task.retryWait));
     }
     Tell(running.which);
+  }
+
+  Milliseconds LookAtLockAfter() const { return Milliseconds(settings_.deadSessionWait) / kLooksAtLock; }
+
+  bool WaitsForDeadSession(const TableRun& run) const {
+    return run.state == TableState::InUse && run.ended + LookAtLockAfter() < began_ + settings_.deadSessionWait;
   }
 
   std::vector<TableRun>& runs_;

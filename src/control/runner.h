@@ -21,12 +21,21 @@ class RunListener {
   virtual void Tick(const std::vector<TableRun>&) {}
 };
 
+/// Who writes a run down.
+class RunRecord : public RunListener {
+ public:
+  /// Before anything is started; may tell the tables what is known of their last run.
+  virtual void Begin(std::vector<TableRun>& runs) = 0;
+  virtual void End(int status) = 0;
+};
+
 struct RunnerSettings {
   Text program;                  // that of the job
   std::map<Text, int> parallel;  // tables at the same time, by database
   std::vector<Text> withheld;    // variables of the environment that hold passwords
   Seconds grace{60};             // from asking a job to stop to ending it
   Seconds patience{5};           // requests within it count as one
+  Seconds deadSessionWait{0};    // from the start, for a table whose lock a dead session may still hold
 };
 
 /// The waiting table that may start now, the first there is: one of its database's places is free, and no table that it

@@ -125,6 +125,14 @@ Text StateWord(TableState state) {
   return "";
 }
 
+std::optional<TableState> StateOfWord(const Text& word) {
+  constexpr TableState kAll[] = {TableState::Waiting,       TableState::Beginning, TableState::Copying,
+                                 TableState::Complete,      TableState::InUse,     TableState::Failed,
+                                 TableState::CouldNotBegin, TableState::Stopped,   TableState::TimedOut};
+  const auto* const found = std::ranges::find(kAll, word, StateWord);
+  return found == std::end(kAll) ? std::nullopt : std::optional(*found);
+}
+
 bool IsEnd(TableState state) {
   return state != TableState::Waiting && state != TableState::Beginning && state != TableState::Copying;
 }

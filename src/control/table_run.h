@@ -43,6 +43,9 @@ enum class TableState {
 /// "could not begin"
 Text StateWord(TableState state);
 
+/// The state of a word; nothing for a word of no state.
+std::optional<TableState> StateOfWord(const Text& word);
+
 bool IsEnd(TableState state);
 
 /// Why a job was asked to stop.

@@ -23,7 +23,7 @@ Text ContentOf(pugi::xml_node node) {
 Text LookupLabelText(modDeclarations& process, const Text& key) {
   if (process.LabelDocument == nullptr) process.LabelDocument = std::make_shared<pugi::xml_document>();
   if (!process.LabelDocumentLoaded) {
-    const Text path = NativePath(process.platform.ProgramDirectory() + "\\I18nText.xml");
+    const Text path = NativePath(process.platform.ProgramDirectory() + "\\" + LabelFileName(process.LabelLanguage));
     const XmlRead read = ReadXmlFile(path, *process.LabelDocument);
     if (!read && read.fault != process.LabelFaultNamed) process.platform.NameCause(read.fault);
     process.LabelFaultNamed = read.fault;
@@ -41,6 +41,10 @@ Text LookupLabelText(modDeclarations& process, const Text& key) {
 }
 
 }  // namespace
+
+Text LabelFileName(const Text& language) {
+  return language.empty() || language == "en" ? "I18nText.xml" : "I18nText." + language + ".xml";
+}
 
 Text GetLabel(modDeclarations& process, const Text& key) {
   return LookupLabelText(process, key);

@@ -76,6 +76,7 @@ struct modDeclarations {
   Text DateLiteral;  // the result of the latest ConvertErpDateToSql, empty when there was none
 
   // Texts and logs.
+  Text LabelLanguage;                                 // "de"; empty for the one that the texts are written in, English
   std::shared_ptr<pugi::xml_document> LabelDocument;  // absent until the first label was looked up
   bool LabelDocumentLoaded = false;
   Text LabelFaultNamed;  // what was wrong with the label file when it was last read

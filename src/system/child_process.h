@@ -1,6 +1,7 @@
 // A program that is started, listened to and ended.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <optional>
@@ -28,10 +29,12 @@ struct ChildStart {
   Text input;  // all of its standard input; it stands in memory alone and in no list of processes
   std::map<Text, std::optional<Text>> environment;  // what differs from this process's: set, or taken out
   Text channelVariable;                             // tells the program the number of its end of the channel
+  bool listensToOutput = false;                     // its standard output arrives on the channel
 };
 
 /// A process in a group of its own, so that a terminal's Ctrl-C does not reach it, which is asked to stop (SIGTERM)
-/// when this process ends in whatever way. Its standard output is dropped, and it leaves no core file.
+/// when the thread that started it ends, with this process at the latest, in whatever way. Its standard output is
+/// dropped where nobody listens to it, and it leaves no core file.
 class ChildProcess {
  public:
   /// Raises 53 or 70, naming the program, when it cannot be started.
@@ -67,6 +70,20 @@ class ChildProcess {
   int errors_ = -1;
   std::optional<ProcessEnd> end_;
 };
+
+/// What a program said, and how it ended.
+struct ProgramRun {
+  Text output;
+  Text errors;
+  ProcessEnd end;
+  bool isOutOfTime = false;  // it was ended after the time given
+};
+
+/// Runs a program to its end, for so long at most. Raises as ChildProcess does.
+ProgramRun RunProgram(ChildStart start, std::chrono::milliseconds atMost);
+
+/// The first file of this name that may be run in the directories of a PATH; empty when there is none.
+Text FindProgram(const Text& name, const Text& path);
 
 /// What a deed said in a process of its own, a copy of this one, and how that ended.
 struct CopyRun {

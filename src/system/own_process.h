@@ -22,7 +22,8 @@ std::vector<Text> EnvironmentEntries();
 /// The directory that the program stands in.
 Text ProgramDirectory();
 
-/// Makes the file when it is missing, closed to everybody else.
+/// Makes the file when it is missing, closed to everybody else. One that is there is not opened: closing it again would
+/// give up the locks that the process has on it, as a database of its own.
 void MakePrivateFile(const Text& path);
 
 /// Writes all of the text to a descriptor. False when that fails.

@@ -23,4 +23,7 @@ class PrivateDirectory {
   int descriptor_ = -1;
 };
 
+/// A new directory of this name and six characters behind it, closed to everybody else, that stays. Raises as above.
+Text MakeLastingDirectory(const Text& path);
+
 }  // namespace zenqay

@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+
+#include "system/file_content.h"
 
 namespace zenqay {
 namespace {
 
 int LineAt(const Text& path, std::ptrdiff_t offset) {
-  std::ifstream file(path, std::ios::binary);
-  const Text content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  const Text content = ContentOfFile(path).value_or("");
   const auto end = content.begin() + std::clamp<std::ptrdiff_t>(offset, 0, std::ssize(content));
   return static_cast<int>(std::count(content.begin(), end, '\n')) + 1;
 }

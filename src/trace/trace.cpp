@@ -6,11 +6,14 @@
 #include "base/secrets.h"
 #include "contracts/connection.h"
 #include "system/process_id.h"
+#include "system/utc_stamp.h"
 
 namespace zenqay {
 namespace {
 
 using nlohmann::ordered_json;
+
+constexpr int kVersion = 2;  // of the form of a trace; the first one had neither a head nor times
 
 /// YYYY-MM-DDThh:mm:ss, or the long time for a time of day without a date.
 Text ShownDateTime(DateTime value) {
@@ -33,8 +36,11 @@ void CleanOfSecrets(ordered_json& value) {
 
 }  // namespace
 
-Trace::Trace(const Text& path)
-    : path_(Replaced(path, "%p", std::to_string(ProcessId()))), isUsable_(!file_.OpenPrivate(path_)) {}
+Trace::Trace(const Text& path, Text programVersion)
+    : path_(Replaced(path, "%p", std::to_string(ProcessId()))),
+      isUsable_(!file_.OpenPrivate(path_)),
+      programVersion_(std::move(programVersion)),
+      begun_(UtcStamp()) {}
 
 void Trace::RequireUsable() const {
   if (!isUsable_) throw RuntimeError(PlatformFault::PathAccess, path_);
@@ -46,9 +52,22 @@ void Trace::Write(std::string_view kind, ordered_json rest) {
 }
 
 void Trace::Put(std::string_view kind, const ordered_json& rest) {
-  if (!file_.isOpen()) return;
+  if (lines_ == 0) {
+    PutLine({{"kind", "trace"},
+             {"version", kVersion},
+             {"program", programVersion_},
+             {"pid", ProcessId()},
+             {"started", begun_}});
+  }
+  const auto passed = std::chrono::steady_clock::now() - begin_;
   ordered_json line = {{"n", ++lines_}, {"kind", kind}};
   line.update(rest);
+  line["ms"] = std::chrono::floor<std::chrono::milliseconds>(passed).count();
+  PutLine(line);
+}
+
+void Trace::PutLine(const ordered_json& line) {
+  if (!file_.isOpen()) return;
   const auto fault = file_.WriteWhole(line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n");
   if (!fault) return;
   file_.Close();

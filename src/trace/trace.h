@@ -1,6 +1,7 @@
 // The trace: a record of everything that one run said to the outside, as JSON lines.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
@@ -19,8 +20,9 @@ class Trace {
  public:
   /// Replaces the file at `path` (a path of the operating system), in whose name "%p" stands for the process id. Only
   /// its owner may read it: it holds the data that was copied. That it cannot be written is kept for RequireUsable, so
-  /// that it is reported by the path that every failure at start takes.
-  explicit Trace(const Text& path);
+  /// that it is reported by the path that every failure at start takes. The first line tells the version of the program
+  /// that writes the trace, its process id and when the trace was begun.
+  Trace(const Text& path, Text programVersion);
 
   /// Raises 75 when the file could not be opened.
   void RequireUsable() const;
@@ -28,8 +30,9 @@ class Trace {
   /// Who hears, once, that the trace ends before the job does, since its disk is full. It must outlive the trace's use.
   void TellEndTo(Platform& platform) { platform_ = &platform; }
 
-  /// Writes one line at once: `n`, `kind`, then the members of `rest` in their order, without passwords. A line that
-  /// the file cannot take whole is the end of the trace, and no failure of the job.
+  /// Writes one line at once: `n`, `kind`, then the members of `rest` in their order, without passwords, and `ms`, the
+  /// milliseconds since the trace was begun. A line that the file cannot take whole is the end of the trace, and no
+  /// failure of the job.
   void Write(std::string_view kind, nlohmann::ordered_json rest);
 
   void Event(std::string_view name, std::span<const Value> arguments);
@@ -51,6 +54,8 @@ class Trace {
   /// As Write, with the texts as they are.
   void Put(std::string_view kind, const nlohmann::ordered_json& rest);
 
+  void PutLine(const nlohmann::ordered_json& line);
+
   struct Known {
     std::weak_ptr<Component> component;  // an address that was given away anew is another object
     std::int64_t id;
@@ -62,6 +67,9 @@ class Trace {
   Text path_;
   OutputFile file_;  // closed once the trace has ended
   bool isUsable_;
+  Text programVersion_;
+  Text begun_;
+  std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
   Platform* platform_ = nullptr;
   std::int64_t lines_ = 0;
   std::int64_t lastId_ = 0;

@@ -14,6 +14,7 @@
 #include "check/check.h"
 #include "components/component_catalogue.h"
 #include "doubles/fake_platform.h"
+#include "doubles/file_content.h"
 #include "doubles/temp_directory.h"
 #include "engines/databases.h"
 
@@ -92,12 +93,6 @@ class CheckSetup {
       all[entry.path().string()] = entry.is_directory() ? "directory" : ContentOf(entry.path());
     }
     return all;
-  }
-
- private:
-  static Text ContentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
   }
 };
 

@@ -267,6 +267,18 @@ TEST_F(CheckOfOneTable, WarnsOfAFileOfTextsThatIsMissing) {
                                    "stand in the place of all texts\n"));
 }
 
+TEST_F(CheckOfOneTable, NamesTheTextsOfTheLanguage) {
+  setup.Edit("Components.xml", "</COMPONENTS>", "<TEXTS language=\"de\"/></COMPONENTS>");
+  const Text missing =
+      "warning   labels: HOME/I18nText.de.xml: the file is missing or cannot be read; keys stand in the "
+      "place of all texts\n";
+
+  EXPECT_EQ(setup.Check(), Instead("ok        labels: HOME/I18nText.xml\n", missing));
+  std::filesystem::copy_file(ZENQAY_SHARE "/I18nText.de.xml", setup.Path("I18nText.de.xml"));
+  EXPECT_EQ(setup.Check(),
+            Instead("ok        labels: HOME/I18nText.xml\n", "ok        labels: HOME/I18nText.de.xml\n"));
+}
+
 TEST_F(CheckOfOneTable, MendsACatalogueThatCannotBeUsedAndLeavesTheErpOut) {
   setup.Edit("Components.xml", "kind=\"builtin\"", "kind=\"other\"");
 
@@ -557,6 +569,61 @@ TEST_F(CheckOfOneTable, MendsARefusedLoginWithAllThatTheDriverSaysButPasswords) 
                                                     "(UID=sync;PWD=***) (SQLSTATE 28000, native 18456)\n"
                                                     "MEND      login: -2147467259: Connection closed.\n" +
                                                     kBehindTheLogin));
+}
+
+/// A server with the contents of the setup's file, and locks of its own.
+class ServerWithLocks : public LocalDatabases {
+ public:
+  explicit ServerWithLocks(const Text& file) : file_(file) {}
+
+  bool isFree = true;
+  std::optional<RuntimeError> fault;
+  Text asked;
+
+  std::shared_ptr<Connection> CreateConnection() override { return std::make_shared<Session>(*this); }
+
+ private:
+  class Session : public EngineConnection {
+   public:
+    explicit Session(ServerWithLocks& server) : EngineConnection(std::make_shared<Interruption>()), server_(server) {}
+
+    void PutConnectionString(const Text&) override {
+      EngineConnection::PutConnectionString("Provider=SQLite;Mode=Read;Data Source=" + server_.file_);
+    }
+    bool TakeLock(const Text& name) override {
+      server_.asked += "take " + name + "\n";
+      if (server_.fault) throw *server_.fault;
+      return server_.isFree;
+    }
+    void GiveLockBack(const Text& name) override { server_.asked += "give back " + name + "\n"; }
+
+   private:
+    ServerWithLocks& server_;
+  };
+
+  Text file_;
+};
+
+TEST_F(CheckOfOneTable, ProvesTheLocksOfAServerByOneThatNoJobAsksForAndMendsThoseThatAreNone) {
+  setup.Edit("Components.xml", "</COMPONENTS>", "<LOCK/></COMPONENTS>");
+  setup.items[0] = "Driver=Server";
+  const Text isServer = Replaced(
+      Replaced(kAllIsWell, "ok        driver: SQLite\n", "ok        driver: named by the connection string itself\n"),
+      "ok        login: HOME/service.db\n", "ok        login\n");
+  ServerWithLocks server(setup.Path("service.db"));
+
+  EXPECT_EQ(setup.Check(server), Replaced(isServer, kRegistry3, kRegistry3 + "ok        table lock: the database's\n"));
+  EXPECT_EQ(server.asked, "take zenqay-dbsync-check\ngive back zenqay-dbsync-check\n");
+
+  server.asked.clear();
+  server.isFree = false;  // another check has it, so there are locks
+  EXPECT_EQ(setup.Check(server), Replaced(isServer, kRegistry3, kRegistry3 + "ok        table lock: the database's\n"));
+  EXPECT_EQ(server.asked, "take zenqay-dbsync-check\n");
+
+  server.fault.emplace(-2147467259, "ZenqayDBSync", "The lock excludes nobody.");
+  EXPECT_EQ(setup.Check(server),
+            Replaced(Replaced(isServer, kCanRun, kCannotRun), kRegistry3,
+                     kRegistry3 + "MEND      table lock: -2147467259: The lock excludes nobody.\n"));
 }
 
 TEST_F(CheckOfOneTable, MendsAControlTableThatIsMissingAndColumnsOfAnother) {

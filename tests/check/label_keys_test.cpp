@@ -3,11 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <pugixml.hpp>
 #include <regex>
 #include <set>
 #include <string>
+
+#include "doubles/file_content.h"
 
 namespace zenqay {
 namespace {
@@ -31,8 +32,7 @@ TEST(LabelKeys, AreThoseThatTheProgramNames) {
   for (const auto& entry : std::filesystem::recursive_directory_iterator(ZENQAY_SHARE "/../src")) {
     const bool isListItself = entry.path().parent_path().filename() == "check";
     if (!entry.is_regular_file() || isListItself) continue;
-    std::ifstream file(entry.path());
-    const std::string source{std::istreambuf_iterator<char>(file), {}};
+    const std::string source = ContentOf(entry.path());
     for (std::sregex_iterator found(source.begin(), source.end(), key), end; found != end; ++found) {
       named.insert((*found)[1]);
     }

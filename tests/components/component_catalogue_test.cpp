@@ -255,6 +255,18 @@ TEST(ComponentCatalogue, ReadsTheSafeguards) {
   EXPECT_EQ(catalogue.safeguards().lock, TableLock::TakesOver);
 }
 
+TEST(ComponentCatalogue, HasTheLanguageThatIsAskedFor) {
+  const Home home;
+  home.Write("<COMPONENTS/>");
+  EXPECT_EQ(home.Catalogue().language(), "");
+
+  home.Write("<COMPONENTS><TEXTS language=\"de\"/></COMPONENTS>");
+  ComponentCatalogue german = home.Catalogue();
+
+  EXPECT_EQ(Raised([&] { german.RequireUsable(); }), "nothing");
+  EXPECT_EQ(german.language(), "de");
+}
+
 TEST(ComponentCatalogue, HasNoSafeguardsUnlessTheyAreAskedFor) {
   const Home home;
   home.Write("<COMPONENTS/>");
@@ -280,7 +292,7 @@ TEST(ComponentCatalogue, TakesTheSweepLimitOfTheEnvironmentForAll) {
                           "\"10%\"");
 }
 
-TEST(ComponentCatalogue, NamesThePlaceOfASafeguardThatIsNone) {
+TEST(ComponentCatalogue, NamesThePlaceOfWhatCannotBeAskedFor) {
   const Home home;
   const std::pair<const char*, const char*> cases[] = {
       {"<SWEEP limit=\"ten\"/>", "\"ten\" is no limit, which is a number of rows or a share such as \"10%\""},
@@ -290,6 +302,10 @@ TEST(ComponentCatalogue, NamesThePlaceOfASafeguardThatIsNone) {
       {"<SWEEP><TABLE name=\"SITE\"/></SWEEP>", "TABLE has no attribute \"limit\""},
       {"<SWEEP><ROW/></SWEEP>", "unknown element \"ROW\""},
       {"<LOCK takeover=\"maybe\"/>", "takeover is \"yes\" or \"no\", not \"maybe\""},
+      {"<TEXTS/>", "TEXTS has no attribute \"language\""},
+      {"<TEXTS language=\"\"/>", "\"\" is no language, which is a word such as \"de\""},
+      {"<TEXTS language=\"../de\"/>", "\"../de\" is no language, which is a word such as \"de\""},
+      {"<TEXTS language=\"de\" file=\"x\"/>", "TEXTS knows no attribute \"file\""},
       {"<LOCK table=\"SITE\"/>", "LOCK knows no attribute \"table\""},
   };
   for (const auto& [element, fault] : cases) {

@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "base/runtime_error.h"
 #include "contracts/connection.h"
+#include "doubles/file_content.h"
 #include "doubles/outcome.h"
 #include "engines/provider_errors.h"
 #include "system/xml_file.h"
@@ -14,11 +14,6 @@ namespace zenqay {
 namespace {
 
 const std::filesystem::path kRoot = std::filesystem::path(ZENQAY_SHARE).parent_path();
-
-Text ContentOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 const Text& Page() {
   static const Text page = ContentOf(kRoot / "docs/failures.md");

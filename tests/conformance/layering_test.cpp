@@ -35,6 +35,7 @@ const Driver kDrivers[] = {
     {"SQLite", {"sqlite3.h", "sqlite3ext.h"}},
     {"ODBC", {"sql.h", "sqlext.h", "sqltypes.h", "sqlucode.h", "odbcinst.h", "odbcinstext.h"}},
     {"JNI", {"jni.h", "jni_md.h"}},
+    {"cpp-httplib", {"httplib.h"}},
 };
 
 /// The folder that talks to the operating system, and the headers that it alone may see. (The code pages of base come

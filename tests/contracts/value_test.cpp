@@ -179,8 +179,8 @@ TEST(ValueComparison, WithANumberConvertsTextsStrictlyAndIsFalseForNull) {
       {"no default", PlainObject(), kNoDefault, kNoDefault},
   };
   for (const auto& [name, value, equalsOne, isGreaterThanZero] : cases) {
-    EXPECT_EQ(OutcomeOf([&] { return TruthText(value.EqualsNumber(1)); }), equalsOne) << name;
-    EXPECT_EQ(OutcomeOf([&] { return TruthText(value.IsGreaterThan(0)); }), isGreaterThanZero) << name;
+    EXPECT_EQ(OutcomeOf([&value = value] { return TruthText(value.EqualsNumber(1)); }), equalsOne) << name;
+    EXPECT_EQ(OutcomeOf([&value = value] { return TruthText(value.IsGreaterThan(0)); }), isGreaterThanZero) << name;
   }
 }
 

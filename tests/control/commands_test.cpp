@@ -214,16 +214,17 @@ TEST_F(Zenqayctl, ShowsOneRunWholeWithTheEndOfItsLog) {
 
 TEST_F(Zenqayctl, StillRunsWithoutAHistory) {
   setup.Script(1, kBegin + kStarted + kComplete);
-  setup.directory.Write("history.db", "no database");
+  setup.directory.Write("zenqay/history.db", "no database");
 
-  EXPECT_EQ(setup.Ctl({"run", "demo", "--table", "SITE"}),
-            "TIME SITE: beginning\n"
-            "TIME SITE: copying\n"
-            "TIME SITE: complete, 5 rows met, 3 inserted, 2 updated, 1 deleted, SPAN\n"
-            "\n"
-            "1 complete\n"
-            "! zenqayctl: the history HOME/history.db is not written: file is not a database: HOME/history.db\n"
-            "= 0\n");
+  EXPECT_EQ(
+      setup.Ctl({"run", "demo", "--table", "SITE"}),
+      "TIME SITE: beginning\n"
+      "TIME SITE: copying\n"
+      "TIME SITE: complete, 5 rows met, 3 inserted, 2 updated, 1 deleted, SPAN\n"
+      "\n"
+      "1 complete\n"
+      "! zenqayctl: the history HOME/zenqay/history.db is not written: file is not a database: HOME/zenqay/history.db\n"
+      "= 0\n");
 }
 
 TEST_F(Zenqayctl, ShowsHowFreshATableIsAndWhoHasIt) {
@@ -340,6 +341,8 @@ TEST_F(Zenqayctl, ChecksEachTableOfAJobAndSaysEachThingOnce) {
 
 TEST_F(Zenqayctl, RefusesWhatItDoesNotUnderstand) {
   EXPECT_EQ(setup.Ctl({}), "! zenqayctl: A subcommand is required (zenqayctl --help)\n= 2\n");
+  EXPECT_EQ(setup.Ctl({"--json", "histroy", "7"}),
+            "! zenqayctl: there is no command \"histroy\" (did you mean \"history\"?) (zenqayctl --help)\n= 2\n");
   EXPECT_EQ(setup.Ctl({"run"}), "! zenqayctl: JOB is required (zenqayctl run --help)\n= 2\n");
   EXPECT_EQ(setup.Ctl({"run", "nigthly"}),
             "! zenqayctl: HOME/zenqay.toml has no job \"nigthly\" (there are: demo)\n= 2\n");
@@ -383,7 +386,12 @@ TEST_F(Zenqayctl, CompletesCommandsOptionsAndJobs) {
 
   EXPECT_EQ(setup.directory.Read("tried"), "history\n--allow-sweep\ndemo\n--json --force --help demo\nzsh\n");
   EXPECT_EQ(setup.Ctl({"completion", "jobs"}), "demo\n= 0\n");
-  EXPECT_TRUE(setup.Ctl({"completion", "zsh"}).starts_with("#compdef zenqayctl\n"));
+  EXPECT_EQ(setup.Ctl({"completion", "zsh"}),
+            "#compdef zenqayctl\n"
+            "autoload -U +X bashcompinit && bashcompinit\n" +
+                setup.directory.Read("completion") +
+                "if (( $#compstate )); then _bash_complete -F _zenqayctl; fi\n"
+                "= 0\n");
 }
 
 }  // namespace

@@ -29,7 +29,10 @@ inline const Text kFailed =
 
 class ControlSetup {
  public:
-  ControlSetup() { Ctl({"init", home()}); }
+  ControlSetup() {
+    std::filesystem::create_directory(directory.path() / "zenqay");
+    Ctl({"init", home()});
+  }
 
   Text home() const { return directory.path().string(); }
   Text Path(const Text& name) const { return home() + "/" + name; }
@@ -56,10 +59,12 @@ class ControlSetup {
   Text Ctl(std::vector<Text> arguments) {
     std::ostringstream out;
     std::ostringstream err;
-    Environment environment{{{"ZENQAY_FILE", Path("zenqay.toml")}}};
+    Environment environment{variables};
+    environment.variables.emplace("ZENQAY_FILE", Path("zenqay.toml"));
     Surroundings surroundings = {.environment = environment,
                                  .jobProgram = ZENQAY_FAKE_JOB,
-                                 .historyPath = Path("history.db"),
+                                 .ctlProgram = ZENQAYCTL,
+                                 .historyPath = Path("zenqay/history.db"),
                                  .out = out,
                                  .err = err,
                                  .terminal = [this] { return terminal; },
@@ -68,6 +73,7 @@ class ControlSetup {
     return Plain(out.str() + (err.str().empty() ? "" : "! " + err.str()) + "= " + std::to_string(status) + "\n");
   }
 
+  std::map<Text, Text> variables;  // of the environment
   TerminalSize terminal;
   std::function<bool(const Text&, const Text&, std::ostream&)> check;
   TempDirectory directory;

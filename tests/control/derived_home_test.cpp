@@ -4,16 +4,12 @@
 
 #include <filesystem>
 
+#include "doubles/file_content.h"
 #include "doubles/outcome.h"
 #include "doubles/temp_directory.h"
 
 namespace zenqay {
 namespace {
-
-Text ContentOf(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 class DerivedHomeOf : public testing::Test {
  protected:
@@ -87,6 +83,15 @@ TEST_F(DerivedHomeOf, HasTheTextsAndGoesWithTheObject) {
 
   EXPECT_FALSE(std::filesystem::exists(path));
   EXPECT_EQ(directory.Read("I18nText.xml"), "<TEXTS/>");
+}
+
+TEST_F(DerivedHomeOf, HasTheTextsOfTheLanguageThatIsAskedFor) {
+  directory.Write("I18nText.de.xml", "<TEXTE/>");
+  directory.Write("Components.xml", "<COMPONENTS><TEXTS language=\"de\"/></COMPONENTS>");
+
+  const DerivedHome home(Erp(), "");
+
+  EXPECT_EQ(ContentOf(home.path() + "/I18nText.de.xml"), "<TEXTE/>");
 }
 
 TEST_F(DerivedHomeOf, NeedsComponents) {

@@ -125,6 +125,44 @@ TEST_F(HistoryOf, TakesTheLatestTablesFirst) {
   EXPECT_EQ(history.LatestTables("other", "SITE", 1).size(), 0u);
 }
 
+TEST_F(HistoryOf, KeepsTheRowsOfATableThatIsUnderWay) {
+  const std::int64_t run = history.BeginRun("run", OwnIdentity());
+  const std::int64_t table = history.BeginTable(run, Table(TableState::Copying));
+  history.UpdateTable(table, Table(TableState::Copying));
+
+  history.UpdateCounts(table, {12, 1, 11, 0});
+  EXPECT_EQ(TablesText(run), "1 SITE copying 12 1 11 0 \n");
+
+  history.UpdateTable(table, Table(TableState::Failed));
+  history.UpdateCounts(table, {13, 1, 12, 0});
+  EXPECT_EQ(TablesText(run), "1 SITE failed 0 0 0 0 \n");
+}
+
+TEST_F(HistoryOf, SaysWhetherSomebodyElseHasChangedIt) {
+  History other(path);
+  const std::int64_t before = history.ChangeNumber();
+  history.BeginRun("run", OwnIdentity());
+  EXPECT_EQ(history.ChangeNumber(), before);
+
+  other.BeginRun("run", OwnIdentity());
+
+  EXPECT_NE(history.ChangeNumber(), before);
+}
+
+TEST_F(HistoryOf, ListsRunsBeforeAnotherAndTheTablesThatEverRan) {
+  for (int i = 0; i < 5; ++i) history.BeginRun("run", OwnIdentity());
+  TableRun other = Table(TableState::Complete);
+  other.task.table = "OBJECT";
+  for (const TableRun& table : {Table(TableState::Complete), other, Table(TableState::Failed)}) {
+    history.BeginTable(1, table);
+  }
+
+  Text numbers;
+  for (const PastRun& run : history.Runs(2, 4)) numbers += std::to_string(run.id) + " ";
+  EXPECT_EQ(numbers, "3 2 ");
+  EXPECT_EQ(history.TableNames(), (std::vector<std::pair<Text, Text>>{{"service", "OBJECT"}, {"service", "SITE"}}));
+}
+
 TEST_F(HistoryOf, IsWrittenByTwoAtOnce) {
   const auto write = [&] {
     History own(path);

@@ -166,12 +166,32 @@ TEST(ReadJobFile, PlacesWhatIsWrongAndNamesTheNearestRightWord) {
        "zenqay.toml:2:14: \"connection\" has {password}, but the database has no password"},
       {"Provider=SQLite", "Provider",
        "zenqay.toml:2:14: \"connection\" is malformed: it must be Key=Value;Key=\"value; with a separator\";…"},
+      {"[erp.main]", "[batch]\nshare = \"a\"\n[erp.main]",
+       "zenqay.toml:4:1: unknown key \"share\" in [batch] (did you mean \"shared\"?)"},
+      {"[erp.main]", "[batch]\noptions = [\"night\"]\n[erp.main]",
+       "zenqay.toml:4:12: \"options\" must hold options of sbatch, each one text that begins with -: \"--mem=2G\""},
+      {"[erp.main]", "[batch]\noptions = \"--mem=2G\"\n[erp.main]",
+       "zenqay.toml:4:11: \"options\" must be a list such as [\"--mem=2G\"]"},
       {"generation = 8", "generation = = 8",
        "zenqay.toml:5:14: Error while parsing value: could not determine value type"},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(Fault(Replaced(kLeast, c.before, c.after)), "2 zenqayctl: " + c.fault) << c.after;
   }
+}
+
+TEST(ReadJobFile, ReadsWhatABatchSystemNeeds) {
+  const JobFile file =
+      ReadJobFileText(Text(kLeast) +
+                          "[batch]\nshared = \"batch\"\nnode = \"n1\"\noptions = [\"--mem=2G\", \"-pnight\"]\n"
+                          "requeue-wait = \"90s\"\n",
+                      kPath);
+
+  EXPECT_EQ(file.batch.shared, "/etc/zenqay/batch");
+  EXPECT_EQ(file.batch.node, "n1");
+  EXPECT_EQ(file.batch.options, (std::vector<Text>{"--mem=2G", "-pnight"}));
+  EXPECT_EQ(file.batch.requeueWait, Seconds(90));
+  EXPECT_EQ(ReadJobFileText(kLeast, kPath).batch.requeueWait, Seconds(180));
 }
 
 TEST(ReadJobFile, NamesTheNearestJob) {

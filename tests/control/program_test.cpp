@@ -5,6 +5,7 @@
 
 #include "control_setup.h"
 #include "doubles/child_process.h"
+#include "doubles/file_content.h"
 #include "system/child_process.h"
 
 namespace zenqay {
@@ -37,10 +38,7 @@ class ZenqayctlProgram : public testing::Test {
     return *child.Ended();
   }
 
-  static Text FileOf(int pid, const char* name) {
-    std::ifstream file("/proc/" + std::to_string(pid) + "/" + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  static Text FileOf(int pid, const char* name) { return ContentOf("/proc/" + std::to_string(pid) + "/" + name); }
 
   ControlSetup setup;
 };

@@ -17,6 +17,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "doubles/file_content.h"
+
 namespace zenqay {
 namespace {
 
@@ -65,15 +67,10 @@ pid_t Spawn(const std::vector<std::string>& arguments, const std::string& log) {
   return child;
 }
 
-std::string Content(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void RunToItsEnd(const std::vector<std::string>& arguments, const std::string& log) {
   int status = 0;
   ::waitpid(Spawn(arguments, log), &status, 0);
-  if (status != 0) throw std::runtime_error(arguments.front() + " failed:\n" + Content(log));
+  if (status != 0) throw std::runtime_error(arguments.front() + " failed:\n" + ContentOf(log));
 }
 
 std::string TemporaryDirectory() {
@@ -85,7 +82,7 @@ std::string TemporaryDirectory() {
 
 /// The state letter of a process and its parent, "" for one that is gone: "S 17".
 std::string StateAndParent(const std::string& process) {
-  const std::string stat = Content("/proc/" + process + "/stat");
+  const std::string stat = ContentOf("/proc/" + process + "/stat");
   const auto name = stat.rfind(") ");  // a name may hold anything
   if (name == std::string::npos) return "";
   const auto end = stat.find(' ', name + 4);
@@ -151,7 +148,7 @@ std::string PostgresServer::Psql(const std::string& database, const std::string&
   const std::string out = directory_ + "/psql.out";
   std::ofstream(out).close();
   PsqlFiles(database, {directory_ + "/script.sql"});
-  return Content(out);
+  return ContentOf(out);
 }
 
 void PostgresServer::PsqlFiles(const std::string& database, const std::vector<std::string>& paths) const {
@@ -206,7 +203,7 @@ void PostgresServer::Restart() {
 
 void PostgresServer::Start() {
   for (int attempt = 1; !ComesUp(); ++attempt) {
-    if (attempt == kStarts) throw std::runtime_error("PostgreSQL does not come up:\n" + Content(ServerLog()));
+    if (attempt == kStarts) throw std::runtime_error("PostgreSQL does not come up:\n" + ContentOf(ServerLog()));
   }
 }
 

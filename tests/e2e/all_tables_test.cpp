@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 
+#include "doubles/file_content.h"
 #include "e2e/program_fixture.h"
 
 namespace zenqay {
@@ -15,14 +15,9 @@ namespace fs = std::filesystem;
 
 const fs::path kDemo = fs::path(ZENQAY_SHARE) / "demo";
 
-std::string ReadText(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void TakeExports(const ProgramHome& home, const char* state) {
   for (const fs::directory_entry& file : fs::directory_iterator(kDemo / state)) {
-    home.WriteExport(file.path().filename().string(), ReadText(file.path()));
+    home.WriteExport(file.path().filename().string(), ContentOf(file.path()));
   }
 }
 
@@ -30,7 +25,7 @@ void TakeExports(const ProgramHome& home, const char* state) {
 void TakeChanges(const ProgramHome& home) {
   const std::string now = UtcMoment(0, 'T') + "Z";
   for (const fs::directory_entry& file : fs::directory_iterator(kDemo / "changes")) {
-    std::string changes = ReadText(file.path());
+    std::string changes = ContentOf(file.path());
     for (auto at = changes.find("@NOW@"); at != std::string::npos; at = changes.find("@NOW@")) {
       changes.replace(at, 5, now);
     }

@@ -8,6 +8,7 @@
 #include <ctime>
 
 #include "components/component_catalogue.h"
+#include "doubles/file_content.h"
 #include "doubles/temp_directory.h"
 #include "startup/modStartUp.h"
 #include "system/os_platform.h"
@@ -56,11 +57,6 @@ class DemoJobs {
     ComponentCatalogue catalogue(platform.ProgramDirectory());
     modDeclarations process{.platform = platform, .components = catalogue, .database = databases};
     RunProcess(process, commandLine);
-  }
-
-  static Text ContentOf(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
   }
 
   static Text NowInUtc() {

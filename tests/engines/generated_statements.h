@@ -80,12 +80,13 @@ class GeneratedStatements {
   }
 
   Text Update() {
-    Text update = "UPDATE " + OneOf(words_.tables) + " SET " + words_.columns.front() + " = ";
-    update += NewKey();
+    const Text key = NewKey();
+    Text update = "UPDATE " + OneOf(words_.tables) + " SET " + words_.columns.front() + " = " + key;
     for (const std::size_t column : Columns()) {
       update += "," + Blank() + words_.columns[column] + Blank() + "= " + NewValueOf(column);
     }
-    return update + Blank() + Where();
+    if (!Chance(2)) return update + Blank() + Where();
+    return update + Blank() + "WHERE " + words_.columns.front() + " =" + key;  // as a job finds the row that it writes
   }
 
   Text Insertion() {

@@ -3,11 +3,11 @@
 #include <sqlite3.h>
 
 #include <filesystem>
-#include <fstream>
 #include <regex>
 #include <set>
 
 #include "doubles/copy_fixture.h"
+#include "doubles/file_content.h"
 #include "entities/entity.h"
 #include "process/labels.h"
 
@@ -15,11 +15,6 @@ namespace zenqay {
 namespace {
 
 using Names = std::set<Text>;
-
-Text ReadFile(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// Every first group of the pattern in the text.
 Names Found(const Text& text, const std::regex& pattern) {
@@ -33,9 +28,9 @@ Names Found(const Text& text, const std::regex& pattern) {
 const std::filesystem::path kSource = std::filesystem::path(ZENQAY_SHARE).parent_path() / "src";
 
 TEST(Entities, AreThoseThatTheJobHasOperationsFor) {
-  const Text job = ReadFile(kSource / "job" / "clsDataCopy.h");
+  const Text job = ContentOf(kSource / "job" / "clsDataCopy.h");
   Text units;
-  for (const auto& file : std::filesystem::directory_iterator(kSource / "entities")) units += ReadFile(file.path());
+  for (const auto& file : std::filesystem::directory_iterator(kSource / "entities")) units += ContentOf(file.path());
 
   const Names copied = Found(job, std::regex(R"(void Copy(\w+)\(const Text& TableName, [^;]*SyncMethod\);)"));
   EXPECT_EQ(copied.size(), 10U);
@@ -194,7 +189,7 @@ TEST(Entities, AreCalledInAFailureByTheTextsThatTheyName) {
 
 /// The columns that the reference schema gives each table, by the database's own account: "SITE.DESCRIPTION".
 Names SchemaColumns() {
-  const Text schema = ReadFile(Text(ZENQAY_SHARE) + "/schema/sqlite.sql");
+  const Text schema = ContentOf(Text(ZENQAY_SHARE) + "/schema/sqlite.sql");
   sqlite3* opened = nullptr;
   sqlite3_open(":memory:", &opened);
   const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> database(opened, sqlite3_close);

@@ -12,6 +12,7 @@
 #include "base/memory_reserve.h"
 #include "components/component_catalogue.h"
 #include "doubles/fake_platform.h"
+#include "doubles/file_content.h"
 #include "engines/databases.h"
 #include "process/QTMDeclarations.h"
 #include "startup/modStartUp.h"
@@ -94,21 +95,16 @@ void Execute(const fs::path& path, const Text& script) {
   }
 }
 
-Text Content(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void TakeExports(const TempDirectory& home, const char* state) {
   for (const fs::directory_entry& file : fs::directory_iterator(fs::path(ZENQAY_SHARE) / "demo" / state)) {
-    home.Write("erp/" + file.path().filename().string(), Replaced(Content(file.path()), "@NOW@", kChanged));
+    home.Write("erp/" + file.path().filename().string(), Replaced(ContentOf(file.path()), "@NOW@", kChanged));
   }
 }
 
 /// The records as one text, lines separated by "\n", and what the copy or the gate made of a failure without its words.
 Text ShownLog(const fs::path& path) {
   Text shown;
-  const Text content = Replaced(Content(path), "\r\n", "\n");
+  const Text content = Replaced(ContentOf(path), "\r\n", "\n");
   for (const std::string_view line : Split(content, "\n")) {
     if (line.empty()) continue;
     if (line.starts_with("\"Data copy: ")) {
@@ -157,8 +153,8 @@ DemoDatabase::DemoDatabase(const DemoJob& job) : job_(job) {
   }
   TakeExports(home_, "erp");
   const fs::path file = home_.path() / "service.db";
-  Execute(file, Content(fs::path(ZENQAY_SHARE) / "schema/sqlite.sql") +
-                    Content(fs::path(ZENQAY_SHARE) / "schema/control-rows.sql"));
+  Execute(file, ContentOf(fs::path(ZENQAY_SHARE) / "schema/sqlite.sql") +
+                    ContentOf(fs::path(ZENQAY_SHARE) / "schema/control-rows.sql"));
   DemoJob first = {job.generation, "1", kAllTables};
   std::swap(job_, first);
   Disturbance none;

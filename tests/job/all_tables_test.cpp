@@ -7,6 +7,7 @@
 #include "doubles/copy_fixture.h"
 #include "doubles/embedded_database.h"
 #include "doubles/outcome.h"
+#include "doubles/trace_text.h"
 #include "trace/trace.h"
 
 namespace zenqay {
@@ -438,14 +439,14 @@ TEST_F(CopyAllTablesTest, IsNotDoneWhenAFailedCloseHasNoRunLogToGoTo) {
 TEST_F(CopyAllTablesTest, ShowsTheFieldOfTheGroupInTheTrace) {
   SetGroup({1, 7});
   Name(1, "Site");
-  Trace trace((copy.directory.path() / "trace.jsonl").string());
+  Trace trace((copy.directory.path() / "trace.jsonl").string(), "1.2.3");
   HeardEvents events(copy,
                      [&](std::string_view name, std::span<const Value> arguments) { trace.Event(name, arguments); });
   clsDataCopy job(copy.process, events);
 
   job.CopyAllTables("", "", 7, Directory(), "100", 1);
 
-  EXPECT_EQ(copy.directory.Read("trace.jsonl"),
+  EXPECT_EQ(WithoutTimes(copy.directory.Read("trace.jsonl")),
             R"({"n":1,"kind":"event","name":"DataCopyStarted","args":["10:11:12 AM",1]})"
             "\n"
             R"({"n":2,"kind":"event","name":"DataCopyComplete","args":["10:11:12 AM",{"field":"TableID","value":1},)"

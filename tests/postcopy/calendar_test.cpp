@@ -37,9 +37,9 @@ Text Written(DateTime value) {
 
 template <typename Operation, std::size_t n>
 void ExpectSteps(Operation add, const Step (&steps)[n]) {
-  for (const auto& [from, count, to] : steps) {
-    SCOPED_TRACE(Text(from) + " and " + std::to_string(count));
-    EXPECT_EQ(OutcomeOf([&] { return Written(add(Read(from), count)); }), to);
+  for (const Step& step : steps) {
+    SCOPED_TRACE(Text(step.from) + " and " + std::to_string(step.count));
+    EXPECT_EQ(OutcomeOf([&] { return Written(add(Read(step.from), step.count)); }), step.to);
   }
 }
 
@@ -175,9 +175,9 @@ TEST(CheckedMultiply, RaisesOverflowBeyond32Bits) {
       {kHighest, kHighest, kOverflow},
       {kLowest, kLowest, kOverflow},
   };
-  for (const auto& [left, right, product] : cases) {
-    SCOPED_TRACE(std::to_string(left) + " * " + std::to_string(right));
-    EXPECT_EQ(OutcomeOf([&] { return std::to_string(CheckedMultiply(left, right)); }), product);
+  for (const auto& row : cases) {
+    SCOPED_TRACE(std::to_string(row.left) + " * " + std::to_string(row.right));
+    EXPECT_EQ(OutcomeOf([&] { return std::to_string(CheckedMultiply(row.left, row.right)); }), row.product);
   }
 }
 

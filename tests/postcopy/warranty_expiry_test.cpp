@@ -204,10 +204,13 @@ TEST(ComputeWarrantyExpiry, EndsThePeriodOnTheDayBeforeItIsOver) {
       {"2004-03-15 10:11:12", 0, 0, "1899-12-29"},
   };
   CopyFixture copy("3");
-  for (const auto& [baseDate, numberOfPeriods, periodUnit, expiry] : cases) {
-    SCOPED_TRACE(Text(baseDate) + ", " + std::to_string(numberOfPeriods) + " of unit " + std::to_string(periodUnit));
-    EXPECT_EQ(OutcomeOf([&] { return Written(copy.WarrantyExpiry(Read(baseDate), numberOfPeriods, periodUnit)); }),
-              expiry);
+  for (const auto& row : cases) {
+    SCOPED_TRACE(Text(row.baseDate) + ", " + std::to_string(row.numberOfPeriods) + " of unit " +
+                 std::to_string(row.periodUnit));
+    EXPECT_EQ(OutcomeOf([&] {
+                return Written(copy.WarrantyExpiry(Read(row.baseDate), row.numberOfPeriods, row.periodUnit));
+              }),
+              row.expiry);
   }
 }
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <pugixml.hpp>
+#include <regex>
+
+#include "base/windows1252.h"
 #include "doubles/process_fixture.h"
 
 namespace zenqay {
@@ -32,6 +36,21 @@ TEST(GetLabel, LoadsTheDocumentWhenItIsAskedForTheFirstLabelAndNotAgain) {
 
   EXPECT_EQ(labels.Label("A"), "first");
   EXPECT_EQ(labels.fixture.Causes(), "");
+}
+
+TEST(GetLabel, ReadsTheFileOfTheLanguage) {
+  LabelFile labels;
+  labels.Write("<I18NTEXT><A>first</A></I18NTEXT>");
+  labels.home.Write("I18nText.de.xml", "<I18NTEXT><A>erstens</A></I18NTEXT>");
+
+  for (const auto& [language, text] : {std::pair("", "first"), {"en", "first"}, {"de", "erstens"}, {"fr", "A"}}) {
+    labels.fixture.process.LabelLanguage = language;
+    labels.fixture.process.LabelDocumentLoaded = false;
+
+    EXPECT_EQ(labels.Label("A"), text) << language;
+  }
+  EXPECT_EQ(labels.fixture.Causes(),
+            (labels.home.path() / "I18nText.fr.xml").string() + ": the file is missing or cannot be read\n");
 }
 
 TEST(GetLabel, LoadsTheDocumentAnewWhenTheFlagWasReset) {
@@ -188,7 +207,7 @@ TEST(FilledLabel, FindsNothingToReplaceInAKeyThatStandsInForItsLabel) {
 }
 
 /// The texts that are shipped: every key that the job uses has an element, with the placeholders that it fills.
-TEST(ShippedLabels, HoldEveryKeyWithItsPlaceholders) {
+TEST(ShippedLabels, HoldEveryKeyWithItsPlaceholdersInBothLanguages) {
   const struct {
     const char* key;
     int placeholders;
@@ -201,16 +220,58 @@ TEST(ShippedLabels, HoldEveryKeyWithItsPlaceholders) {
       {"STIT0098", 0}, {"STIT0099", 0}, {"STIT0100", 0}, {"STIT0101", 0}, {"STIT0088", 0}, {"STIT0095", 0},
       {"STIT0097", 0},
   };
-  ProcessFixture fixture;
-  for (const auto& [key, placeholders] : keys) {
-    const Text label = GetLabel(fixture.process, key);
+  for (const char* language : {"", "de"}) {
+    ProcessFixture fixture;
+    fixture.process.LabelLanguage = language;
+    for (const auto& [key, placeholders] : keys) {
+      const Text label = GetLabel(fixture.process, key);
 
-    EXPECT_NE(label, key);
-    EXPECT_NE(Trim(label), "") << key;
-    for (int place = 1; place <= 9; ++place) {
-      const bool stands = label.find("%" + std::to_string(place)) != Text::npos;
-      EXPECT_EQ(stands, place <= placeholders) << key << " %" << place;
+      EXPECT_NE(label, key);
+      EXPECT_NE(Trim(label), "") << key;
+      for (int place = 1; place <= 9; ++place) {
+        const bool stands = label.find("%" + std::to_string(place)) != Text::npos;
+        EXPECT_EQ(stands, place <= placeholders) << language << key << " %" << place;
+      }
     }
+  }
+}
+
+/// A file of shipped texts; `read` is called with each key and text.
+template <typename Read>
+void ReadShipped(const char* name, Read read) {
+  pugi::xml_document document;
+  ASSERT_TRUE(document.load_file((Text(ZENQAY_SHARE "/") + name).c_str()));
+  for (const pugi::xml_node label : document.child("I18NTEXT").children()) {
+    if (label.type() == pugi::node_element) read(Text(label.name()), Text(label.text().as_string()));
+  }
+}
+
+/// The values that a text tells its reader to put; they are the program's, in every language.
+Text ValuesIn(const Text& text) {
+  const std::regex value("[0-9]+|tstables|SQL Server|Oracle|ERP|%[1-9]");
+  Text values;
+  for (std::sregex_iterator found(text.begin(), text.end(), value), end; found != end; ++found) {
+    values += found->str() + " ";
+  }
+  return values;
+}
+
+TEST(ShippedLabels, HaveTheSameKeysPlaceholdersAndValuesInBothLanguages) {
+  Text english;
+  Text german;
+
+  ReadShipped("I18nText.xml", [&](const Text& key, const Text& text) { english += key + " " + ValuesIn(text) + "\n"; });
+  ReadShipped("I18nText.de.xml",
+              [&](const Text& key, const Text& text) { german += key + " " + ValuesIn(text) + "\n"; });
+
+  EXPECT_EQ(german, english);
+}
+
+TEST(ShippedLabels, CanBeWrittenInTheCodePageOfTheLogs) {
+  for (const char* name : {"I18nText.xml", "I18nText.de.xml"}) {
+    ReadShipped(name, [&](const Text& key, const Text& text) {
+      EXPECT_EQ(ToWindows1252(text).find('?'), Text::npos) << name << " " << key;
+    });
   }
 }
 

@@ -4,6 +4,7 @@
 #include "components/component_catalogue.h"
 #include "contracts/heard_events.h"
 #include "doubles/fake_platform.h"
+#include "doubles/file_content.h"
 #include "doubles/scripted_components.h"
 #include "doubles/temp_directory.h"
 #include "doubles/tries_all.h"
@@ -31,11 +32,6 @@ class AskedAtLook : public Interruption {
   mutable int looks_ = 0;
 };
 
-Text ReadAll(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// What is the same in every run that ends undisturbed: all rows of the tables, and the flags.
 constexpr const char* kTables[] = {"SITE",   "PRODUCT",    "PROBLEM",      "SYMPTOM",   "PRIORITY",
                                    "OBJECT", "WARRANTIES", "SITECONTRACT", "CONTRACTS", "SERIALIZEDITEM"};
@@ -47,8 +43,8 @@ class StoppingTest : public testing::TestWithParam<const char*> {
     for (const char* name : {"I18nText.xml", "Components.xml"}) fs::copy_file(share / name, home_.path() / name);
     fs::copy(share / "demo" / "erp", home_.path() / "erp");
     home_.Write("service.db", "");
-    RunStatements(ReadAll(share / "schema" / "sqlite.sql"));
-    RunStatements("BEGIN;" + ReadAll(share / "schema" / "control-rows.sql") + "COMMIT;");
+    RunStatements(ContentOf(share / "schema" / "sqlite.sql"));
+    RunStatements("BEGIN;" + ContentOf(share / "schema" / "control-rows.sql") + "COMMIT;");
     Open()->Execute("PRAGMA wal_checkpoint(TRUNCATE)");
     fs::copy_file(home_.path() / "service.db", home_.path() / "fresh.db");
   }
@@ -116,13 +112,13 @@ class StoppingTest : public testing::TestWithParam<const char*> {
 
   Text TakenTables() { return Query("SELECT tablename FROM tstables WHERE in_use <> 0"); }
 
-  Text StartupLog() const { return ReadAll(home_.path() / "log" / "ZenqayDBSync.log"); }
+  Text StartupLog() const { return ContentOf(home_.path() / "log" / "ZenqayDBSync.log"); }
 
   /// The run logs of all tables, one behind the other.
   Text RunLogs() const {
     Text all;
     for (const auto& entry : fs::directory_iterator(home_.path() / "log")) {
-      if (entry.path().filename() != "ZenqayDBSync.log") all += ReadAll(entry.path());
+      if (entry.path().filename() != "ZenqayDBSync.log") all += ContentOf(entry.path());
     }
     return all;
   }

@@ -121,6 +121,38 @@ TEST(RunInCopy, GivesWhatTheCopyWroteAndItsStatus) {
   EXPECT_EQ(run.end, (ProcessEnd{.status = 3}));
 }
 
+TEST(RunProgram, GivesWhatAProgramSaysOfItsInputAndHowItEnds) {
+  const ProgramRun run =
+      RunProgram({.program = "/bin/sh", .arguments = {"-c", "cat; echo fault >&2; exit 3"}, .input = "text"},
+                 std::chrono::hours(1));
+
+  EXPECT_EQ(run.output, "text");
+  EXPECT_EQ(run.errors, "fault\n");
+  EXPECT_EQ(run.end, (ProcessEnd{.status = 3}));
+  EXPECT_FALSE(run.isOutOfTime);
+}
+
+TEST(RunProgram, EndsAProgramThatTakesTooLongWithAllThatItStarted) {
+  const ProgramRun run = RunProgram({.program = "/bin/sh", .arguments = {"-c", "echo begun; sleep 1000 & wait"}},
+                                    std::chrono::milliseconds(500));
+
+  EXPECT_EQ(run.output, "begun\n");
+  EXPECT_TRUE(run.isOutOfTime);
+}
+
+TEST(FindProgram, TakesTheFirstThatMayBeRun) {
+  const TempDirectory first;
+  const TempDirectory second;
+  const Text path = ":" + first.path().string() + ":" + second.path().string();
+  first.Write("program", "");
+  second.Write("program", "");
+  std::filesystem::permissions(second.path() / "program", std::filesystem::perms::owner_all);
+
+  EXPECT_EQ(FindProgram("program", path), (second.path() / "program").string());
+  EXPECT_EQ(FindProgram("other", path), "");
+  EXPECT_EQ(FindProgram("program", ""), "");
+}
+
 TEST(WaitForInput, EndsWithTheTimeGiven) {
   EXPECT_EQ(WaitForInput({-1}, 1), std::vector<int>{});
 }

@@ -1,7 +1,10 @@
 #include "system/process_identity.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include "system/child_process.h"
 
@@ -33,6 +36,19 @@ TEST(LifeOf, FindsOutThatAProcessHasGone) {
   }
 
   EXPECT_EQ(LifeOf(child), Life::Gone);
+}
+
+TEST(LifeOf, KnowsAProcessAsGoneWhoseEndNobodyHasAskedFor) {
+  const pid_t child = ::fork();
+  if (child == 0) ::pause();
+  const ProcessIdentity identity = IdentityOf(child);
+  EXPECT_EQ(LifeOf(identity), Life::Alive);
+
+  ::kill(child, SIGKILL);
+  siginfo_t end{};
+  ::waitid(P_PID, static_cast<id_t>(child), &end, WEXITED | WNOWAIT);
+  EXPECT_EQ(LifeOf(identity), Life::Gone);
+  ::waitpid(child, nullptr, 0);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "doubles/outcome.h"
 #include "doubles/scripted_database.h"
 #include "doubles/temp_directory.h"
+#include "doubles/trace_text.h"
 
 namespace zenqay {
 namespace {
@@ -25,9 +26,9 @@ class Thing : public Component {
 
 struct TraceFile {
   TempDirectory directory;
-  Trace trace{(directory.path() / "trace.jsonl").string()};
+  Trace trace{(directory.path() / "trace.jsonl").string(), "1.2.3"};
 
-  Text Lines() const { return directory.Read("trace.jsonl"); }
+  Text Lines() const { return WithoutTimes(directory.Read("trace.jsonl")); }
 
   /// One value as the trace shows it.
   Text Shown(const Value& value) { return trace.Shown(value).dump(); }
@@ -65,6 +66,29 @@ TEST(Trace, WritesALineOfEveryKindWithItsKeysInOrder) {
             "\n"
             R"({"n":7,"kind":"sql","connection":1,"text":"UPDATE Site SET upd_flag = 1 "})"
             "\n");
+}
+
+TEST(Trace, BeginsWithWhatWritesItAndEndsEachLineWithItsTime) {
+  TraceFile file;
+
+  file.trace.MessageBox("one");
+  file.trace.MessageBox("two");
+
+  std::istringstream lines(file.directory.Read("trace.jsonl"));
+  std::vector<nlohmann::ordered_json> read;
+  for (Text line; std::getline(lines, line);) read.push_back(nlohmann::ordered_json::parse(line));
+  ASSERT_EQ(read.size(), 3u);
+  const Text started = read[0]["started"];
+  read[0]["started"] = "…";
+  EXPECT_EQ(read[0].dump(), R"({"kind":"trace","version":2,"program":"1.2.3","pid":)" + std::to_string(::getpid()) +
+                                R"(,"started":"…"})");
+  EXPECT_EQ(std::regex_replace(started, std::regex("[0-9]"), "0"), "0000-00-00T00:00:00.000Z");
+  const std::int64_t first = read[1]["ms"];
+  const std::int64_t second = read[2]["ms"];
+  EXPECT_GE(first, 0);
+  EXPECT_GE(second, first);
+  read[1]["ms"] = 0;
+  EXPECT_EQ(read[1].dump(), R"({"n":1,"kind":"box","text":"one","ms":0})");
 }
 
 TEST(Trace, HasTheErrorOfAFailedLogRecordInPlaceOfItsLines) {
@@ -218,28 +242,29 @@ TEST(Trace, ReplacesTheFileAtStartAndFlushesEachLine) {
   TempDirectory directory;
   directory.Write("trace.jsonl", "of the run before\n");
 
-  Trace trace((directory.path() / "trace.jsonl").string());
+  Trace trace((directory.path() / "trace.jsonl").string(), "1.2.3");
   EXPECT_EQ(directory.Read("trace.jsonl"), "");
   trace.MessageBox("one");
 
-  EXPECT_EQ(directory.Read("trace.jsonl"), "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n");
+  EXPECT_EQ(WithoutTimes(directory.Read("trace.jsonl")), "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n");
 }
 
 TEST(Trace, HasTheProcessIdInItsNameWhereItIsAskedFor) {
   TempDirectory directory;
 
-  Trace trace((directory.path() / "t-%p-%p.jsonl").string());
+  Trace trace((directory.path() / "t-%p-%p.jsonl").string(), "1.2.3");
   trace.MessageBox("one");
 
   const Text id = std::to_string(::getpid());
-  EXPECT_EQ(directory.Read("t-" + id + "-" + id + ".jsonl"), "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n");
+  EXPECT_EQ(WithoutTimes(directory.Read("t-" + id + "-" + id + ".jsonl")),
+            "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n");
 }
 
 TEST(Trace, Raises75WhenItIsAskedForAndCannotBeWritten) {
   TempDirectory directory;
   const Text path = (directory.path() / "none/trace.jsonl").string();
 
-  Trace trace(path);  // says nothing yet, so that the command line is checked first
+  Trace trace(path, "1.2.3");  // says nothing yet, so that the command line is checked first
   trace.MessageBox("goes nowhere");
 
   EXPECT_EQ(Raised([&] { trace.RequireUsable(); }), "75 ZenqayDBSync: Path/File access error: " + path);
@@ -251,7 +276,7 @@ TEST(Trace, IsForItsOwnerAlone) {
   std::filesystem::permissions(directory.path() / "trace.jsonl", std::filesystem::perms(0644));
 
   for (const char* name : {"trace.jsonl", "new.jsonl"}) {
-    Trace trace((directory.path() / name).string());
+    Trace trace((directory.path() / name).string(), "1.2.3");
 
     EXPECT_EQ(std::filesystem::status(directory.path() / name).permissions(), std::filesystem::perms(0600)) << name;
   }
@@ -262,7 +287,7 @@ TEST(Trace, OnAFullDiskEndsWithOneCauseAndLetsTheJobGoOn) {
   Journal journal;
   FakePlatform platform(journal, "");
   const std::filesystem::perms before = std::filesystem::status("/dev/full").permissions();
-  Trace trace("/dev/full");
+  Trace trace("/dev/full", "1.2.3");
   trace.TellEndTo(platform);
 
   trace.MessageBox("one");
@@ -280,9 +305,9 @@ TEST(Trace, KeepsNoHalfOfTheLineThatDidNotFit) {
     Journal journal;
     FakePlatform platform(journal, "");
     std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{60, 60};
+    const rlimit limit{200, 200};  // the head and two lines
     ::setrlimit(RLIMIT_FSIZE, &limit);
-    Trace trace(path);
+    Trace trace(path, "1.2.3");
     trace.TellEndTo(platform);
     trace.MessageBox("one");
     trace.MessageBox("two");
@@ -291,7 +316,9 @@ TEST(Trace, KeepsNoHalfOfTheLineThatDidNotFit) {
   });
 
   EXPECT_EQ(run.result, "the trace ends here: Path/File access error: " + path);
-  EXPECT_EQ(directory.Read("trace.jsonl"), "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n");
+  EXPECT_EQ(WithoutTimes(directory.Read("trace.jsonl")),
+            "{\"n\":1,\"kind\":\"box\",\"text\":\"one\"}\n"
+            "{\"n\":2,\"kind\":\"box\",\"text\":\"two\"}\n");
 }
 
 }  // namespace

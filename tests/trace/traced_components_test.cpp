@@ -7,6 +7,7 @@
 #include "doubles/scripted_components.h"
 #include "doubles/scripted_database.h"
 #include "doubles/temp_directory.h"
+#include "doubles/trace_text.h"
 #include "process/QTMDeclarations.h"
 
 namespace zenqay {
@@ -18,11 +19,11 @@ struct TracedHost {
   TempDirectory directory;
   Journal journal;
   ScriptedComponents components{journal};
-  Trace trace{(directory.path() / "trace.jsonl").string()};
+  Trace trace{(directory.path() / "trace.jsonl").string(), "1.2.3"};
   TracedComponents host{components, trace};
   std::shared_ptr<ScriptedObject> manager = components.Register(kLocations, "locations");
 
-  Text Lines() const { return directory.Read("trace.jsonl"); }
+  Text Lines() const { return WithoutTimes(directory.Read("trace.jsonl")); }
 };
 
 TEST(TracedComponents, RecordCreationsCallsAndProperties) {
@@ -286,7 +287,7 @@ TEST(TracedComponents, AreNotUsableWithATraceThatCannotBeWritten) {
   TracedHost traced;
   traced.components.unusable.emplace(PlatformFault::InvalidCall, "Components.xml");
   const Text path = (traced.directory.path() / "none/trace.jsonl").string();
-  Trace trace(path);
+  Trace trace(path, "1.2.3");
   TracedComponents host(traced.components, trace);
 
   EXPECT_EQ(Raised([&] { host.RequireUsable(); }), "75 ZenqayDBSync: Path/File access error: " + path);

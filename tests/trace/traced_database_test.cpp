@@ -5,6 +5,7 @@
 #include "doubles/outcome.h"
 #include "doubles/scripted_database.h"
 #include "doubles/temp_directory.h"
+#include "doubles/trace_text.h"
 
 namespace zenqay {
 namespace {
@@ -13,12 +14,12 @@ const RuntimeError kRefused(-2147467259, "Driver", "refused");
 
 class TracedDatabaseTest : public testing::Test {
  protected:
-  Text Lines() const { return directory.Read("trace.jsonl"); }
+  Text Lines() const { return WithoutTimes(directory.Read("trace.jsonl")); }
 
   TempDirectory directory;
   Journal journal;
   ScriptedDatabase inner{journal};
-  Trace trace{(directory.path() / "trace.jsonl").string()};
+  Trace trace{(directory.path() / "trace.jsonl").string(), "1.2.3"};
   TracedDatabase database{inner, trace};
 };
 

@@ -6,6 +6,7 @@
 #include "doubles/fake_platform.h"
 #include "doubles/outcome.h"
 #include "doubles/temp_directory.h"
+#include "doubles/trace_text.h"
 
 namespace zenqay {
 namespace {
@@ -14,11 +15,11 @@ struct TracedFake {
   TempDirectory directory;
   Journal journal;
   FakePlatform inner{journal, "/opt/zenqay"};
-  Trace trace{(directory.path() / "trace.jsonl").string()};
+  Trace trace{(directory.path() / "trace.jsonl").string(), "1.2.3"};
   TracedPlatform platform{inner, trace};
 
   Text PathOf(const Text& name) const { return directory.path().string() + "\\" + name; }
-  Text Lines() const { return directory.Read("trace.jsonl"); }
+  Text Lines() const { return WithoutTimes(directory.Read("trace.jsonl")); }
 
   /// The beginning of a line about a log record.
   Text Record(int number, const Text& file) const {

@@ -5,6 +5,7 @@
 
 #include "doubles/outcome.h"
 #include "doubles/process_fixture.h"
+#include "doubles/trace_text.h"
 
 namespace zenqay {
 namespace {
@@ -34,11 +35,11 @@ class JournaledEvents : public DataCopyEvents {
 };
 
 struct TracedFixture : ProcessFixture {
-  Trace trace{(directory.path() / "trace.jsonl").string()};
+  Trace trace{(directory.path() / "trace.jsonl").string(), "1.2.3"};
   TracedProcess traced{platform, components, database, trace};
   JournaledEvents sinks{journal};
 
-  Text Lines() const { return directory.Read("trace.jsonl"); }
+  Text Lines() const { return WithoutTimes(directory.Read("trace.jsonl")); }
 };
 
 const Value kTime = DateTime::FromParts({1899, 12, 30, 10, 11, 12});

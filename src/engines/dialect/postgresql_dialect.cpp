@@ -31,6 +31,7 @@ char TypeLetterOf(const StatementValue& value) {
   }
 }
 
+/// Empty for what its place gives a type.
 std::string_view TypeOf(const StatementValue& value) {
   switch (TypeLetterOf(value)) {
     case 'b':
@@ -42,25 +43,17 @@ std::string_view TypeOf(const StatementValue& value) {
     case 'd':
       return "date";
     default:
-      return "unknown";
+      return "";
   }
 }
 
-void AppendValue(const StatementValue& value, Text& text) {
-  switch (value.kind) {
-    case StatementValue::Kind::Null:
-      text += "NULL";
-      return;
-    case StatementValue::Kind::Integer:
-      text += value.text;
-      return;
-    case StatementValue::Kind::Literal:
-      ((text += '\'') += value.text) += '\'';
-      return;
-    default:
-      AppendDate(text += '\'', value.date, value.kind == StatementValue::Kind::DateTime);
-      text += '\'';
+/// What stands between the quotes of a literal, each doubled one once.
+void AppendContent(std::string_view literal, Text& text) {
+  for (auto quote = literal.find('\''); quote != std::string_view::npos; quote = literal.find('\'')) {
+    text += literal.substr(0, quote + 1);
+    literal.remove_prefix(quote + 2);
   }
+  text += literal;
 }
 
 }  // namespace
@@ -83,32 +76,35 @@ void AppendPostgreSqlTypes(const StatementShape& shape, Text& letters) {
   for (const StatementValue& value : shape.values) letters += TypeLetterOf(value);
 }
 
-Text PreparationForPostgreSql(const Text& name, const StatementShape& shape) {
-  Text types;
-  Text parameters;
+Text ParametrizedForPostgreSql(const StatementShape& shape, ParameterMark mark) {
+  Text text;
   std::size_t uncopied = 0;
-  for (std::size_t i = 0; i < shape.values.size(); ++i) {
-    const StatementValue& value = shape.values[i];
-    if (i > 0) types += ',';
-    types += TypeOf(value);
-    parameters.append(shape.text, uncopied, value.at - uncopied);
-    parameters += '$' + std::to_string(i + 1);
+  int number = 0;
+  for (const StatementValue& value : shape.values) {
+    const Text parameter = mark == ParameterMark::Number ? "$" + std::to_string(++number) : "?";
+    const std::string_view type = TypeOf(value);
+    text.append(shape.text, uncopied, value.at - uncopied);
+    text += type.empty() ? parameter : "CAST(" + parameter + " AS " + Text(type) + ")";
     uncopied = value.at + 1;
   }
-  parameters.append(shape.text, uncopied);
-  return "PREPARE " + name + " (" + types + ") AS " + parameters;
+  return text.append(shape.text, uncopied);
 }
 
-void ExecutionForPostgreSql(const Text& name, const StatementShape& shape, Text& execution) {
-  execution = "EXECUTE ";
-  execution += name;
-  char before = '(';
-  for (const StatementValue& value : shape.values) {
-    execution += before;
-    AppendValue(value, execution);
-    before = ',';
+bool ParameterForPostgreSql(const StatementValue& value, Text& parameter) {
+  parameter.clear();
+  switch (value.kind) {
+    case StatementValue::Kind::Null:
+      return false;
+    case StatementValue::Kind::Integer:
+      parameter = value.text;
+      return true;
+    case StatementValue::Kind::Literal:
+      AppendContent(value.text, parameter);
+      return true;
+    default:
+      AppendDate(parameter, value.date, value.kind == StatementValue::Kind::DateTime);
+      return true;
   }
-  execution += ')';
 }
 
 }  // namespace zenqay

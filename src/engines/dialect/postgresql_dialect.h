@@ -21,12 +21,18 @@ void TranslateForPostgreSql(std::string_view statement, Text& translated);
 /// the same letters share a prepared statement.
 void AppendPostgreSqlTypes(const StatementShape& shape, Text& letters);
 
-/// PREPARE name (unknown,integer) AS UPDATE SITE SET CUSTOMER = $1, upd_flag = $2
-///
-/// A literal has no type but what its place gives it, and so has a parameter that is declared as unknown.
-Text PreparationForPostgreSql(const Text& name, const StatementShape& shape);
+/// How a parameter stands in a statement.
+enum class ParameterMark {
+  Number,    // $1, as the server reads it
+  Question,  // ?, as a driver does
+};
 
-/// Puts EXECUTE name ('C7',0) into `execution`: the values stand there as in the translated statement.
-void ExecutionForPostgreSql(const Text& name, const StatementShape& shape, Text& execution);
+/// UPDATE SITE SET CUSTOMER = $1, upd_flag = CAST($2 AS integer)
+///
+/// A literal has no type but what its place gives it, and so has a parameter that is declared without one.
+Text ParametrizedForPostgreSql(const StatementShape& shape, ParameterMark mark);
+
+/// Puts into `parameter` what is to be handed over for a value, as a text. False for a null.
+bool ParameterForPostgreSql(const StatementValue& value, Text& parameter);
 
 }  // namespace zenqay

@@ -19,8 +19,9 @@ struct StatementValue {
 
   Kind kind = Kind::Null;
   std::size_t at = 0;  // where in the shape its "?" stands
-  std::string_view
-      text;  // the digits of an integer; what stands between the quotes of a text, doubled ones as they are
+
+  /// The digits of an integer; what stands between the quotes of a text, doubled ones as they are.
+  std::string_view text;
   DateTime date;
 };
 

@@ -29,8 +29,7 @@ void AppendDate(Text& text, DateTime date, bool hasTime);
 
 /// Appends to `translated` what is left of the statement behind `tokens`, where N'…' loses its N, a blank goes between
 /// a number and the word glued to it, and the dates of date_literals.h become the engine's. What stands inside a
-/// literal, a quoted name or a comment never changes. Raises -2147217913 for a date that does not
-/// exist.
+/// literal, a quoted name or a comment never changes. Raises -2147217913 for a date that does not exist.
 void TranslateRest(const SqlTokens& tokens, std::string_view statement, const EngineForms& forms, Text& translated);
 
 }  // namespace zenqay

@@ -22,6 +22,7 @@ class NarrowTexts {
   static constexpr SQLSMALLINT kFieldType = SQL_C_CHAR;
   static constexpr auto kDriverConnect = &SQLDriverConnect;
   static constexpr auto kExecDirect = &SQLExecDirect;
+  static constexpr auto kPrepare = &SQLPrepare;
   static constexpr auto kDescribeColumn = &SQLDescribeCol;
   static constexpr auto kGetDiagnostic = &SQLGetDiagRec;
   static constexpr auto kGetInfo = &SQLGetInfo;
@@ -46,6 +47,7 @@ class WideTexts {
   static constexpr SQLSMALLINT kFieldType = SQL_C_WCHAR;
   static constexpr auto kDriverConnect = &SQLDriverConnectW;
   static constexpr auto kExecDirect = &SQLExecDirectW;
+  static constexpr auto kPrepare = &SQLPrepareW;
   static constexpr auto kDescribeColumn = &SQLDescribeColW;
   static constexpr auto kGetDiagnostic = &SQLGetDiagRecW;
   static constexpr auto kGetInfo = &SQLGetInfoW;
@@ -76,6 +78,11 @@ class CallsIn : public OdbcCalls {
   SQLRETURN ExecDirect(SQLHSTMT statement, const Text& sql) override {
     const auto [text, length] = texts_.Passed(sql);
     return Texts::kExecDirect(statement, text, Fitting(length));
+  }
+
+  SQLRETURN Prepare(SQLHSTMT statement, const Text& sql) override {
+    const auto [text, length] = texts_.Passed(sql);
+    return Texts::kPrepare(statement, text, Fitting(length));
   }
 
   SQLRETURN DescribeColumn(SQLHSTMT statement, SQLUSMALLINT column, Text& name, SQLSMALLINT& type) override {

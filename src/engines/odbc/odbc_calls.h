@@ -24,6 +24,7 @@ class OdbcCalls {
 
   virtual SQLRETURN DriverConnect(SQLHDBC connection, const Text& driverString) = 0;
   virtual SQLRETURN ExecDirect(SQLHSTMT statement, const Text& text) = 0;
+  virtual SQLRETURN Prepare(SQLHSTMT statement, const Text& text) = 0;
   virtual SQLRETURN DescribeColumn(SQLHSTMT statement, SQLUSMALLINT column, Text& name, SQLSMALLINT& type) = 0;
 
   /// A field of the current row as a whole.

@@ -1,6 +1,6 @@
 #include "engines/odbc/odbc_session.h"
 
-#include <random>
+#include <algorithm>
 
 #include "engines/dialect/postgresql_dialect.h"
 #include "engines/dialect/sql_tokens.h"
@@ -32,10 +32,8 @@ bool ChangesCopiedRows(const Text& statement) {
 
 constexpr std::size_t kMostShapes = 64;
 
-/// Names that no other session has: a pooler may let several share one of the server's.
-Text NamePrefix() {
-  std::random_device random;
-  return "zenqay_" + std::to_string(random()) + "_" + std::to_string(random()) + "_";
+std::string_view StateOf(const RuntimeError& failure) {
+  return failure.items().empty() ? "" : std::string_view(failure.items().front().SqlState);
 }
 
 /// How ODBC takes a number as an attribute.
@@ -65,9 +63,9 @@ class OdbcSession::OpenStatement {
 
 OdbcSession::OdbcSession(const Text& connectionString, const OdbcOptions& options)
     : connectionString_(connectionString),
+      commandLimit_(options.limits.command),
       interruption_(options.interruption),
       waitsForRows_(options.rowCommit == RowCommit::AtOnce),
-      namePrefix_(NamePrefix()),
       shapes_(kMostShapes) {
   OpenEnvironment();
   DriverString string = DriverConnectString(connectionString, InstalledDrivers(environment_.get()));
@@ -77,20 +75,23 @@ OdbcSession::OdbcSession(const Text& connectionString, const OdbcOptions& option
   const Text source = driver.name.empty() ? "ODBC" : driver.name;
   diagnostics_ = std::make_unique<Diagnostics>(*calls_, source, PasswordsOf(connectionString));
   Connect(string.text, options.access, options.limits.connection);
-  Prepare(options.limits.command);
+  Prepare();
 }
 
 OdbcSession::~OdbcSession() = default;
 
-/// Does what may be cancelled. Of a statement that was, the driver's own words would say less.
+/// Does what may be cancelled. Of a statement that was, the driver's own words would say less. A connection that is
+/// lost gets every further statement as composed, since the driver names the call that found it so.
 template <typename Work>
-auto OdbcSession::Cancellable(Work work) {
-  if (!canceller_) return work();
-  const StatementCanceller::Running running(*canceller_);
+auto OdbcSession::Cancellable(void* statement, Work work) {
+  std::optional<StatementCanceller::Running> running;
+  if (canceller_) running.emplace(*canceller_, statement);
   try {
     return work();
-  } catch (const RuntimeError&) {
-    if (canceller_->hasCancelled()) throw RuntimeError(PlatformFault::UserInterrupt);
+  } catch (const RuntimeError& failure) {
+    const std::string_view state = StateOf(failure);
+    if (state.starts_with("08") || state.starts_with("57P")) preparesShapes_ = false;
+    if (canceller_ && canceller_->hasCancelled()) throw RuntimeError(PlatformFault::UserInterrupt);
     throw;
   }
 }
@@ -110,60 +111,76 @@ std::int64_t OdbcSession::Run(const Text& statement, bool countRows) {
 std::int64_t OdbcSession::RunComposed(const Text& statement, bool countRows) {
   const Text& text = Translated(statement);
   if (text.empty()) return 0;
-  return Cancellable([&] {
-    ChooseCommit(text);
-    return RunText(text, countRows, text);
-  });
+  ChooseCommit(text);
+  return Cancellable(statement_.get(), [&] { return RunText(text, countRows); });
 }
 
 void OdbcSession::Query(const Text& statement, RowStore& rows) {
   const Text& text = Translated(statement);
-  if (!text.empty()) Cancellable([&] { QueryText(text, rows); });
+  if (!text.empty()) Cancellable(statement_.get(), [&] { QueryText(text, rows); });
 }
 
 /// Nothing when the composed statement is to run: the shape is new, or the server refuses it or one of its values. What
 /// the composed statement then does or reports is what counts; one that is refused has done nothing.
 std::optional<std::int64_t> OdbcSession::RunShaped(const Text& statement, bool countRows) {
-  return Cancellable([&]() -> std::optional<std::int64_t> {
-    PreparedShape* const shape = ShapeToExecute();
-    if (shape == nullptr) return std::nullopt;
-    ChooseCommit(statement);
-    ExecutionForPostgreSql(shape->name(), shape_, execution_);
-    try {
-      shape->CountRun();
-      return RunText(execution_, countRows, statement);
-    } catch (const RuntimeError& failure) {
-      if (!IsRefusal(failure)) throw;
-      const bool isOfItsValues = failure.items().front().SqlState.starts_with("22");
-      if (!isOfItsValues) shape->SetRefused();
-      return std::nullopt;
-    }
-  });
+  PreparedShape* const shape = ShapeToExecute();
+  if (shape == nullptr) return std::nullopt;
+  ChooseCommit(statement);
+  PreparedStatement& prepared = *shape->statement();
+  for (std::size_t i = 0; i < shape_.values.size(); ++i) {
+    PreparedStatement::Parameter& parameter = prepared.parameters()[i];
+    parameter.isNull = !ParameterForPostgreSql(shape_.values[i], parameter.text);
+  }
+  try {
+    shape->CountRun();
+    return Cancellable(prepared.handle(), [&] { return Execute(prepared, countRows); });
+  } catch (const RuntimeError& failure) {
+    if (!IsRefusal(failure)) throw;
+    const bool isOfItsValues = StateOf(failure).starts_with("22");
+    if (!isOfItsValues) shape->SetRefused();
+    return std::nullopt;
+  }
 }
 
 /// Null when there is none yet that takes the values. A shape that is met for the second time is prepared.
 PreparedShape* OdbcSession::ShapeToExecute() {
   PreparedShape* const shape = shapes_.Find(shapeKey_);
   if (shape == nullptr || !shape->Takes(shape_)) return nullptr;
-  if (shape->isDue()) PrepareShape(*shape);
-  return shape->isRefused() ? nullptr : shape;
+  if (shape->isDue()) Cancellable(statement_.get(), [&] { PrepareShape(*shape); });
+  return shape->statement() == nullptr ? nullptr : shape;
 }
 
 void OdbcSession::PrepareShape(PreparedShape& shape) {
-  if (!shape.name().empty()) namesLeft_.push_back(shape.name());
-  const Text name = namePrefix_ + std::to_string(++namesGiven_);
+  Drop(shape);
+  shape.Forget();
+  if (!IsMeasured()) return shape.SetRefused();
+  void* const statement = AllocateStatement();
+  RequireStatement(calls_->Prepare(statement, ParametrizedForPostgreSql(shape_, ParameterMark::Question)), statement);
+  shape.SetPrepared(std::make_unique<PreparedStatement>(statement, shape_.values.size()));
+}
+
+/// The server is asked before the driver prepares anything, which it does when it first executes it.
+bool OdbcSession::IsMeasured() {
+  const Text name = "zenqay_shape";
+  RowStore types;
   try {
-    DeallocateLeft();
-    RunSetting(PreparationForPostgreSql(name, shape_));
-    shape.SetPrepared(name);
-    RowStore types;
-    QueryText("SELECT CAST(parameter_types AS text) FROM pg_prepared_statements WHERE name = '" + name + "'", types);
-    const bool isMeasured = types.Next() && AreMeasured(types.Field(0).Joined());
-    if (!isMeasured) shape.SetRefused();
+    QueryText("PREPARE " + name + " AS " + ParametrizedForPostgreSql(shape_, ParameterMark::Number) +
+                  ";SELECT CAST(parameter_types AS text) FROM pg_prepared_statements WHERE name = '" + name +
+                  "';DEALLOCATE " + name,
+              types);
   } catch (const RuntimeError& failure) {
     if (!IsRefusal(failure)) throw;
-    shape.SetRefused();
+    return false;
   }
+  return types.Next() && AreMeasured(types.Field(0).Joined());
+}
+
+/// A prepared statement is a single one, so there is no further result.
+std::int64_t OdbcSession::Execute(PreparedStatement& statement, bool countRows) {
+  const SQLRETURN result = statement.Execute();
+  RequireStatement(result, statement.handle());
+  const bool asksCount = countRows && result != SQL_NO_DATA;
+  return asksCount ? CountOf(statement.handle()) : 0;
 }
 
 /// The statement at hand has run as composed.
@@ -171,30 +188,28 @@ void OdbcSession::LearnShape() {
   if (PreparedShape* const known = shapes_.Find(shapeKey_)) return known->Learn(shape_);
   PreparedShape shape;
   shape.Learn(shape_);
-  const std::optional<PreparedShape> gone = shapes_.Add(shapeKey_, std::move(shape));
-  if (gone && !gone->name().empty()) namesLeft_.push_back(gone->name());
+  if (const std::optional<PreparedShape> gone = shapes_.Add(shapeKey_, std::move(shape))) Drop(*gone);
 }
 
-void OdbcSession::DeallocateLeft() {
-  for (; !namesLeft_.empty(); namesLeft_.pop_back()) RunSetting("DEALLOCATE " + namesLeft_.back());
+/// What is not dropped goes with the connection.
+void OdbcSession::Drop(const PreparedShape& shape) {
+  if (shape.statement() != nullptr) SQLFreeHandle(SQL_HANDLE_STMT, shape.statement()->handle());
 }
 
 /// True for what says nothing of the connection: the statement does not read, or one of its values does not. What is
 /// prepared is not known any more behind a pooler that changes the server's session; then nothing further is.
 bool OdbcSession::IsRefusal(const RuntimeError& failure) {
-  if (failure.items().empty()) return false;
-  const std::string_view state = failure.items().front().SqlState;
+  const std::string_view state = StateOf(failure);
   if (state.starts_with("26")) preparesShapes_ = false;
   return state.starts_with("26") || state.starts_with("42") || state.starts_with("22") || state.starts_with("0A");
 }
 
-/// `meant` is what the text comes to.
-std::int64_t OdbcSession::RunText(const Text& text, bool countRows, const Text& meant) {
+std::int64_t OdbcSession::RunText(const Text& text, bool countRows) {
   OpenStatement open(statement_.get());
   const SQLRETURN result = calls_->ExecDirect(statement_.get(), text);
   RequireStatement(result);
   const bool asksCount = countRows && result != SQL_NO_DATA;
-  const std::int64_t rows = asksCount ? TouchedRows(meant) : 0;
+  const std::int64_t rows = asksCount ? TouchedRows(text) : 0;
   while (NextResult(open)) {
   }
   return rows;
@@ -315,19 +330,23 @@ void OdbcSession::Connect(const Text& driverString, Access access, std::int16_t 
   diagnostics_->RequireConnected(calls_->DriverConnect(connection, driverString), connection);
 }
 
-/// Makes the one statement handle, and finds out what the database is.
-void OdbcSession::Prepare(std::int16_t timeLimit) {
-  SQLHANDLE statement = nullptr;
-  RequireConnection(SQLAllocHandle(SQL_HANDLE_STMT, connection_.get(), &statement));
-  statement_.reset(statement);
-  SQLSetStmtAttr(statement, SQL_ATTR_QUERY_TIMEOUT, NumberAttribute(timeLimit), 0);  // as with the limit above
-  if (interruption_) canceller_ = std::make_unique<StatementCanceller>(statement, interruption_);
+/// Makes the statement handle for all but shapes, and finds out what the database is.
+void OdbcSession::Prepare() {
+  statement_.reset(AllocateStatement());
+  if (interruption_) canceller_ = std::make_unique<StatementCanceller>(interruption_);
   dbms_ = Info(SQL_DBMS_NAME);
   isPostgreSql_ = EqualsIgnoringCase(dbms_, "PostgreSQL");
   switchesCatalogs_ = !isPostgreSql_ && Info(SQL_CATALOG_NAME) == "Y";
   // A server or a user can be set to read a backslash in a literal as an escape.
   if (isPostgreSql_) Run("SET standard_conforming_strings = on", false);
   preparesShapes_ = isPostgreSql_;
+}
+
+void* OdbcSession::AllocateStatement() {
+  SQLHANDLE statement = nullptr;
+  RequireConnection(SQLAllocHandle(SQL_HANDLE_STMT, connection_.get(), &statement));
+  SQLSetStmtAttr(statement, SQL_ATTR_QUERY_TIMEOUT, NumberAttribute(commandLimit_), 0);  // as with the limit above
+  return statement;
 }
 
 const Text& OdbcSession::Translated(const Text& statement) {
@@ -342,8 +361,10 @@ void OdbcSession::ChooseCommit(const Text& statement) {
   const bool waits = !ChangesCopiedRows(statement);
   if (waits == waits_) return;
   const Text setting = waits ? "DEFAULT" : "off";
-  OpenStatement open(statement_.get());
-  RequireStatement(calls_->ExecDirect(statement_.get(), "SET synchronous_commit TO " + setting));
+  Cancellable(statement_.get(), [&] {
+    OpenStatement open(statement_.get());
+    RequireStatement(calls_->ExecDirect(statement_.get(), "SET synchronous_commit TO " + setting));
+  });
   waits_ = waits;
 }
 
@@ -357,8 +378,8 @@ void OdbcSession::RequireConnection(std::int16_t result) {
   diagnostics_->Require(result, SQL_HANDLE_DBC, connection_.get());
 }
 
-void OdbcSession::RequireStatement(std::int16_t result) {
-  diagnostics_->Require(result, SQL_HANDLE_STMT, statement_.get());
+void OdbcSession::RequireStatement(std::int16_t result, void* statement) {
+  diagnostics_->Require(result, SQL_HANDLE_STMT, statement);
 }
 
 bool OdbcSession::HasColumns() {
@@ -370,10 +391,15 @@ bool OdbcSession::HasColumns() {
 /// A query's count is that of its rows, and a statement of another kind has -1; neither touched any. A statement that
 /// tells by its verb saves the call: a job sends hardly another one.
 std::int64_t OdbcSession::TouchedRows(const Text& statement) {
-  SQLLEN rows = 0;
-  RequireStatement(SQLRowCount(statement_.get(), &rows));
-  if (rows <= 0) return 0;
+  const std::int64_t rows = CountOf(statement_.get());
+  if (rows == 0) return 0;
   return ChangesRows(statement) || !HasColumns() ? rows : 0;
+}
+
+std::int64_t OdbcSession::CountOf(void* statement) {
+  SQLLEN rows = 0;
+  RequireStatement(SQLRowCount(statement, &rows), statement);
+  return std::max<std::int64_t>(rows, 0);
 }
 
 bool OdbcSession::NextResult(OpenStatement& open) {

@@ -70,16 +70,18 @@ class OdbcSession final : public EngineSession {
   class OpenStatement;
 
   template <typename Work>
-  auto Cancellable(Work work);
+  auto Cancellable(void* statement, Work work);
   std::int64_t RunComposed(const Text& statement, bool countRows);
   std::optional<std::int64_t> RunShaped(const Text& statement, bool countRows);
   PreparedShape* ShapeToExecute();
   void PrepareShape(PreparedShape& shape);
+  bool IsMeasured();
+  std::int64_t Execute(PreparedStatement& statement, bool countRows);
   void LearnShape();
-  void DeallocateLeft();
+  static void Drop(const PreparedShape& shape);
   bool IsRefusal(const RuntimeError& failure);
-  std::int64_t RunText(const Text& text, bool countRows, const Text& meant);
-  void RunSetting(const Text& text) { RunText(text, false, text); }
+  std::int64_t RunText(const Text& text, bool countRows);
+  void RunSetting(const Text& text) { RunText(text, false); }
   void QueryText(const Text& text, RowStore& rows);
   SessionLock LockOf(const Text& name) const;
   std::int32_t AnswerTo(const Text& query);
@@ -87,17 +89,21 @@ class OdbcSession final : public EngineSession {
   void Prove(const SessionLock& lock, const Text& name);
   void OpenEnvironment();
   void Connect(const Text& driverString, Access access, std::int16_t timeLimit);
-  void Prepare(std::int16_t timeLimit);
+  void Prepare();
+  void* AllocateStatement();
   const Text& Translated(const Text& statement);
   void ChooseCommit(const Text& statement);
   Text Info(std::uint16_t what);
   void RequireConnection(std::int16_t result);
-  void RequireStatement(std::int16_t result);
+  void RequireStatement(std::int16_t result, void* statement);
+  void RequireStatement(std::int16_t result) { RequireStatement(result, statement_.get()); }
   bool HasColumns();
   std::int64_t TouchedRows(const Text& statement);
+  std::int64_t CountOf(void* statement);
   bool NextResult(OpenStatement& open);
 
   Text connectionString_;
+  std::int16_t commandLimit_;
   std::shared_ptr<Interruption> interruption_;
   std::unique_ptr<OdbcCalls> calls_;
   std::unique_ptr<Diagnostics> diagnostics_;
@@ -111,14 +117,10 @@ class OdbcSession final : public EngineSession {
   bool waitsForRows_;
   bool waits_ = true;  // as it is on the server now
   bool preparesShapes_ = false;
-  Text namePrefix_;  // of what is prepared, like no other session's
-  int namesGiven_ = 0;
   StatementCache<PreparedShape> shapes_;
-  std::vector<Text> namesLeft_;  // what the server still holds of shapes that are gone
-  Text translated_;              // this and what follows is kept for its memory
-  StatementShape shape_;         // of the statement at hand
-  Text shapeKey_;                // its text and the types of its values
-  Text execution_;
+  Text translated_;       // this and what follows is kept for its memory
+  StatementShape shape_;  // of the statement at hand
+  Text shapeKey_;         // its text and the types of its values
   Text defaultDatabase_;
 };
 

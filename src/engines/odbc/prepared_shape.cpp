@@ -47,8 +47,8 @@ bool PreparedShape::Takes(const StatementShape& shape) const {
   return true;
 }
 
-void PreparedShape::SetPrepared(Text name) {
-  name_ = std::move(name);
+void PreparedShape::SetPrepared(std::unique_ptr<PreparedStatement> statement) {
+  statement_ = std::move(statement);
   dueAt_ = std::max(kFewRuns, runs_ * 2);
 }
 

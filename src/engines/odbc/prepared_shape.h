@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "engines/dialect/statement_shape.h"
+#include "engines/odbc/prepared_statement.h"
 
 namespace zenqay {
 
@@ -25,15 +27,15 @@ class PreparedShape {
   /// for good, so it is made again each time that the number of runs has doubled.
   bool isDue() const { return runs_ >= dueAt_; }
 
-  void SetPrepared(Text name);
+  void SetPrepared(std::unique_ptr<PreparedStatement> statement);
+  void Forget() { statement_.reset(); }  // what is prepared
   void SetRefused() { isRefused_ = true; }
   void CountRun() { ++runs_; }
 
-  const Text& name() const { return name_; }  // on the server; empty while nothing is prepared
-  bool isRefused() const { return isRefused_; }
+  PreparedStatement* statement() const { return statement_.get(); }  // null while nothing is prepared
 
  private:
-  Text name_;
+  std::unique_ptr<PreparedStatement> statement_;
   bool isRefused_ = false;
   std::int64_t runs_ = 0;
   std::int64_t dueAt_ = 0;

@@ -15,8 +15,8 @@ constexpr std::chrono::seconds kPatience{10};
 
 }  // namespace
 
-StatementCanceller::StatementCanceller(void* statement, std::shared_ptr<Interruption> interruption)
-    : statement_(statement), interruption_(std::move(interruption)), thread_([this] { Watch(); }) {}
+StatementCanceller::StatementCanceller(std::shared_ptr<Interruption> interruption)
+    : interruption_(std::move(interruption)), thread_([this] { Watch(); }) {}
 
 StatementCanceller::~StatementCanceller() {
   {
@@ -32,9 +32,9 @@ bool StatementCanceller::hasCancelled() {
   return hasCancelled_;
 }
 
-void StatementCanceller::SetRunning(bool runs) {
+void StatementCanceller::SetRunning(void* statement) {
   const std::lock_guard lock(mutex_);
-  runs_ = runs;
+  running_ = statement;
   hasCancelled_ = false;
 }
 
@@ -48,9 +48,9 @@ void StatementCanceller::Watch() {
     }
     const Clock::time_point now = Clock::now();
     if (!since) since = now;
-    if (!runs_ || now - *since < kPatience) continue;
+    if (running_ == nullptr || now - *since < kPatience) continue;
     hasCancelled_ = true;
-    SQLCancel(statement_);
+    SQLCancel(running_);
   }
 }
 

@@ -10,22 +10,24 @@
 
 namespace zenqay {
 
-/// Looks from a thread of its own whether the one statement of a session runs although its pass is to be broken off,
-/// and cancels it ten seconds after it has seen so: most statements end by themselves in that time.
+/// Looks from a thread of its own whether a statement of a session runs although its pass is to be broken off, and
+/// cancels it ten seconds after it has seen so: most statements end by themselves in that time.
 class StatementCanceller {
  public:
-  StatementCanceller(void* statement, std::shared_ptr<Interruption> interruption);
+  explicit StatementCanceller(std::shared_ptr<Interruption> interruption);
   StatementCanceller(const StatementCanceller&) = delete;
   StatementCanceller& operator=(const StatementCanceller&) = delete;
   ~StatementCanceller();
 
-  /// A statement that runs.
+  /// A statement that runs. A session runs one at a time.
   class Running {
    public:
-    explicit Running(StatementCanceller& canceller) : canceller_(canceller) { canceller_.SetRunning(true); }
+    Running(StatementCanceller& canceller, void* statement) : canceller_(canceller) {
+      canceller_.SetRunning(statement);
+    }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
-    ~Running() { canceller_.SetRunning(false); }
+    ~Running() { canceller_.SetRunning(nullptr); }
 
    private:
     StatementCanceller& canceller_;
@@ -35,15 +37,14 @@ class StatementCanceller {
   bool hasCancelled();
 
  private:
-  void SetRunning(bool runs);
+  void SetRunning(void* statement);
   void Watch();
 
-  void* statement_;
   std::shared_ptr<Interruption> interruption_;
   std::mutex mutex_;  // of what follows, and held while a statement is cancelled: it does not end meanwhile
   std::condition_variable ending_;
   bool ends_ = false;
-  bool runs_ = false;
+  void* running_ = nullptr;
   bool hasCancelled_ = false;
   std::thread thread_;
 };

@@ -85,6 +85,13 @@ bool IsDeclaredAsDate(sqlite3_stmt* statement, int column) {
   return type.find("date") != Text::npos || type.find("time") != Text::npos;
 }
 
+/// SQLite's rule, in which INT wins over all others.
+bool IsDeclaredAsText(const char* declared) {
+  const Text type = LowerCased(declared);
+  const auto has = [&](const char* part) { return type.find(part) != Text::npos; };
+  return !has("int") && (has("char") || has("clob") || has("text"));
+}
+
 void AddInteger(RowStore& rows, std::int64_t value) {
   const auto narrow = static_cast<std::int32_t>(value);
   if (narrow == value) {
@@ -205,42 +212,89 @@ std::int64_t SqliteSession::RunComposed(const Text& statement, bool countRows) {
 /// Runs the statement at hand by its shape. Nothing when SQLite does not read the shape, as it now finds the tables:
 /// the composed statement is run then, and what it does or reports is what counts.
 std::optional<std::int64_t> SqliteSession::RunShaped(bool countRows) {
-  sqlite3_stmt* prepared = PreparedShape();
-  if (prepared == nullptr) return std::nullopt;
+  const Prepared* found = PreparedShape();
+  if (found == nullptr) return std::nullopt;
+  const bool repeatsKeys = RepeatsKeys(*found);
+  sqlite3_stmt* prepared = repeatsKeys ? found->withoutKeys.get() : found->whole.get();
   {
     const std::unique_ptr<sqlite3_stmt, Reset> running(prepared);
-    if (!BindValues(prepared)) return std::nullopt;
+    if (!BindValues(prepared, repeatsKeys ? found->keys : std::span<const RepeatedKeys::Key>())) return std::nullopt;
     const std::int64_t before = sqlite3_total_changes64(database_.get());
     int code = SQLITE_ROW;
     while (code == SQLITE_ROW) code = Untiring([&] { return sqlite3_step(prepared); });
     if (code == SQLITE_DONE) return countRows ? ChangesSince(before) : 0;
-    const bool isUnread = (code & 0xFF) == SQLITE_ERROR || (code & 0xFF) == SQLITE_SCHEMA;
-    if (!isUnread) RaiseFailure(database_.get());
+    const int reason = sqlite3_reset(prepared) & 0xFF;
+    if (reason != SQLITE_ERROR && reason != SQLITE_SCHEMA) RaiseFailure(database_.get());
   }
   prepared_.Drop(shape_.text);
   return std::nullopt;
 }
 
 /// Null when SQLite does not read the shape, or reads it in another way than it is meant.
-sqlite3_stmt* SqliteSession::PreparedShape() {
-  if (const Statement* found = prepared_.Find(shape_.text)) return found->get();
+const SqliteSession::Prepared* SqliteSession::PreparedShape() {
+  if (const Prepared* found = prepared_.Find(shape_.text)) return found;
   sqlite3_stmt* made = nullptr;
   const char* rest = nullptr;
   sqlite3_prepare_v3(database_.get(), shape_.text.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &made, &rest);
-  Statement prepared(made);
-  const bool isWhole = prepared && *rest == '\0';
+  Prepared prepared{.whole = Statement(made)};
+  const bool isWhole = made != nullptr && *rest == '\0';
   if (!isWhole || sqlite3_bind_parameter_count(made) != static_cast<int>(shape_.values.size())) return nullptr;
+  PrepareWithoutKeys(prepared);
   prepared_.Add(shape_.text, std::move(prepared));
-  return made;
+  return prepared_.Find(shape_.text);
 }
 
-bool SqliteSession::BindValues(sqlite3_stmt* prepared) {
+/// By SQLite's older call, whose statements never go over to another schema by themselves, in which the keys might
+/// have to be set.
+void SqliteSession::PrepareWithoutKeys(Prepared& prepared) {
+  std::optional<RepeatedKeys> repeated = FindRepeatedKeys(shape_.text);
+  if (!repeated || !MayKeepKeys(*repeated)) return;
+  sqlite3_stmt* made = nullptr;
+  sqlite3_prepare(database_.get(), repeated->without.c_str(), -1, &made, nullptr);
+  prepared.withoutKeys.reset(made);
+  prepared.keys = std::move(repeated->keys);
+}
+
+/// Whether setting a key to the text that it is equal to does nothing: in an ordinary table that nothing watches, where
+/// equal texts are the same texts.
+bool SqliteSession::MayKeepKeys(const RepeatedKeys& repeated) {
+  RowStore tables;
+  Query("SELECT 1 FROM main.sqlite_master WHERE type = 'table' AND name = '" + repeated.table + "' COLLATE NOCASE " +
+            "AND rootpage > 0 AND instr(lower(sql), 'check') = 0 AND NOT EXISTS (SELECT 1 FROM temp.sqlite_master) " +
+            "AND NOT EXISTS (SELECT 1 FROM main.sqlite_master WHERE type = 'trigger' AND tbl_name = '" +
+            repeated.table + "' COLLATE NOCASE)",
+        tables);
+  if (!tables.Next()) return false;
+  return std::all_of(repeated.keys.begin(), repeated.keys.end(), [&](const RepeatedKeys::Key& key) {
+    const char* type = nullptr;
+    const char* collation = nullptr;
+    sqlite3_table_column_metadata(database_.get(), "main", repeated.table.c_str(), key.column.c_str(), &type,
+                                  &collation, nullptr, nullptr, nullptr);
+    return type != nullptr && IsDeclaredAsText(type) && collation == std::string_view("BINARY");
+  });
+}
+
+bool SqliteSession::RepeatsKeys(const Prepared& prepared) const {
+  return prepared.withoutKeys && std::all_of(prepared.keys.begin(), prepared.keys.end(), [&](const auto& key) {
+           const StatementValue& set = shape_.values[key.set];
+           const StatementValue& compared = shape_.values[key.compared];
+           const bool areTexts = set.kind == StatementValue::Kind::Literal && compared.kind == set.kind;
+           return areTexts && set.text == compared.text;
+         });
+}
+
+/// Binds the values of the statement at hand, without those to which the keys that are left out are set.
+bool SqliteSession::BindValues(sqlite3_stmt* prepared, std::span<const RepeatedKeys::Key> leftOut) {
   if (boundTexts_.size() < shape_.values.size()) boundTexts_.resize(shape_.values.size());
-  bool isBound = true;
-  for (std::size_t i = 0; i < shape_.values.size() && isBound; ++i) {
-    isBound = BindValue(prepared, static_cast<int>(i + 1), shape_.values[i], boundTexts_[i]) == SQLITE_OK;
+  int index = 0;
+  for (std::size_t i = 0; i < shape_.values.size(); ++i) {
+    if (!leftOut.empty() && leftOut.front().set == i) {
+      leftOut = leftOut.subspan(1);
+    } else if (BindValue(prepared, ++index, shape_.values[i], boundTexts_[i]) != SQLITE_OK) {
+      return false;
+    }
   }
-  return isBound;
+  return true;
 }
 
 void SqliteSession::Query(const Text& statement, RowStore& rows) {

@@ -3,10 +3,12 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 
 #include "contracts/interruption.h"
 #include "engines/dialect/statement_shape.h"
 #include "engines/engine.h"
+#include "engines/sqlite/repeated_keys.h"
 #include "engines/statement_cache.h"
 #include "system/file_lock.h"
 
@@ -55,6 +57,12 @@ class SqliteSession final : public EngineSession {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
+  struct Prepared {
+    Statement whole;
+    Statement withoutKeys;  // null where the keys have to be set
+    std::vector<RepeatedKeys::Key> keys;
+  };
+
   Text LockPath() const;
   static int OnCommit(void* session, sqlite3* database, const char* name, int logPages);
   void OpenFile(const Text& dataSource, const char* name, int flags);
@@ -64,8 +72,11 @@ class SqliteSession final : public EngineSession {
   int Untiring(Attempt attempt);
   std::int64_t RunComposed(const Text& statement, bool countRows);
   std::optional<std::int64_t> RunShaped(bool countRows);
-  sqlite3_stmt* PreparedShape();
-  bool BindValues(sqlite3_stmt* prepared);
+  const Prepared* PreparedShape();
+  void PrepareWithoutKeys(Prepared& prepared);
+  bool MayKeepKeys(const RepeatedKeys& repeated);
+  bool RepeatsKeys(const Prepared& prepared) const;
+  bool BindValues(sqlite3_stmt* prepared, std::span<const RepeatedKeys::Key> leftOut);
   std::int64_t ChangesSince(std::int64_t before) const;
   Statement Prepare(const char*& rest);
   bool Step(sqlite3_stmt* prepared);
@@ -76,7 +87,7 @@ class SqliteSession final : public EngineSession {
   Text path_;
   std::optional<FileLock> locks_;
   std::unique_ptr<sqlite3, CloseDatabase> database_;
-  StatementCache<Statement> prepared_;
+  StatementCache<Prepared> prepared_;
   Text translated_;               // this and what follows is kept for its memory
   StatementShape shape_;          // of the statement at hand
   std::vector<Text> boundTexts_;  // those of its values that are not in the statement as they are bound

@@ -167,9 +167,9 @@ ChildProcess::ChildProcess(const ChildStart& start) {
   std::vector<Text> environmentTexts = EnvironmentOf(start);
   std::vector<char*> arguments = Pointers(argumentTexts);
   std::vector<char*> environment = Pointers(environmentTexts);
-  const Prepared prepared = {start.program.c_str(), arguments.data(),   environment.data(),
-                             input.number(),        output.number(),    errorsEnd.number(),
-                             channelEnd.number(),   reportEnd.number(), ::getpid()};
+  const int outputEnd = start.listensToOutput ? channelEnd.number() : output.number();
+  const Prepared prepared = {start.program.c_str(), arguments.data(),    environment.data(), input.number(), outputEnd,
+                             errorsEnd.number(),    channelEnd.number(), reportEnd.number(), ::getpid()};
   pid_ = ::fork();
   if (pid_ < 0) RaiseNoRoom();
   if (pid_ == 0) RunChild(prepared);
@@ -225,6 +225,38 @@ void ChildProcess::Read(int& descriptor, Text& into) {
       return;
     }
   }
+}
+
+ProgramRun RunProgram(ChildStart start, std::chrono::milliseconds atMost) {
+  using Clock = std::chrono::steady_clock;
+  start.listensToOutput = true;
+  const auto until = Clock::now() + atMost;
+  ChildProcess process(start);
+  ProgramRun run;
+  while (!process.Ended() || process.channel() >= 0 || process.errors() >= 0) {
+    constexpr std::chrono::milliseconds kLook(10);  // an end is not heard where the streams are closed
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now());
+    if (left.count() <= 0) {
+      run.isOutOfTime = true;
+      process.Kill();
+      break;
+    }
+    const bool isSilent = process.channel() < 0 && process.errors() < 0;
+    WaitForInput({process.channel(), process.errors()},
+                 static_cast<int>((isSilent ? std::min(kLook, left) : left).count()));
+    process.ReadChannel(run.output);
+    process.ReadErrors(run.errors);
+  }
+  if (!run.isOutOfTime) run.end = *process.Ended();
+  return run;
+}
+
+Text FindProgram(const Text& name, const Text& path) {
+  for (const std::string_view directory : Split(path, ":")) {
+    const Text found = Text(directory) + "/" + name;
+    if (!directory.empty() && ::access(found.c_str(), X_OK) == 0) return found;
+  }
+  return "";
 }
 
 CopyRun RunInCopy(const std::function<int(int output)>& deed) {

@@ -43,6 +43,7 @@ Text ProgramDirectory() {
 }
 
 void MakePrivateFile(const Text& path) {
+  if (::access(path.c_str(), F_OK) == 0) return;
   const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
   if (descriptor < 0) throw RuntimeError(FileFault(errno), path);
   ::close(descriptor);

@@ -45,14 +45,19 @@ void RemoveLeftBehind(const fs::path& parent) {
 
 }  // namespace
 
+Text MakeLastingDirectory(const Text& path) {
+  Text made = path + "XXXXXX";
+  if (::mkdtemp(made.data()) == nullptr) throw RuntimeError(FileFault(errno), made);
+  return made;
+}
+
 PrivateDirectory::PrivateDirectory() {
   const fs::path parent = fs::temp_directory_path();
   RemoveLeftBehind(parent);
   // Another process, on its way through what is left behind, may be first with the lock. Where directories cannot be
   // locked nobody removes any.
   for (int attempt = 0; attempt < kAttempts && descriptor_ < 0; ++attempt) {
-    path_ = (parent / kPrefix).string() + "XXXXXX";
-    if (::mkdtemp(path_.data()) == nullptr) throw RuntimeError(FileFault(errno), path_);
+    path_ = MakeLastingDirectory((parent / kPrefix).string());
     descriptor_ = OpenLocked(path_);
   }
 }

@@ -21,7 +21,8 @@ Text BootId() {
   return id;
 }
 
-/// The 22nd field of /proc/PID/stat. The second, the program's name, may hold blanks and parentheses.
+/// The 22nd field of /proc/PID/stat; nothing for a process that has ended, although nobody has asked for its end yet.
+/// The second field, the program's name, may hold blanks and parentheses, the third says whether it has ended.
 Text StartOf(int pid) {
   std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
   Text line;
@@ -30,8 +31,10 @@ Text StartOf(int pid) {
   if (nameEnd == Text::npos) return "";
   std::istringstream fields(line.substr(nameEnd + 1));
   Text field;
-  constexpr int kFieldsFromStateToStart = 20;
-  for (int position = 0; position < kFieldsFromStateToStart; ++position) fields >> field;
+  fields >> field;
+  if (field == "Z" || field == "X") return "";
+  constexpr int kFieldsBehindStateToStart = 19;
+  for (int position = 0; position < kFieldsBehindStateToStart; ++position) fields >> field;
   return field;
 }
 

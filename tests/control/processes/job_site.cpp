@@ -4,22 +4,18 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <iterator>
 #include <ostream>
 #include <set>
 #include <sstream>
 #include <stdexcept>
 
+#include "doubles/file_content.h"
+
 namespace zenqay {
 namespace {
 
 namespace fs = std::filesystem;
-
-Text ContentOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 Text WithoutPassword(const Text& connectionString) {
   return connectionString.substr(0, connectionString.find(";Pwd="));

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <iterator>
 
+#include "doubles/file_content.h"
 #include "job_site.h"
 
 namespace zenqay {
@@ -14,11 +14,6 @@ namespace fs = std::filesystem;
 
 const Text kLocationsFile = "Kv40QTMtssmaLocations.csv";
 const Text kLocations = "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\nA1,North,C7\n";
-
-Text ContentOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// The files below a directory that hold the text, but for the one where it belongs.
 std::vector<Text> FilesWith(const Text& text, const fs::path& directory) {

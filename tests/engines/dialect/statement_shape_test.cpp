@@ -107,23 +107,40 @@ TEST(TakeShape, LeavesWholeWhatMayNotSayTheSameInTwoParts) {
   }
 }
 
-TEST(PreparationForPostgreSql, DeclaresEachValueAsThePlainStatementHasIt) {
+TEST(ParametrizedForPostgreSql, GivesEachValueTheTypeThatThePlainStatementHasForIt) {
   StatementShape shape;
   ASSERT_TRUE(
       TakeShape("UPDATE T SET A = N'it''s', B = NULL, C = 2147483647, D=-2147483648, E = {d '2004-01-31'}"
                 "WHERE F = CONVERT(DATETIME,'2004-01-31 10:11:12',120)",
                 shape));
   Text letters;
-  Text execution = "left from the statement before";
 
   AppendPostgreSqlTypes(shape, letters);
-  ExecutionForPostgreSql("z1", shape, execution);
 
   EXPECT_EQ(letters, "uuibdt");
-  EXPECT_EQ(PreparationForPostgreSql("z1", shape),
-            "PREPARE z1 (unknown,unknown,integer,bigint,date,timestamp) AS UPDATE T SET A = $1, B = $2, C = $3, D=-$4, "
-            "E = $5 WHERE F = $6");
-  EXPECT_EQ(execution, "EXECUTE z1('it''s',NULL,2147483647,2147483648,'2004-01-31','2004-01-31 10:11:12')");
+  EXPECT_EQ(ParametrizedForPostgreSql(shape, ParameterMark::Number),
+            "UPDATE T SET A = $1, B = $2, C = CAST($3 AS integer), D=-CAST($4 AS bigint), E = CAST($5 AS date) "
+            "WHERE F = CAST($6 AS timestamp)");
+  EXPECT_EQ(ParametrizedForPostgreSql(shape, ParameterMark::Question),
+            "UPDATE T SET A = ?, B = ?, C = CAST(? AS integer), D=-CAST(? AS bigint), E = CAST(? AS date) "
+            "WHERE F = CAST(? AS timestamp)");
+}
+
+TEST(ParameterForPostgreSql, IsWhatThePlainStatementMeansByTheValue) {
+  StatementShape shape;
+  ASSERT_TRUE(
+      TakeShape("UPDATE T SET A = N'it''s', B = NULL, C = 2147483647, D=-2147483648, E = {d '2004-01-31'}, G = '''', "
+                "H = '', I = '''''a\\''' WHERE F = CONVERT(DATETIME,'2004-01-31 10:11:12',120)",
+                shape));
+  Text parameters;
+
+  for (const StatementValue& value : shape.values) {
+    Text parameter = "left from the statement before";
+    const bool isValue = ParameterForPostgreSql(value, parameter);
+    parameters += (isValue ? parameter : "null " + parameter) + "|";
+  }
+
+  EXPECT_EQ(parameters, "it's|null |2147483647|2147483648|2004-01-31|'||''a\\'|2004-01-31 10:11:12|");
 }
 
 }  // namespace

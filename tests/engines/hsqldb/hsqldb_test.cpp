@@ -4,7 +4,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -12,6 +11,7 @@
 #include <set>
 #include <sstream>
 
+#include "doubles/file_content.h"
 #include "e2e/program_fixture.h"
 
 namespace zenqay {
@@ -55,16 +55,11 @@ struct Sent {
   std::optional<std::int64_t> rows;
 };
 
-std::string ReadText(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void TakeExports(const ProgramHome& home, const char* state) {
   const std::regex moment("@NOW@");
   const std::string now = UtcMoment(0, 'T') + "Z";
   for (const fs::directory_entry& file : fs::directory_iterator(kShare / "demo" / state)) {
-    const std::string content = std::regex_replace(ReadText(file.path()), moment, now);
+    const std::string content = std::regex_replace(ContentOf(file.path()), moment, now);
     home.WriteExport(file.path().filename().string(), content);
   }
 }

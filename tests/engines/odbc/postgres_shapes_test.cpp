@@ -1,4 +1,5 @@
 // Statements that a session on PostgreSQL runs by their shapes do what they do as composed.
+#include "doubles/file_content.h"
 #include "doubles/postgres_server.h"
 #include "engines/demo_jobs.h"
 #include "engines/generated_statements.h"
@@ -247,7 +248,7 @@ TEST_F(PostgresShapes, GiveGeneratedStatementsBothWaysTheSameCountsErrorsAndByte
 TEST_F(PostgresShapes, GiveEveryStatementOfTheDemosJobsBothWaysTheSameCountsAndBytes) {
   const DemoJobs jobs;
   const Text schema = ZENQAY_SHARE "/schema/";
-  const Text script = DemoJobs::ContentOf(schema + "postgresql.sql") + DemoJobs::ContentOf(schema + "control-rows.sql");
+  const Text script = ContentOf(schema + "postgresql.sql") + ContentOf(schema + "control-rows.sql");
   Twins twins(StringOf("shaped", script), StringOf("composed", script));
   const std::shared_ptr<TwinConnection> connection = twins.Opened();
   for (const int generation : {1, 3, 8}) {

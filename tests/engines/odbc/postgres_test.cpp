@@ -5,10 +5,10 @@
 
 #include <chrono>
 #include <csignal>
-#include <fstream>
 #include <set>
 #include <thread>
 
+#include "doubles/file_content.h"
 #include "doubles/outcome.h"
 #include "doubles/postgres_server.h"
 #include "doubles/temp_directory.h"
@@ -191,10 +191,7 @@ TEST_F(PostgresTest, TakesEveryTableAsTheEmbeddedDatabaseDoes) {
       sqlite->PutConnectionString(embedded);
       sqlite->Open();
       const Text schema = ZENQAY_SHARE "/schema/";
-      for (const char* script : {"sqlite.sql", "control-rows.sql"}) {
-        std::ifstream stream(schema + script);
-        sqlite->Execute(Text{std::istreambuf_iterator<char>(stream), {}});
-      }
+      for (const char* script : {"sqlite.sql", "control-rows.sql"}) sqlite->Execute(ContentOf(schema + script));
       server_.PsqlFiles(database_, {schema + "postgresql.sql", schema + "control-rows.sql"});
 
       demo_.CopyExports("erp");
@@ -438,6 +435,25 @@ TEST_F(PostgresTest, TakesALockBehindAPoolerOfSessions) {
   EXPECT_TRUE(session->TakeLock("SITE"));
 }
 
+TEST_F(PostgresTest, RunsStatementsOfOneShapeBehindAPoolerOfTransactions) {
+  server_.Psql(database_, "INSERT INTO site VALUES ('A1', 'Old', 'C1', 0), ('A2', 'Old', 'C2', 0)");
+  const Pooler pooler(server_, "transaction");
+  const std::unique_ptr<OdbcSession> session = pooler.Connect(ConnectionString(), server_);
+  const std::unique_ptr<OdbcSession> other = pooler.Connect(ConnectionString(), server_);
+  const auto update = [](OdbcSession& by, const Text& flag) {
+    return by.Run("UPDATE site SET upd_flag = " + flag + " WHERE site =N'A1'", true);
+  };
+  for (const char* flag : {"1", "2", "3"}) EXPECT_EQ(update(*session, flag), 1);
+
+  other->Run("BEGIN", false);  // on the session of the server where the shape is prepared
+  EXPECT_EQ(update(*session, "4"), 1);
+  other->Run("COMMIT", false);
+  for (const char* flag : {"5", "6", "7"}) EXPECT_EQ(update(*other, flag), 1);
+  EXPECT_EQ(update(*session, "8"), 1);
+
+  EXPECT_EQ(Rows("SELECT site, upd_flag FROM site ORDER BY site"), "A1|8\nA2|0\n");
+}
+
 /// Asked from the start.
 class AskedToStop : public Interruption {
  public:
@@ -453,6 +469,25 @@ TEST_F(PostgresTest, CancelsAStatementThatGoesOnAfterTheJobHasBeenAskedToStop) {
 
   interruption->Forbid();
   EXPECT_EQ(session.Run("INSERT INTO site VALUES ('A1', 'Old', 'C1', 1)", true), 1);
+}
+
+TEST_F(PostgresTest, CancelsAStatementOfAShapeThatGoesOnAfterTheJobHasBeenAskedToStop) {
+  const auto interruption = std::make_shared<AskedToStop>();
+  OdbcSession session(ConnectionString(), {.interruption = interruption});
+  OdbcSession other(ConnectionString());
+  const auto update = [&](const Text& flag) { return session.Run("UPDATE site SET upd_flag = " + flag, true); };
+  session.Run("INSERT INTO site VALUES ('A1', 'Old', 'C1', 0)", true);
+  for (const char* flag : {"1", "2", "3"}) EXPECT_EQ(update(flag), 1);
+  other.Run("BEGIN", false);
+  other.Run("UPDATE site SET customer = 'C9'", false);
+
+  interruption->Allow();
+  EXPECT_EQ(Raised([&] { update("4"); }), "18 ZenqayDBSync: User interrupt occurred");
+  interruption->Forbid();
+
+  other.Run("COMMIT", false);
+  EXPECT_EQ(update("5"), 1);
+  EXPECT_EQ(Rows("SELECT site, customer, upd_flag FROM site"), "A1|C9|5\n");
 }
 
 TEST_F(PostgresTest, WaitsForARowThatAnotherSessionHolds) {
@@ -488,6 +523,34 @@ TEST_F(PostgresTest, LetsTwoProcessesWorkAtOnce) {
   EXPECT_EQ(ExitOf(second), 0);
   EXPECT_EQ(Rows("SELECT description, upd_flag, count(*) FROM site GROUP BY 1, 2"), "Site|0|300\n");
   EXPECT_EQ(Rows("SELECT in_use FROM tstables WHERE tablename = 'SITE'"), "0\n");
+}
+
+TEST_F(PostgresTest, NumbersALostConnectionAlikeByAShapeAndAsComposed) {
+  server_.Psql(database_, "INSERT INTO site VALUES ('A1', 'Old', 'C1', 0)");
+  OdbcSession shaped(ConnectionString());
+  OdbcSession composed(ConnectionString());
+  const auto update = [](OdbcSession& session, const Text& front) {
+    return session.Run(front + "UPDATE site SET upd_flag = 1 WHERE site =N'A1'", true);
+  };
+  const Text whole = "/**/";  // a comment is not taken apart
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(update(shaped, "") + update(composed, whole), 2);
+
+  Rows("SELECT pg_terminate_backend(pid, 60000) FROM pg_stat_activity WHERE datname = '" + database_ +
+       "' AND pid <> pg_backend_pid()");
+
+  const Text lost = "-2147467259 PostgreSQL Unicode: FATAL: ";
+  EXPECT_EQ(Raised([&] { update(composed, whole); }),
+            lost + "terminating connection due to administrator command; The connection has been lost");
+  EXPECT_EQ(Raised([&] { update(shaped, ""); }),
+            lost +
+                " terminating connection due to administrator command server closed the connection unexpectedly "
+                "\tThis probably means the server terminated abnormally \tbefore or while processing the request. ; "
+                "The connection has been lost");
+  for (int i = 0; i < 2; ++i) {
+    const Text further = "-2147467259 PostgreSQL Unicode: SQLExecDirectW unable due to the connection lost";
+    EXPECT_EQ(Raised([&] { update(composed, whole); }), further);
+    EXPECT_EQ(Raised([&] { update(shaped, ""); }), further);
+  }
 }
 
 /// A test that loses its server has one of its own.

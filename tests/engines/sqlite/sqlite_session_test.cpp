@@ -280,7 +280,7 @@ TEST(SqliteSessionRun, ReportsWhatSqliteReports) {
       {"ATTACH '/' AS OTHER", -2147467259, "unable to open database: /"},
   };
   for (const auto& [statement, number, description] : cases) {
-    const ProviderError failure = FailureOf([&] { session.Run(statement, true); });
+    const ProviderError failure = FailureOf([&, &text = statement] { session.Run(text, true); });
 
     EXPECT_EQ(failure.Number, number) << statement;
     EXPECT_EQ(failure.Description, description) << statement;
@@ -305,6 +305,84 @@ TEST(SqliteSessionRun, FollowsASchemaThatChangesBetweenStatementsOfOneShape) {
   EXPECT_EQ(Rows(session, "SELECT SITE, upd_flag FROM SITES"), "A1|4;A2|2;");
 }
 
+/// The pages that a statement adds to the log.
+std::uintmax_t PagesOf(EngineSession& session, const SqliteFile& file, const Text& statement) {
+  constexpr std::uintmax_t kFrame = 4096 + 24;
+  const std::uintmax_t before = std::filesystem::file_size(file.path + "-wal");
+  session.Run(statement, false);
+  return (std::filesystem::file_size(file.path + "-wal") - before) / kFrame;
+}
+
+TEST(SqliteSessionRun, WritesTheIndexOfAKeyOnlyWhereTheKeyChanges) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  session.Run("UPDATE SITES SET upd_flag = 1", false);  // now there is a log
+
+  EXPECT_EQ(PagesOf(session, file, "UPDATE SITES SET SITE = N'A1', CUSTOMER = N'C3', upd_flag = 0WHERE SITE =N'A1'"),
+            1);
+  EXPECT_EQ(PagesOf(session, file, "UPDATE SITES SET SITE = N'A3', CUSTOMER = N'C4', upd_flag = 0WHERE SITE =N'A2'"),
+            2);
+  EXPECT_EQ(PagesOf(session, file, "UPDATE SITES SET SITE = N'A3', CUSTOMER = N'C5', upd_flag = 2WHERE SITE =N'A3'"),
+            1);
+  EXPECT_EQ(session.Run("UPDATE SITES SET SITE = N'A4', CUSTOMER = N'C5', upd_flag = 2WHERE SITE =N'A4'", true), 0);
+
+  EXPECT_EQ(Rows(session, "SELECT * FROM SITES"), "A1|C3|0;A3|C5|2;");
+  EXPECT_EQ(Rows(session, "PRAGMA integrity_check"), "ok;");
+}
+
+TEST(SqliteSessionRun, SetsAKeyThatIsEqualWithoutBeingTheSame) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  session.Run(
+      "CREATE TABLE KEYS (CASELESS TEXT COLLATE NOCASE, BLANKS TEXT COLLATE RTRIM, NUM NUMERIC, LOOSE, N INTEGER);"
+      "INSERT INTO KEYS VALUES ('a', 'b ', 5, '05', 0)",
+      false);
+
+  EXPECT_EQ(session.Run("UPDATE KEYS SET CASELESS = 'A', N = 1 WHERE CASELESS = 'A'", true), 1);
+  EXPECT_EQ(session.Run("UPDATE KEYS SET BLANKS = 'b', N = 2 WHERE BLANKS = 'b'", true), 1);
+  EXPECT_EQ(session.Run("UPDATE KEYS SET NUM = '5x', N = 3 WHERE NUM = 5", true), 1);
+  EXPECT_EQ(session.Run("UPDATE KEYS SET LOOSE = '05', N = 4 WHERE LOOSE = '05'", true), 1);
+
+  EXPECT_EQ(Rows(session, "SELECT CASELESS, BLANKS, NUM, LOOSE, N FROM KEYS"), "A|b|5x|05|4;");
+}
+
+TEST(SqliteSessionRun, LetsATriggerAndACheckSeeAKeyThatIsSetAgain) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  SqliteSession other(file.path);
+  const Text update = "UPDATE SITES SET SITE = 'A1', upd_flag = 1 WHERE SITE = 'A1'";
+  session.Run("CREATE TABLE LOG (WHAT)", false);
+  EXPECT_EQ(session.Run(update, true), 1);
+
+  other.Run("CREATE TRIGGER SEES AFTER UPDATE OF SITE ON SITES BEGIN INSERT INTO LOG VALUES (new.SITE); END", false);
+  EXPECT_EQ(session.Run(update, true), 1);
+  EXPECT_EQ(session.Run(update, true), 1);
+  EXPECT_EQ(Rows(session, "SELECT WHAT FROM LOG"), "A1;A1;");
+  other.Run("DROP TRIGGER SEES", false);
+  EXPECT_EQ(session.Run(update, true), 1);
+  EXPECT_EQ(Rows(session, "SELECT WHAT FROM LOG"), "A1;A1;");
+
+  other.Run("PRAGMA ignore_check_constraints = 1", false);
+  other.Run("CREATE TABLE CHECKED (K TEXT CHECK (K <> 'A1'), N INTEGER); INSERT INTO CHECKED VALUES ('A1', 0)", false);
+  EXPECT_EQ(FailureOf([&] { session.Run("UPDATE CHECKED SET K = 'A1', N = 1 WHERE K = 'A1'", true); }).Description,
+            "CHECK constraint failed: K <> 'A1'");
+}
+
+TEST(SqliteSessionRun, ReportsWhatFailsBesideAKeyThatIsSetAgain) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  const auto update = [&](const Text& customer) {
+    return session.Run("UPDATE SITES SET SITE = 'A1', CUSTOMER = " + customer + " WHERE SITE = 'A1'", true);
+  };
+  EXPECT_EQ(update("'C3'"), 1);
+
+  const ProviderError failure = FailureOf([&] { update("NULL"); });
+  EXPECT_EQ(failure.Number, -2147217873);
+  EXPECT_EQ(failure.Description, "NOT NULL constraint failed: SITES.CUSTOMER");
+  EXPECT_EQ(update("'C4'"), 1);
+  EXPECT_EQ(Rows(session, "SELECT * FROM SITES"), "A1|C4|0;A2|C2|0;");
+}
+
 TEST(SqliteSessionRun, LeavesNoRowOfAStatementBehindThatFailsBetweenOthersOfItsShape) {
   SqliteFile file;
   SqliteSession session(file.path);
@@ -319,6 +397,33 @@ TEST(SqliteSessionRun, LeavesNoRowOfAStatementBehindThatFailsBetweenOthersOfItsS
   EXPECT_EQ(update("2"), 1);
 
   EXPECT_EQ(Rows(session, "SELECT SITE, upd_flag FROM SITES"), "A1|2;A2|7;");
+}
+
+TEST(SqliteSessionRun, ReportsAFullDiskBetweenStatementsOfOneShapeAndGoesOnWhenThereIsRoom) {
+  SqliteFile file;
+  SqliteSession session(file.path);
+  int inserted = 0;
+  const auto insert = [&](const Text& front) {
+    const Text site = "'B" + std::to_string(inserted) + "'";
+    session.Run(front + "INSERT INTO SITES (SITE,CUSTOMER)VALUES (" + site + ",N'" + Text(3000, 'x') + "')", true);
+    ++inserted;
+  };
+  session.Run("PRAGMA max_page_count = 20", false);
+
+  const ProviderError failure = FailureOf([&] {
+    while (inserted < 100) insert("");
+  });
+  const ProviderError composed = FailureOf([&] { insert("/**/"); });  // a comment is not taken apart
+  session.Run("PRAGMA max_page_count = 1000", false);
+  insert("");
+
+  EXPECT_EQ(failure.Number, -2147467259);
+  EXPECT_EQ(failure.Description, "database or disk is full");
+  EXPECT_EQ(composed.Number, failure.Number);
+  EXPECT_EQ(composed.Description, failure.Description);
+  EXPECT_GT(inserted, 5);
+  EXPECT_EQ(Rows(session, "SELECT count(*) FROM SITES"), std::to_string(inserted + 2) + ";");
+  EXPECT_EQ(Rows(session, "PRAGMA integrity_check"), "ok;");
 }
 
 TEST(SqliteSession, LeavesNoLargeLogToTheSessionsThatGoOn) {

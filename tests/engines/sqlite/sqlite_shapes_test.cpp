@@ -1,4 +1,5 @@
 // Statements that a SQLite session runs by their shapes do what they do as composed.
+#include "doubles/file_content.h"
 #include "doubles/temp_directory.h"
 #include "engines/demo_jobs.h"
 #include "engines/generated_statements.h"
@@ -8,22 +9,20 @@ namespace zenqay {
 namespace {
 
 constexpr const char* kTables[] = {
-    "CREATE TABLE LOOSE (K NVARCHAR(10) PRIMARY KEY, TXT TEXT, NUM NUMERIC, INT INTEGER, REA REAL, BLO BLOB, DAT "
-    "DATETIME, "
-    "NOC TEXT COLLATE NOCASE, RTR TEXT COLLATE RTRIM, UNI INTEGER UNIQUE, CHK INTEGER CHECK (CHK < 1000), "
-    "NN NVARCHAR(5) NOT NULL DEFAULT 'd', NONE)",
-    "CREATE TABLE KEYED (K INTEGER PRIMARY KEY CHECK (K < 100000000), TXT TEXT, NUM NUMERIC, INT INTEGER, REA REAL, "
-    "BLO BLOB, DAT DATETIME, "
-    "NOC TEXT COLLATE NOCASE, RTR TEXT COLLATE RTRIM, UNI INTEGER, CHK INTEGER, NN NVARCHAR(5), NONE)",
-    "CREATE TABLE FIRM (K TEXT PRIMARY KEY, TXT TEXT, NUM REAL, INT INT, REA REAL, BLO ANY, DAT TEXT, NOC TEXT, RTR "
-    "TEXT, "
-    "UNI ANY, CHK INTEGER, NN ANY, NONE ANY) STRICT, WITHOUT ROWID",
+    R"(CREATE TABLE LOOSE (K NVARCHAR(10) PRIMARY KEY, TXT TEXT, NUM NUMERIC, INT INTEGER, REA REAL, BLO BLOB,
+        DAT DATETIME, NOC TEXT COLLATE NOCASE, RTR TEXT COLLATE RTRIM, UNI INTEGER UNIQUE,
+        CHK INTEGER CHECK (CHK < 1000), NN NVARCHAR(5) NOT NULL DEFAULT 'd', NONE))",
+    R"(CREATE TABLE KEYED (K INTEGER PRIMARY KEY CHECK (K < 100000000), TXT TEXT, NUM NUMERIC, INT INTEGER, REA REAL,
+        BLO BLOB, DAT DATETIME, NOC TEXT COLLATE NOCASE, RTR TEXT COLLATE RTRIM, UNI INTEGER, CHK INTEGER,
+        NN NVARCHAR(5), NONE))",
+    R"(CREATE TABLE FIRM (K TEXT PRIMARY KEY, TXT TEXT, NUM REAL, INT INT, REA REAL, BLO ANY, DAT TEXT, NOC TEXT,
+        RTR TEXT, UNI ANY, CHK INTEGER, NN ANY, NONE ANY) STRICT, WITHOUT ROWID)",
     "CREATE TABLE LOG (WHAT)",
     "CREATE INDEX LOOSE_TXT ON LOOSE (TXT)",
     "CREATE INDEX LOOSE_SOME ON LOOSE (INT) WHERE NUM = 5",
     "CREATE INDEX LOOSE_SUM ON LOOSE (INT + 1)",
-    "CREATE TRIGGER LOGGING AFTER UPDATE OF CHK ON LOOSE BEGIN INSERT INTO LOG VALUES (typeof(new.CHK) || new.CHK); "
-    "SELECT RAISE(ABORT, 'too many') WHERE (SELECT count(*) FROM LOG) > 200; END",
+    R"(CREATE TRIGGER LOGGING AFTER UPDATE OF CHK ON LOOSE BEGIN INSERT INTO LOG VALUES (typeof(new.CHK) || new.CHK);
+        SELECT RAISE(ABORT, 'too many') WHERE (SELECT count(*) FROM LOG) > 200; END)",
 };
 
 StatementWords SqliteWords() {
@@ -260,7 +259,7 @@ TEST_F(SqliteShapes, GiveEveryStatementOfTheDemosJobsBothWaysTheSameCountsAndByt
   const DemoJobs jobs;
   const std::shared_ptr<TwinConnection> connection = twins_.Opened();
   const Text schema = ZENQAY_SHARE "/schema/";
-  connection->Execute(DemoJobs::ContentOf(schema + "sqlite.sql") + DemoJobs::ContentOf(schema + "control-rows.sql"));
+  connection->Execute(ContentOf(schema + "sqlite.sql") + ContentOf(schema + "control-rows.sql"));
   for (const int generation : {1, 3, 8}) {
     for (const int platform : {1, 2}) {
       jobs.CopyExports("erp");
