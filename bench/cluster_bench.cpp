@@ -1,7 +1,8 @@
 // zenqayctl submit of 200 tables in twenty databases on a PostgreSQL server that answers after two milliseconds, on a
-// Slurm cluster of one, two and three nodes of this machine, ten places each: how long the submission takes, and how
+// Slurm cluster of one, two and three nodes of this machine, four places each: how long the submission takes, and how
 // long everything, to the moment at which the collector has brought the last outcome into the history. All rows are
-// there already, so each is an update.
+// there already, so each is an update. And what a submission leaves and takes: logs, history, files and bytes of the
+// shared directory, and sessions at the server at once.
 //
 //     cluster_bench DIRECTORY ROWS [ROUNDS]
 #include <sys/stat.h>
@@ -24,8 +25,9 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kDatabases = 20;
 constexpr int kTables = 200;
-constexpr int kPlaces = 10;
+constexpr int kPlaces = 4;
 constexpr double kLongest = 7200;
+constexpr int kEndLooks = 50;  // looks for the end, a fiftieth of a second each, to one at what it takes
 constexpr const char* kGenerations[] = {"3", "1", "8"};
 
 class Cluster {
@@ -86,6 +88,9 @@ class Bench {
       const Cluster cluster(place_.path() / "cluster", nodes);
       std::vector<double> submitting;
       std::vector<double> all;
+      const std::uintmax_t logs = Size("log");
+      const std::uintmax_t history = Size("zenqay");
+      peak_ = {};
       for (int round = 0; round < rounds_; ++round) {
         const Times times = Submit();
         submitting.push_back(times.submitting);
@@ -95,6 +100,12 @@ class Bench {
       figures_.Add(name + ".submit_seconds", Median(submitting));
       figures_.Add(name + ".all_seconds", Median(all));
       figures_.Add(name + ".tables_per_second", kTables / Median(all));
+      const double tables = kTables * rounds_;
+      figures_.Add(name + ".log_bytes_per_table", static_cast<double>(Size("log") - logs) / tables);
+      figures_.Add(name + ".history_bytes_per_table", static_cast<double>(Size("zenqay") - history) / tables);
+      figures_.Add(name + ".shared_files", static_cast<double>(peak_.files));
+      figures_.Add(name + ".shared_bytes", static_cast<double>(peak_.bytes));
+      figures_.Add(name + ".sessions", static_cast<double>(peak_.sessions));
     }
     figures_.Print();
   }
@@ -104,6 +115,35 @@ class Bench {
     double submitting = 0;
     double all = 0;
   };
+
+  /// The most that was seen at one look.
+  struct Peak {
+    std::uintmax_t files = 0;
+    std::uintmax_t bytes = 0;
+    long sessions = 0;
+  };
+
+  /// Of all files of a directory, in bytes. What goes meanwhile does not count.
+  std::uintmax_t Size(const std::string& name, std::uintmax_t* files = nullptr) const {
+    std::uintmax_t bytes = 0;
+    std::error_code ignored;
+    for (fs::recursive_directory_iterator at(place_.path() / name, ignored), end; at != end; at.increment(ignored)) {
+      const std::uintmax_t size = at->is_regular_file(ignored) ? at->file_size(ignored) : 0;
+      if (ignored) continue;
+      bytes += size;
+      if (files != nullptr) ++*files;
+    }
+    return bytes;
+  }
+
+  void Look() {
+    std::uintmax_t files = 0;
+    peak_.bytes = std::max(peak_.bytes, Size("shared", &files));
+    peak_.files = std::max(peak_.files, files);
+    const std::string sessions =
+        server_.Psql("postgres", "SELECT count(*) FROM pg_stat_activity WHERE datname LIKE 'service%'");
+    peak_.sessions = std::max(peak_.sessions, std::strtol(sessions.c_str(), nullptr, 10));
+  }
 
   static std::string Name(int database) { return "service" + std::to_string(database); }
 
@@ -129,14 +169,15 @@ class Bench {
     Write("zenqay.toml", file);
   }
 
-  Times Submit() const {
+  Times Submit() {
     const auto start = Clock::now();
     const auto seconds = [&] { return std::chrono::duration<double>(Clock::now() - start).count(); };
     Times times;
     RunChild({ZENQAY_CTL, "--file", (place_.path() / "zenqay.toml").string(), "submit", "--all"});
     times.submitting = seconds();
-    while (!fs::is_empty(place_.path() / "shared")) {  // until the last outcome is taken over
+    for (int look = 0; !fs::is_empty(place_.path() / "shared"); ++look) {  // until the last outcome is taken over
       if (seconds() > kLongest) throw std::runtime_error("a task was lost: zenqayctl history says which");
+      if (look % kEndLooks == 0) Look();
       ::usleep(20000);
     }
     times.all = seconds();
@@ -146,6 +187,7 @@ class Bench {
   Workplace place_;
   int rounds_;
   zenqay::PostgresServer server_{{"synchronous_commit=off", "max_connections=200"}};
+  Peak peak_;
   Figures figures_;
 };
 

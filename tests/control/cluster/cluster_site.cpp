@@ -78,6 +78,18 @@ ClusterSite::ClusterSite(const SlurmCluster& cluster, int files, int servers) {
   site_.directory().Write("zenqay.toml", file_);
 }
 
+CtlRun ClusterSite::RunOn(const Text& machine, const Text& command) const {
+  constexpr std::chrono::minutes kLongest{10};
+  ChildStart start = {.program = "/usr/bin/unshare",
+                      .arguments = {"--uts", "/bin/sh", "-c",
+                                    "echo " + machine + " >/proc/sys/kernel/hostname && exec " ZENQAYCTL " --file " +
+                                        Path("zenqay.toml") + " " + command + " 2>&1"},
+                      .environment = {{"XDG_STATE_HOME", Path(".")}}};
+  for (const auto& [name, value] : variables_) start.environment[name] = value;
+  const ProgramRun run = RunProgram(start, kLongest);
+  return {run.end.status, run.end.signal, run.output};
+}
+
 void ClusterSite::AddJob(const Text& database, const Text& erp, const Text& generation, const std::vector<Text>& tables,
                          const Text& connection) {
   const Text name = database + "g" + generation;

@@ -15,6 +15,9 @@ class ClusterSite {
   RunningCtl Start(const Text& command) const { return site_.Start(command, variables_); }
   CtlRun Run(const Text& command) const { return site_.Run(command, variables_); }
 
+  /// The same on a machine of that name. What it writes is only what `said` holds.
+  CtlRun RunOn(const Text& machine, const Text& command) const;
+
   /// The names of all jobs, as a command line has them.
   const Text& jobs() const { return jobs_; }
 

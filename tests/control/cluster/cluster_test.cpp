@@ -96,6 +96,31 @@ TEST_F(Cluster, BringsWhatBecameOfTheTablesIntoTheHistoryByItself) {
   while (site.Shared() != "") ::usleep(10000);
 }
 
+/// Nothing of the cluster brings the outcomes in: who looks does.
+TEST_F(Cluster, TakesTheTablesOfAServerFromAMachineThatIsNoNode) {
+  const ClusterSite site(cluster, 1, 1);
+
+  const CtlRun handedOver = site.RunOn("desk", "submit server0g1 server0g8");
+  EXPECT_EQ(handedOver.status, 0) << handedOver.said;
+  EXPECT_NE(
+      handedOver.said.find("zenqayctl: this machine is no node of the batch system: what becomes of the tasks comes "
+                           "into the history with the next zenqayctl status or history here\n"),
+      Text::npos)
+      << handedOver.said;
+  while (cluster.Say("squeue -h") != "") ::usleep(10000);
+  EXPECT_EQ(site.History("SELECT count(*) AS c FROM run WHERE ended IS NOT NULL"), "0\n");
+
+  EXPECT_EQ(site.RunOn("desk", "history").status, 0);
+  EXPECT_EQ(site.History(kAllEnds), "complete|3\n");
+  EXPECT_EQ(site.Shared(), "");
+
+  const CtlRun file = site.RunOn("desk", "submit file0g1");
+  EXPECT_EQ(file.status, 2);
+  EXPECT_NE(file.said.find("[database.file0] is a file of this machine, desk, which is no node of the batch system"),
+            Text::npos)
+      << file.said;
+}
+
 TEST_F(Cluster, GoesOnWhereANodeWasKilled) {
   const int servers = TriesAll() ? 3 : 1;
   const ClusterSite site(cluster, 0, servers);
