@@ -64,6 +64,12 @@ Text LowerCased(std::string_view text) {
   return result;
 }
 
+Text UpperCased(std::string_view text) {
+  Text result(text);
+  for (char& c : result) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  return result;
+}
+
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix) {
   return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin(),
                                                     [](char a, char b) { return LowerCased(a) == LowerCased(b); });

@@ -24,8 +24,9 @@ std::vector<std::string_view> Split(std::string_view text, std::string_view mark
 /// The text on one line: line ends, with the blanks around them, become one blank, and none stands at its ends.
 Text OneLine(std::string_view text);
 
-/// Lower-cases A to Z. The keys that texts are compared with are ASCII, so no other letter can make them equal.
+/// Changes the case of A to Z. The keys that texts are compared with are ASCII, so no other letter can make them equal.
 Text LowerCased(std::string_view text);
+Text UpperCased(std::string_view text);
 
 /// True when `text` starts with `prefix`, but for the case of A to Z.
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);

@@ -2,6 +2,7 @@
 
 #include "check/database_check.h"
 #include "check/table_key.h"
+#include "check/undated_objects.h"
 #include "entities/entity.h"
 #include "localdb/table_registry.h"
 #include "postcopy/warranty_expiry.h"
@@ -25,7 +26,6 @@ class TableCheck {
   bool CheckColumns(const Text& table, std::span<const char* const> columns);
   void CheckKey(std::span<const KeyField> keys);
   void CheckExpiry();
-  void CheckDeliveries();
   void CheckState();
   Text CurrentUpTo(const Recordset& state) const;
 
@@ -121,35 +121,11 @@ void TableCheck::CheckExpiry() {
   }
   if (!isComplete) return;
   try {
-    CheckDeliveries();
+    const Text undated = UndatedObjects(process_.database, connection_);
+    if (!undated.empty()) Warn(undated);
   } catch (const RuntimeError& error) {
     Mend("the join of the warranty expiry: " + CheckReport::ErrorText(error));
   }
-}
-
-/// What the expiry would fail at, as the tables stand now. It fails at the first such object.
-void TableCheck::CheckDeliveries() {
-  constexpr std::int32_t kMostShown = 5;
-  const std::shared_ptr<Recordset> rows = process_.database.CreateRecordset();
-  rows->Open(Text("SELECT OBJECT.SITE, OBJECT.OBJECT, OBJECT.OBJECTNR FROM ") + kExpiryJoin +
-                 " WHERE OBJECT.DELIVERY_DATE IS NULL AND WARRANTIES.WARRANTY_TYPE <> " +
-                 std::to_string(kFromInstallation) + " ORDER BY OBJECT.SITE, OBJECT.OBJECT, OBJECT.OBJECTNR",
-             connection_, CursorType::Static, LockType::ReadOnly, CommandType::SqlText);
-  const std::int32_t count = rows->RecordCount();
-  Text shown;
-  for (std::int32_t row = 0; row < count && row < kMostShown; ++row, rows->MoveNext()) {
-    shown += row == 0 ? "" : ", ";
-    for (const char* column : {"SITE", "OBJECT", "OBJECTNR"}) {
-      shown += (EqualsIgnoringCase(column, "SITE") ? "" : "/") + rows->FieldValue(column).Joined();
-    }
-  }
-  rows->Close();
-  if (count == 0) return;
-  if (count > kMostShown) shown += ", …";
-  Warn(
-      "the warranty expiry fails at the first object that has a warranty and no delivery date, and the objects behind "
-      "it get none; there are " +
-      std::to_string(count) + ": " + shown);
 }
 
 void TableCheck::CheckState() {

@@ -20,6 +20,7 @@ struct Arguments {
   Text shell;
   Text unitDirectory = "/etc/systemd/system";
   RunOptions run;
+  PlanOptions plan;
   SubmitOptions submit;
   Text partition;
   bool full = false;
@@ -43,6 +44,12 @@ class CommandLine {
     run->add_option("JOB", a.run.jobs)->required();
     AddChoice(run, a);
     run->add_option("--outcome", a.run.outcome);
+
+    CLI::App* plan = Command("plan", a);
+    plan->add_option("JOB", a.run.jobs)->required();
+    AddChoice(plan, a);
+    plan->add_option("--rows", a.plan.examples)->check(CLI::NonNegativeNumber);
+    plan->add_option("--keep", a.plan.keep);
 
     CLI::App* submit = Command("submit", a);
     CLI::Option* jobs = submit->add_option("JOB", a.run.jobs);
@@ -145,6 +152,10 @@ int Dispatch(const Text& command, Arguments& a, Surroundings& surroundings) {
   if (a.changed) a.run.method = Method::OnlyChanged;
   a.run.json = a.json;
   if (command == "run") return RunJobs(file, a.run, surroundings);
+  if (command == "plan") {
+    a.plan.run = a.run;
+    return PlanJobs(file, a.plan, surroundings);
+  }
   a.submit.run = a.run;
   if (!a.partition.empty()) a.submit.options.insert(a.submit.options.begin(), "--partition=" + a.partition);
   return SubmitJobs(file, a.submit, surroundings);

@@ -34,6 +34,14 @@ struct RunOptions {
 };
 int RunJobs(const JobFile& file, const RunOptions& options, Surroundings& surroundings);
 
+struct PlanOptions {
+  RunOptions run;
+  int examples = 3;  // of each kind of change
+  Text keep;         // the file that gets the tables as they are; empty for none
+};
+/// Says what the jobs would do to the tables, and writes nothing.
+int PlanJobs(const JobFile& file, const PlanOptions& options, Surroundings& surroundings);
+
 struct SubmitOptions {
   RunOptions run;
   bool all = false;           // the jobs of the file

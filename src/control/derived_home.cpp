@@ -36,11 +36,24 @@ void AddRequests(pugi::xml_node root, const Text& sweepLimit) {
 DerivedHome::DerivedHome(const ErpSettings& erp, const Text& sweepLimit) {
   pugi::xml_document document;
   ReadComponents(erp, document);
-  const pugi::xml_node root = document.document_element();
-  AddRequests(root, sweepLimit);
+  AddRequests(document.document_element(), sweepLimit);
+  Write(erp, document);
+}
+
+DerivedHome::DerivedHome(const ErpSettings& erp) {
+  pugi::xml_document document;
+  ReadComponents(erp, document);
+  for (const char* name : {"LOCK", "SWEEP", "TRACE"}) {
+    while (document.document_element().remove_child(name)) {
+    }
+  }
+  Write(erp, document);
+}
+
+void DerivedHome::Write(const ErpSettings& erp, const pugi::xml_document& components) const {
   const Text copy = path() + "/Components.xml";
-  if (!document.save_file(copy.c_str(), "  ")) throw RuntimeError(PlatformFault::PathAccess, copy);
-  const Text texts = LabelFileName(root.child("TEXTS").attribute("language").value());
+  if (!components.save_file(copy.c_str(), "  ")) throw RuntimeError(PlatformFault::PathAccess, copy);
+  const Text texts = LabelFileName(components.document_element().child("TEXTS").attribute("language").value());
   fs::create_symlink(fs::path(erp.home) / texts, path() + "/" + texts);
 }
 

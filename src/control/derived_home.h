@@ -3,6 +3,7 @@
 
 #include "control/job_file.h"
 #include "system/private_directory.h"
+#include "system/xml_file.h"
 
 namespace zenqay {
 
@@ -13,9 +14,14 @@ class DerivedHome {
   /// Raises WrongUsage, with the place in the job file, when the ERP's home has no Components.xml that can be read.
   DerivedHome(const ErpSettings& erp, const Text& sweepLimit);
 
+  /// The same for a job on a copy of its database, which harms nobody: without lock, sweep limit and trace.
+  explicit DerivedHome(const ErpSettings& erp);
+
   const Text& path() const { return directory_.path(); }
 
  private:
+  void Write(const ErpSettings& erp, const pugi::xml_document& components) const;
+
   PrivateDirectory directory_;
 };
 

@@ -12,6 +12,7 @@ inline constexpr int kTableFailed = 1;
 inline constexpr int kWrongUsage = 2;
 inline constexpr int kTableInUse = 3;
 inline constexpr int kCouldNotBegin = 4;
+inline constexpr int kWouldChange = 5;  // of a plan alone
 inline constexpr int kTimedOut = 124;
 inline constexpr int kStoppedBySignal = 128;
 

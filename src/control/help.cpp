@@ -18,6 +18,7 @@ DESCRIPTION
 
 COMMANDS
     run JOB…             copies the tables of jobs
+    plan JOB…            says what jobs would do to the tables, and writes nothing
     submit JOB…          hands the tables of jobs to Slurm, for many machines
     check JOB…           says what of a job's surroundings works, and what to mend
     status [JOB…]        says how fresh each table is, and who copies it
@@ -57,7 +58,8 @@ EXIT STATUS
     4      a job could not begin, or a database could not be reached
     1      a table failed
     3      a table was in use
-    0      all complete
+    5      "plan" alone: something would change
+    0      all complete; of "plan": nothing would change
 
 SEE ALSO
     zenqay-dbsync --help, zenqay-dbsync-check --help; docs/control.md has the keys of the job file
@@ -112,6 +114,57 @@ EXAMPLES
     zenqayctl run nightly
     zenqayctl run nightly --table SITE --table OBJECT --full
     zenqayctl run nightly --json | jq -r 'select(.state == "failed") | .table + ": " + .words'
+)";
+
+constexpr const char* kPlan = R"(NAME
+    zenqayctl plan - says what jobs would do to the tables, and writes nothing
+
+SYNOPSIS
+    zenqayctl plan JOB… [--table TABLE]… [--full | --changed] [--allow-sweep] [--rows NUMBER] [--keep FILE] [--json]
+
+DESCRIPTION
+    Copies the tables that the jobs use from the local database, which is only read, into a file among the temporary
+    ones, runs the jobs on that file one after another as "zenqayctl run" would, and compares the tables before and
+    after. The ERP is asked as a run asks it. No log, no trace, no status component, no history is written.
+
+    For each table: the rows that it has, those that the job would insert, change and delete, those that it would write
+    as they are (REWRITE), the share of the rows that the sweep of a full copy would take against the limit in force, and
+    what would become of the job. Then rows as examples, by their keys: "+" one to insert, "~" one to change with the
+    fields that differ, "-" one to delete. The mark of the full copy and the update times are not compared. A table of
+    another job's is shown where the warranty expiry changes it.
+
+    The file refuses what the database would: texts too long for a column, dates that it does not take, a NULL where
+    there must be a value, a key twice. What it cannot show stands as a warning.
+
+    The plan is that of the tables and the ERP as they are now. On SQLite and PostgreSQL all tables are read as of one
+    moment; no job waits for it.
+
+OPTIONS
+    --table TABLE   only this table of the jobs, by name or id; JOB:TABLE for one of several jobs; may be given more than
+                    once
+    --full          plans full copies, whatever the job file says
+    --changed       plans copies of only what changed, whatever the job file says
+    --allow-sweep   as if the sweep limit were lifted
+    --rows NUMBER   so many examples of each kind at most, 3 without it
+    --keep FILE     keeps the tables as they are in a new file, an embedded database on which the jobs can be run again;
+                    for jobs of one database
+    --json          one object, as docs/plan.schema.json says
+    -h, --help      writes this page
+
+EXIT STATUS
+    The first that applies:
+    2      wrong usage, or something is wrong with the job file; nothing was started
+    128+n  stopped by the signal n
+    124    stopped by the timeout of a job
+    4      a job could not begin, or a database could not be reached
+    1      a job would fail
+    5      something would change
+    0      nothing would change
+
+EXAMPLES
+    zenqayctl plan nightly
+    zenqayctl plan nightly --table SITE --full --rows 20
+    zenqayctl plan nightly --json | jq '.tables[] | select(.delete > 0) | .table'
 )";
 
 constexpr const char* kSubmit = R"(NAME
@@ -397,8 +450,17 @@ EXAMPLES
 
 Text HelpOf(const Text& command) {
   constexpr std::pair<const char*, const char*> kPages[] = {
-      {"", kMain},           {"run", kRun},         {"submit", kSubmit}, {"check", kCheck}, {"status", kStatus},
-      {"unlock", kUnlock},   {"history", kHistory}, {"serve", kServe},   {"init", kInit},   {"completion", kCompletion},
+      {"", kMain},
+      {"run", kRun},
+      {"plan", kPlan},
+      {"submit", kSubmit},
+      {"check", kCheck},
+      {"status", kStatus},
+      {"unlock", kUnlock},
+      {"history", kHistory},
+      {"serve", kServe},
+      {"init", kInit},
+      {"completion", kCompletion},
       {"systemd", kSystemd},
   };
   for (const auto& [name, page] : kPages) {

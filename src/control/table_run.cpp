@@ -143,6 +143,7 @@ void BeginAttempt(TableRun& run, TableRun::Moment now) {
   run.started = now;
   run.ended = now;
   run.counts = {};
+  run.passCounts = {};
   run.failures.clear();
   run.lastWords.clear();
   run.words.clear();
@@ -166,6 +167,7 @@ bool Hear(TableRun& run, const ChannelLine& line) {
     return true;
   } else if (line.kind == channel::kRows) {
     run.counts = line.counts;
+    run.passCounts = line.counts;
   } else if (line.kind == channel::kFailure) {
     if (run.failures.size() < kMostFailures) run.failures.push_back(WithoutPassword(run, line.failure));
     if (line.failure.during == channel::kDuringRelease) run.releaseFailed = true;

@@ -62,6 +62,7 @@ struct TableRun {
   Moment ended;      // of the last attempt
   Moment notBefore;  // of the next attempt
   RowCounts counts;
+  RowCounts passCounts;  // as they were told last while the pass ran, which tells rows by what became of them
   std::vector<JobFailure> failures;  // of the last attempt
   std::vector<Text> lastWords;       // the last lines of its standard error
   Text words;                        // what there is to say of its end

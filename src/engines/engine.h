@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "engines/row_store.h"
+#include "engines/table_schema.h"
 
 namespace zenqay {
 
@@ -28,7 +29,22 @@ class EngineSession {
   virtual std::int64_t Run(const Text& statement, bool countRows) = 0;
 
   /// Runs a query and puts its column names and rows into `rows`, which is empty before.
-  virtual void Query(const Text& statement, RowStore& rows) = 0;
+  virtual void Query(const Text& statement, RowSink& rows) = 0;
+
+  /// Between the two, a reading session reads what there was at one moment, where its database can do that without a
+  /// lock that keeps a writer waiting. The end says whether what was read may be relied on: false where a writer came
+  /// in between unseen.
+  virtual void BeginReading() = 0;
+  virtual bool EndReading() = 0;
+
+  /// As Query, for a table of any size: no more than some rows are in memory at a time. Only while reading.
+  virtual void Read(const Text& query, RowSink& rows) = 0;
+
+  /// How the embedded engine makes a table like the one of that name. Raises what the database says of the table.
+  virtual TableSchema SchemaOf(const Text& table) = 0;
+
+  /// "SQLite", "PostgreSQL", "Microsoft SQL Server", "Oracle"
+  virtual Text DatabaseKind() = 0;
 
   virtual void PutDefaultDatabase(const Text& name) = 0;
   virtual Text DefaultDatabase() = 0;

@@ -83,6 +83,26 @@ bool EngineConnection::IsLockHeld(const Text& name) {
   return Reporting(*errors_, "", [&] { return Session().IsLockHeld(name); });
 }
 
+void EngineConnection::BeginReading() {
+  Reporting(*errors_, "", [this] { Session().BeginReading(); });
+}
+
+bool EngineConnection::EndReading() {
+  return Reporting(*errors_, "", [this] { return Session().EndReading(); });
+}
+
+void EngineConnection::Read(const Text& query, RowSink& rows) {
+  Reporting(*errors_, query, [&] { Session().Read(query, rows); });
+}
+
+TableSchema EngineConnection::SchemaOf(const Text& table) {
+  return Reporting(*errors_, "", [&] { return Session().SchemaOf(table); });
+}
+
+Text EngineConnection::DatabaseKind() {
+  return Reporting(*errors_, "", [this] { return Session().DatabaseKind(); });
+}
+
 std::unique_ptr<QueryRows> EngineConnection::RowsOf(const Text& query, CursorType, LockType, CommandType) {
   return Reporting(*errors_, query, [&] {
     EngineSession& session = Session();

@@ -33,6 +33,13 @@ class EngineConnection : public Connection {
   /// As the session's: for who looks at jobs, not for a job.
   bool IsLockHeld(const Text& name);
 
+  // As the session's: for who copies tables out of a database.
+  void BeginReading();
+  bool EndReading();
+  void Read(const Text& query, RowSink& rows);
+  TableSchema SchemaOf(const Text& table);
+  Text DatabaseKind();
+
   std::int64_t Run(const Text& statement, Count count) override;
 
   /// The rows are read whole, whatever the cursor: a read that stays open would pin the file's state as it then was,

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "contracts/connection.h"
+#include "engines/row_sink.h"
 
 namespace zenqay {
 
@@ -21,7 +22,7 @@ namespace zenqay {
 ///
 /// What goes beyond the memory limit goes to a temporary file without a name, so memory does not grow with the number
 /// of rows. Raises 61 when the disk of the temporary file is full, 75 for any other failure of that file.
-class RowStore : public QueryRows {
+class RowStore : public QueryRows, public RowSink {
  public:
   static constexpr std::size_t kMemoryLimit = std::size_t{64} << 20;
 
@@ -30,15 +31,15 @@ class RowStore : public QueryRows {
   RowStore(const RowStore&) = delete;
   RowStore& operator=(const RowStore&) = delete;
 
-  void PutColumns(std::vector<Text> names);
+  void PutColumns(std::vector<Text> names) override;
   const std::vector<Text>& columns() const override { return columns_; }
 
-  void AddNull();
-  void AddInteger(std::int32_t value);
-  void AddDouble(double value);
-  void AddText(std::string_view value);
-  void AddDateTime(DateTime value);
-  void EndRow();
+  void AddNull() override;
+  void AddInteger(std::int32_t value) override;
+  void AddDouble(double value) override;
+  void AddText(std::string_view value) override;
+  void AddDateTime(DateTime value) override;
+  void EndRow() override;
 
   std::int64_t count() const override { return count_; }
   bool Next() override;

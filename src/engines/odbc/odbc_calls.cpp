@@ -24,6 +24,8 @@ class NarrowTexts {
   static constexpr auto kExecDirect = &SQLExecDirect;
   static constexpr auto kPrepare = &SQLPrepare;
   static constexpr auto kDescribeColumn = &SQLDescribeCol;
+  static constexpr auto kColumns = &SQLColumns;
+  static constexpr auto kStatistics = &SQLStatistics;
   static constexpr auto kGetDiagnostic = &SQLGetDiagRec;
   static constexpr auto kGetInfo = &SQLGetInfo;
   static constexpr auto kSetConnectAttribute = &SQLSetConnectAttr;
@@ -49,6 +51,8 @@ class WideTexts {
   static constexpr auto kExecDirect = &SQLExecDirectW;
   static constexpr auto kPrepare = &SQLPrepareW;
   static constexpr auto kDescribeColumn = &SQLDescribeColW;
+  static constexpr auto kColumns = &SQLColumnsW;
+  static constexpr auto kStatistics = &SQLStatisticsW;
   static constexpr auto kGetDiagnostic = &SQLGetDiagRecW;
   static constexpr auto kGetInfo = &SQLGetInfoW;
   static constexpr auto kSetConnectAttribute = &SQLSetConnectAttrW;
@@ -96,6 +100,19 @@ class CallsIn : public OdbcCalls {
       length = Counted(units);
       return result;
     });
+  }
+
+  SQLRETURN Columns(SQLHSTMT statement, const Text& table) override {
+    const auto [name, length] = texts_.Passed(table);
+    return Texts::kColumns(statement, nullptr, 0, nullptr, 0, name, SQL_NTS, nullptr, 0);
+  }
+
+  SQLRETURN UniqueIndexes(SQLHSTMT statement, const Text& schema, const Text& table) override {
+    Texts schemas;
+    const auto [of, ofLength] = schemas.Passed(schema);
+    const auto [name, length] = texts_.Passed(table);
+    Unit* const ofOrAny = schema.empty() ? nullptr : of;
+    return Texts::kStatistics(statement, nullptr, 0, ofOrAny, SQL_NTS, name, SQL_NTS, SQL_INDEX_UNIQUE, SQL_QUICK);
   }
 
   SQLRETURN GetText(SQLHSTMT statement, SQLUSMALLINT column, Text& field, bool& isNull) override {

@@ -27,6 +27,10 @@ class OdbcCalls {
   virtual SQLRETURN Prepare(SQLHSTMT statement, const Text& text) = 0;
   virtual SQLRETURN DescribeColumn(SQLHSTMT statement, SQLUSMALLINT column, Text& name, SQLSMALLINT& type) = 0;
 
+  /// Results that describe a table's columns, and its unique indexes. A schema that is empty stands for all.
+  virtual SQLRETURN Columns(SQLHSTMT statement, const Text& table) = 0;
+  virtual SQLRETURN UniqueIndexes(SQLHSTMT statement, const Text& schema, const Text& table) = 0;
+
   /// A field of the current row as a whole.
   virtual SQLRETURN GetText(SQLHSTMT statement, SQLUSMALLINT column, Text& field, bool& isNull) = 0;
 

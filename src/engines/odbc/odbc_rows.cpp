@@ -10,7 +10,7 @@ constexpr SQLSMALLINT kTimestampWithOffset = -155;  // SQL Server's own
 
 class ResultReader {
  public:
-  ResultReader(OdbcCalls& calls, Diagnostics& diagnostics, SQLHSTMT statement, RowStore& rows)
+  ResultReader(OdbcCalls& calls, Diagnostics& diagnostics, SQLHSTMT statement, RowSink& rows)
       : calls_(calls), diagnostics_(diagnostics), statement_(statement), rows_(rows) {}
 
   void Run() {
@@ -117,14 +117,14 @@ class ResultReader {
   OdbcCalls& calls_;
   Diagnostics& diagnostics_;
   SQLHSTMT statement_;
-  RowStore& rows_;
+  RowSink& rows_;
   std::vector<SQLSMALLINT> types_;
   Text text_;  // kept for its memory
 };
 
 }  // namespace
 
-void ReadRows(OdbcCalls& calls, Diagnostics& diagnostics, SQLHSTMT statement, RowStore& rows) {
+void ReadRows(OdbcCalls& calls, Diagnostics& diagnostics, SQLHSTMT statement, RowSink& rows) {
   ResultReader(calls, diagnostics, statement, rows).Run();
 }
 

@@ -7,6 +7,7 @@
 #include "engines/odbc/diagnostics.h"
 #include "engines/odbc/driver_strings.h"
 #include "engines/odbc/odbc_rows.h"
+#include "engines/odbc/odbc_tables.h"
 #include "engines/odbc/session_lock.h"
 #include "engines/odbc/statement_canceller.h"
 
@@ -40,6 +41,38 @@ std::string_view StateOf(const RuntimeError& failure) {
 SQLPOINTER NumberAttribute(std::int32_t number) {
   return reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(number));
 }
+
+/// Passes the rows of one cursor on, which come a piece at a time.
+class CountingSink : public RowSink {
+ public:
+  explicit CountingSink(RowSink& rows) : rows_(rows) {}
+
+  bool MayHaveMore() const { return count_ == kPiece; }
+  Text Fetch() {
+    count_ = 0;
+    return "FETCH " + std::to_string(kPiece) + " FROM zenqay_rows";
+  }
+
+  void PutColumns(std::vector<Text> names) override {
+    if (!std::exchange(hasColumns_, true)) rows_.PutColumns(std::move(names));
+  }
+  void AddNull() override { rows_.AddNull(); }
+  void AddInteger(std::int32_t value) override { rows_.AddInteger(value); }
+  void AddDouble(double value) override { rows_.AddDouble(value); }
+  void AddText(std::string_view value) override { rows_.AddText(value); }
+  void AddDateTime(DateTime value) override { rows_.AddDateTime(value); }
+  void EndRow() override {
+    ++count_;
+    rows_.EndRow();
+  }
+
+ private:
+  static constexpr int kPiece = 2000;
+
+  RowSink& rows_;
+  int count_ = kPiece;
+  bool hasColumns_ = false;
+};
 
 }  // namespace
 
@@ -115,7 +148,7 @@ std::int64_t OdbcSession::RunComposed(const Text& statement, bool countRows) {
   return Cancellable(statement_.get(), [&] { return RunText(text, countRows); });
 }
 
-void OdbcSession::Query(const Text& statement, RowStore& rows) {
+void OdbcSession::Query(const Text& statement, RowSink& rows) {
   const Text& text = Translated(statement);
   if (!text.empty()) Cancellable(statement_.get(), [&] { QueryText(text, rows); });
 }
@@ -215,13 +248,64 @@ std::int64_t OdbcSession::RunText(const Text& text, bool countRows) {
   return rows;
 }
 
-void OdbcSession::QueryText(const Text& text, RowStore& rows) {
+void OdbcSession::QueryText(const Text& text, RowSink& rows) {
   OpenStatement open(statement_.get());
+  bool hasResult = false;
   RequireStatement(calls_->ExecDirect(statement_.get(), text));
   do {
-    const bool isFirstResult = rows.columns().empty() && HasColumns();
-    if (isFirstResult) ReadRows(*calls_, *diagnostics_, statement_.get(), rows);
+    if (hasResult || !HasColumns()) continue;
+    hasResult = true;
+    ReadRows(*calls_, *diagnostics_, statement_.get(), rows);
   } while (NextResult(open));
+}
+
+void OdbcSession::BeginReading() {
+  if (isPostgreSql_) RunSetting("BEGIN ISOLATION LEVEL REPEATABLE READ, READ ONLY");
+}
+
+bool OdbcSession::EndReading() {
+  if (isPostgreSql_) RunSetting("COMMIT");
+  return true;
+}
+
+/// PostgreSQL's driver would read all rows into memory before it gives the first.
+void OdbcSession::Read(const Text& query, RowSink& rows) {
+  if (!isPostgreSql_) return Query(query, rows);
+  RunSetting("DECLARE zenqay_rows NO SCROLL CURSOR FOR " + Translated(query));
+  CountingSink counted(rows);
+  while (counted.MayHaveMore()) Cancellable(statement_.get(), [&] { QueryText(counted.Fetch(), counted); });
+  RunSetting("CLOSE zenqay_rows");
+}
+
+TableSchema OdbcSession::SchemaOf(const Text& table) {
+  const DescribedTable described = TableLike(table);
+  RowStore indexes;
+  const SQLRETURN result = calls_->UniqueIndexes(statement_.get(), described.schema, described.name);
+  ReadCatalogue(result, indexes);
+  return SchemaFor(table, described.columns, KeysIn(indexes, described), WaysOf(dbms_));
+}
+
+/// The table that statements mean by the name: of those that are called so, in any case of letters, the one that has
+/// the columns that a query finds.
+DescribedTable OdbcSession::TableLike(const Text& table) {
+  RowStore none;
+  Query("SELECT * FROM " + table + " WHERE 1 = 0", none);
+  for (const Text& name : {table, LowerCased(table), UpperCased(table)}) {
+    RowStore columns;
+    const SQLRETURN result = calls_->Columns(statement_.get(), name);
+    ReadCatalogue(result, columns);
+    for (const DescribedTable& described : TablesIn(columns)) {
+      if (described.ColumnNames() == none.columns()) return described;
+    }
+  }
+  throw RuntimeError(kGeneralProviderFailure, kPlatformSource,
+                     "The driver does not describe the columns of table " + table + ".");
+}
+
+void OdbcSession::ReadCatalogue(std::int16_t result, RowSink& rows) {
+  OpenStatement open(statement_.get());
+  RequireStatement(result);
+  ReadRows(*calls_, *diagnostics_, statement_.get(), rows);
 }
 
 void OdbcSession::PutDefaultDatabase(const Text& name) {

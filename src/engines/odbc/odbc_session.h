@@ -15,6 +15,7 @@ class Diagnostics;
 class OdbcCalls;
 class StatementCanceller;
 struct SessionLock;
+struct DescribedTable;
 
 /// When the rows that a statement changed are safe on the server's disk. Only PostgreSQL is asked for either.
 enum class RowCommit {
@@ -43,7 +44,15 @@ class OdbcSession final : public EngineSession {
   ~OdbcSession() override;
 
   std::int64_t Run(const Text& statement, bool countRows) override;
-  void Query(const Text& statement, RowStore& rows) override;
+  void Query(const Text& statement, RowSink& rows) override;
+
+  /// On PostgreSQL in a transaction that reads what there was at its start and can write nothing; on any other server
+  /// each query reads as the server lets it.
+  void BeginReading() override;
+  bool EndReading() override;
+  void Read(const Text& query, RowSink& rows) override;
+  TableSchema SchemaOf(const Text& table) override;
+  Text DatabaseKind() override { return dbms_; }
 
   /// Switches the catalog of a database that has catalogs to switch. For any other, PostgreSQL too, where a connection
   /// stays with its database, the name is kept and has no effect.
@@ -82,7 +91,9 @@ class OdbcSession final : public EngineSession {
   bool IsRefusal(const RuntimeError& failure);
   std::int64_t RunText(const Text& text, bool countRows);
   void RunSetting(const Text& text) { RunText(text, false); }
-  void QueryText(const Text& text, RowStore& rows);
+  void QueryText(const Text& text, RowSink& rows);
+  void ReadCatalogue(std::int16_t result, RowSink& rows);
+  DescribedTable TableLike(const Text& table);
   SessionLock LockOf(const Text& name) const;
   std::int32_t AnswerTo(const Text& query);
   bool Get(const SessionLock& lock, const Text& name);

@@ -30,9 +30,9 @@ Text Escaped(const Text& path) {
 ReadOnlyFile ReadOnlyFile::At(const Text& path) {
   const Text uri = "file:" + Escaped(path) + "?mode=ro";
   if (!IsInWalMode(path)) return {uri};
-  if (!Exists(path + "-wal")) return {uri + "&immutable=1"};
+  if (!Exists(path + "-wal")) return {uri + "&immutable=1", false, true};
   if (Exists(path + "-shm")) return {uri + "&readonly_shm=1"};
-  return {uri + "&vfs=unix-none", true};
+  return {uri + "&vfs=unix-none", true, true};
 }
 
 }  // namespace zenqay

@@ -15,7 +15,8 @@ namespace zenqay {
 ///     a log, no index    nobody works on the file: the reader keeps an index of its own in memory, without locks
 struct ReadOnlyFile {
   Text uri;
-  bool isAlone = false;  // needs the exclusive locking mode, which keeps the index in memory
+  bool isAlone = false;       // needs the exclusive locking mode, which keeps the index in memory
+  bool isUnchanging = false;  // nobody works on it; who begins to is not noticed
 
   /// The way that fits the file at a path of the operating system as it now is.
   static ReadOnlyFile At(const Text& path);

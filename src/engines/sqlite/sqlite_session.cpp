@@ -53,6 +53,26 @@ std::string_view SqlStateOf(int code, std::string_view message) {
   RaiseReported(kSource, message, Text(SqlStateOf(code, message)), code);
 }
 
+/// Size and time of a file and of its log.
+Text StateOf(const Text& path) {
+  Text state;
+  for (const Text& file : {path, path + "-wal"}) {
+    std::error_code missing;
+    const auto size = std::filesystem::file_size(file, missing);
+    const auto time = std::filesystem::last_write_time(file, missing);
+    state += missing ? "none;" : std::to_string(size) + "," + std::to_string(time.time_since_epoch().count()) + ";";
+  }
+  return state;
+}
+
+/// The statement of a table that finds its rows by number, as every table does that does not say otherwise.
+Text WithRowIds(const Text& create) {
+  constexpr std::string_view kWithout = "without rowid";
+  const std::size_t at = LowerCased(create).rfind(kWithout);
+  const bool isAtEnd = at != Text::npos && create.find_first_of(")'\"", at) == Text::npos;
+  return isAtEnd ? Trim(create.substr(0, at)) + create.substr(at + kWithout.size()) : create;
+}
+
 [[noreturn]] void RaiseOpenFailure(const Text& message, const Text& dataSource, int code, const Text& reason = "") {
   // What stands behind a "=" may be a password whose separator was forgotten.
   const Text file = dataSource.substr(0, dataSource.find('='));
@@ -92,7 +112,7 @@ bool IsDeclaredAsText(const char* declared) {
   return !has("int") && (has("char") || has("clob") || has("text"));
 }
 
-void AddInteger(RowStore& rows, std::int64_t value) {
+void AddInteger(RowSink& rows, std::int64_t value) {
   const auto narrow = static_cast<std::int32_t>(value);
   if (narrow == value) {
     rows.AddInteger(narrow);
@@ -101,7 +121,7 @@ void AddInteger(RowStore& rows, std::int64_t value) {
   }
 }
 
-void AddText(RowStore& rows, std::string_view text, bool isDate) {
+void AddText(RowSink& rows, std::string_view text, bool isDate) {
   DateTime date;
   if (isDate && ReadIsoText(text, date)) {
     rows.AddDateTime(date);
@@ -156,6 +176,7 @@ SqliteSession::SqliteSession(const Text& dataSource, Access access, std::shared_
   const ReadOnlyFile file = readsOnly ? ReadOnlyFile::At(path) : ReadOnlyFile{};
   if (readsOnly) {
     OpenFile(dataSource, file.uri.c_str(), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    isReadAsUnchanging_ = file.isUnchanging;
   } else {
     OpenFile(dataSource, path.c_str(), SQLITE_OPEN_READWRITE);
     if (sqlite3_db_readonly(database_.get(), "main") != 0) {
@@ -297,18 +318,50 @@ bool SqliteSession::BindValues(sqlite3_stmt* prepared, std::span<const RepeatedK
   return true;
 }
 
-void SqliteSession::Query(const Text& statement, RowStore& rows) {
+void SqliteSession::Query(const Text& statement, RowSink& rows) {
   TranslateForSqlite(statement, translated_);
+  bool hasResult = false;
   for (const char* rest = translated_.c_str(); *rest != '\0';) {
     const Statement prepared = Prepare(rest);
-    const bool isFirstResult = rows.columns().empty() && sqlite3_column_count(prepared.get()) > 0;
+    const bool isFirstResult = !hasResult && sqlite3_column_count(prepared.get()) > 0;
     if (isFirstResult) {
+      hasResult = true;
       ReadRows(prepared, rows);
     } else {
       while (Step(prepared.get())) {
       }
     }
   }
+}
+
+/// A file that nobody works on is read as one that does not change. Whoever begins to work on it meanwhile makes a log
+/// beside it, and changes the file at the latest when that is taken over.
+void SqliteSession::BeginReading() {
+  readFrom_ = StateOf(path_);
+  Run("BEGIN", false);
+  Run("SELECT 1 FROM sqlite_master", false);
+}
+
+bool SqliteSession::EndReading() {
+  Run("COMMIT", false);
+  return !isReadAsUnchanging_ || StateOf(path_) == readFrom_;
+}
+
+TableSchema SqliteSession::SchemaOf(const Text& table) {
+  const Text name = "'" + Replaced(table, "'", "''") + "'";
+  RowStore statements;
+  Query("SELECT sql, type FROM sqlite_master WHERE tbl_name = " + name +
+            " COLLATE NOCASE AND type IN ('table', 'index') AND sql IS NOT NULL ORDER BY type DESC, name",
+        statements);
+  TableSchema schema;
+  while (statements.Next()) schema.statements.push_back(WithRowIds(statements.Field(0).Joined()));
+  RowStore columns;
+  Query("SELECT name FROM pragma_table_info(" + name + ")", columns);  // without those that are worked out
+  while (columns.Next()) schema.columns.push_back(columns.Field(0).Joined());
+  if (schema.statements.empty()) {
+    RaiseReported(kSource, "no such table: " + table, Text(SqlStateOf(SQLITE_ERROR, "no such table")), SQLITE_ERROR);
+  }
+  return schema;
 }
 
 bool SqliteSession::TakeLock(const Text& name) {
@@ -408,7 +461,7 @@ bool SqliteSession::Step(sqlite3_stmt* prepared) {
   return code == SQLITE_ROW;
 }
 
-void SqliteSession::ReadRows(const Statement& prepared, RowStore& rows) {
+void SqliteSession::ReadRows(const Statement& prepared, RowSink& rows) {
   std::vector<Text> names;
   std::vector<bool> areDates;
   for (int column = 0; column < sqlite3_column_count(prepared.get()); ++column) {
@@ -424,7 +477,7 @@ void SqliteSession::ReadRows(const Statement& prepared, RowStore& rows) {
   }
 }
 
-void SqliteSession::AddField(const Statement& prepared, int column, bool isDate, RowStore& rows) {
+void SqliteSession::AddField(const Statement& prepared, int column, bool isDate, RowSink& rows) {
   sqlite3_stmt* row = prepared.get();
   switch (sqlite3_column_type(row, column)) {
     case SQLITE_NULL:

@@ -33,7 +33,14 @@ class SqliteSession final : public EngineSession {
   ~SqliteSession() override;
 
   std::int64_t Run(const Text& statement, bool countRows) override;
-  void Query(const Text& statement, RowStore& rows) override;
+  void Query(const Text& statement, RowSink& rows) override;
+  void BeginReading() override;
+  bool EndReading() override;
+  void Read(const Text& query, RowSink& rows) override { Query(query, rows); }
+
+  /// As the file itself has it, without triggers.
+  TableSchema SchemaOf(const Text& table) override;
+  Text DatabaseKind() override { return "SQLite"; }
 
   /// A file has no catalogs: the name is kept and has no effect.
   void PutDefaultDatabase(const Text& name) override { defaultDatabase_ = name; }
@@ -80,8 +87,8 @@ class SqliteSession final : public EngineSession {
   std::int64_t ChangesSince(std::int64_t before) const;
   Statement Prepare(const char*& rest);
   bool Step(sqlite3_stmt* prepared);
-  void ReadRows(const Statement& prepared, RowStore& rows);
-  void AddField(const Statement& prepared, int column, bool isDate, RowStore& rows);
+  void ReadRows(const Statement& prepared, RowSink& rows);
+  void AddField(const Statement& prepared, int column, bool isDate, RowSink& rows);
 
   std::shared_ptr<Interruption> interruption_;
   Text path_;
@@ -93,6 +100,8 @@ class SqliteSession final : public EngineSession {
   std::vector<Text> boundTexts_;  // those of its values that are not in the statement as they are bound
   int logPages_ = 0;              // behind the latest commit
   Text defaultDatabase_;
+  bool isReadAsUnchanging_ = false;
+  Text readFrom_;  // the file's state when reading began
 };
 
 }  // namespace zenqay

@@ -1,0 +1,172 @@
+#include "control/plan/job_plan.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "check/copied_tables.h"
+#include "check/undated_objects.h"
+#include "components/safeguard_elements.h"
+#include "control/derived_home.h"
+#include "control/exit_status.h"
+#include "control/job_command.h"
+#include "engines/databases.h"
+#include "system/signal_watch.h"
+
+namespace zenqay {
+namespace {
+
+/// The limits that the home of a job names.
+SweepLimits LimitsIn(const Text& home) {
+  const Text path = home + "/Components.xml";
+  pugi::xml_document components;
+  if (!ReadXmlFile(path, components)) return {};
+  const pugi::xml_node sweep = components.document_element().child("SWEEP");
+  return sweep ? ReadSweep(CatalogueElement(home, path, sweep)) : SweepLimits{};
+}
+
+/// The jobs of one database, and where they work.
+class DatabasePlan {
+ public:
+  DatabasePlan(const JobFile& file, std::vector<TableRun> runs, const DatabaseAccess& access)
+      : file_(file),
+        runs_(std::move(runs)),
+        platform_(DatabaseOf(runs_.front()).platform),
+        scratch_(DatabaseOf(runs_.front()), access, TablesNamed()) {}
+
+  const Text& before() const { return scratch_.before(); }
+
+  /// Limits are those of the homes that a run would have.
+  std::optional<int> Run(RunnerSettings settings) {
+    settings.parallel = {{runs_.front().task.database, 1}};
+    for (TableRun& run : runs_) PutOnScratch(run);
+    SignalWatch signals;
+    return RunTables(runs_, settings, signals, {});
+  }
+
+  void Report(int examples, Plan& plan) {
+    const auto connection = std::make_shared<EngineConnection>();
+    connection->PutConnectionString(scratch_.ConnectionString());
+    connection->Open();
+    AttachBefore(*connection, scratch_.before());
+    Add(scratch_.warnings(), plan);
+    for (const Text& table : Compared()) AddTable(*connection, table, examples, plan);
+    for (const TableRun& run : runs_) Add(WarningsOfFailures(run), plan);
+    if (std::ranges::any_of(runs_, [this](const TableRun& run) { return EndsInExpiry(run); })) {
+      Add(WarningsOfExpiry(*connection, scratch_.databaseKind()), plan);
+      AddUndated(connection, plan);
+    }
+  }
+
+ private:
+  const JobSettings& JobOf(const TableRun& run) const { return file_.Job(run.task.job); }
+  const DatabaseSettings& DatabaseOf(const TableRun& run) const { return file_.databases.at(run.task.database); }
+  const ErpSettings& ErpOf(const TableRun& run) const { return file_.ErpOf(JobOf(run)); }
+
+  bool EndsInExpiry(const TableRun& run) const {
+    return EndsInWarrantyExpiry(run.task.table, ErpOf(run).generation, platform_);
+  }
+
+  std::vector<Text> TablesNamed() const {
+    std::vector<Text> tables;
+    for (const TableRun& run : runs_) {
+      for (const Text& table : TablesNamedBy(run.task.table, ErpOf(run).generation, platform_)) tables.push_back(table);
+    }
+    return tables;
+  }
+
+  /// The same job with the copy for its database, and nothing else that anybody would see.
+  void PutOnScratch(TableRun& run) {
+    const JobSettings& job = JobOf(run);
+    limits_.push_back(run.task.sweepLimit.empty() ? LimitsIn(run.task.home) : SweepLimits{});
+    homes_.push_back(std::make_unique<DerivedHome>(file_.ErpOf(job)));
+    JobSettings quiet = job;
+    quiet.logs = scratch_.logs();
+    quiet.hasStatusComponent = false;
+    run.task.home = homes_.back()->path();
+    run.task.logs = quiet.logs;
+    run.task.sweepLimit.clear();
+    run.task.commandLine = JobLineOf(file_, quiet, scratch_.ConnectionString(), run.task.tableId, run.task.method);
+  }
+
+  /// Tables that are copied into, and those that the expiry changes, once each, in the order of the jobs.
+  std::vector<Text> Compared() const {
+    std::vector<Text> tables;
+    const auto add = [&](const Text& table) {
+      const auto isSame = [&](const Text& other) { return EqualsIgnoringCase(table, other); };
+      if (HasCopy(table) && std::ranges::none_of(tables, isSame)) tables.push_back(table);
+    };
+    for (const TableRun& run : runs_) add(run.task.table);
+    for (const Text& table : TablesNamed()) add(table);
+    return tables;
+  }
+
+  void AddTable(Connection& connection, const Text& table, int examples, Plan& plan) {
+    TablePlan planned{.database = runs_.front().task.database, .table = table};
+    const Text& generation = ErpOf(runs_.front()).generation;
+    const ComparedTable compared = {
+        .name = table, .key = KeyColumnsOf(table, generation), .copied = CopiedColumnsOf(table, generation)};
+    planned.differences = Compare(connection, compared, examples);
+    for (std::size_t i = 0; i < runs_.size(); ++i) {
+      if (!EqualsIgnoringCase(runs_[i].task.table, table)) continue;
+      planned.runs.push_back(runs_[i]);
+      planned.rewritten += runs_[i].passCounts.updated;
+      if (runs_[i].task.method == Method::Full) planned.sweep = SweepOf(runs_[i], limits_[i], planned.differences.rows);
+    }
+    planned.rewritten = std::max<std::int64_t>(planned.rewritten - planned.differences.changedByCopy, 0);
+    if (planned.runs.empty() && planned.differences.count() == 0) return;
+    Add(WarningsOfWays(connection, compared, scratch_.databaseKind()), plan);
+    plan.tables.push_back(std::move(planned));
+  }
+
+  static PlannedSweep SweepOf(const TableRun& run, const SweepLimits& limits, std::int64_t before) {
+    PlannedSweep sweep = {.rows = run.passCounts.deleted, .of = before};
+    if (const SweepLimit* limit = limits.For(run.task.table)) {
+      sweep.limit = limit->text();
+      sweep.isRefused = sweep.rows >= limits.from && limit->IsExceededBy(sweep.rows, before);
+    }
+    return sweep;
+  }
+
+  void AddUndated(const std::shared_ptr<Connection>& connection, Plan& plan) const {
+    LocalDatabases databases;
+    const Text undated = UndatedObjects(databases, connection);
+    if (!undated.empty()) plan.warnings.push_back({"OBJECT", undated});
+  }
+
+  static void Add(const std::vector<PlanWarning>& warnings, Plan& plan) {
+    plan.warnings.insert(plan.warnings.end(), warnings.begin(), warnings.end());
+  }
+
+  const JobFile& file_;
+  std::vector<TableRun> runs_;
+  const std::int16_t platform_;
+  ScratchCopy scratch_;
+  std::vector<std::unique_ptr<DerivedHome>> homes_;
+  std::vector<SweepLimits> limits_;  // those of the runs
+};
+
+bool IsRefused(const TablePlan& table) {
+  return table.sweep && table.sweep->isRefused;
+}
+
+}  // namespace
+
+void PlanDatabase(const JobFile& file, std::vector<TableRun> runs, RunnerSettings settings,
+                  const DatabaseAccess& access, int examples, const Text& keep, Plan& plan) {
+  DatabasePlan database(file, std::move(runs), access);
+  if (!keep.empty()) std::filesystem::copy_file(database.before(), keep);
+  plan.signal = database.Run(std::move(settings));
+  if (!plan.signal) database.Report(examples, plan);
+}
+
+int ExitStatusOf(const Plan& plan) {
+  std::vector<TableRun> runs;
+  for (const TablePlan& table : plan.tables) runs.insert(runs.end(), table.runs.begin(), table.runs.end());
+  const int status = ExitStatusOf(runs, plan.signal);
+  if (status != kAllComplete) return status;
+  if (std::ranges::any_of(plan.tables, IsRefused)) return kTableFailed;
+  const bool changes = std::ranges::any_of(plan.tables, [](const TablePlan& t) { return t.differences.count() > 0; });
+  return changes ? kWouldChange : kAllComplete;
+}
+
+}  // namespace zenqay

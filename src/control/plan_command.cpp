@@ -1,0 +1,71 @@
+#include <algorithm>
+#include <filesystem>
+
+#include "control/commands.h"
+#include "control/exit_status.h"
+#include "control/plan/plan_report.h"
+#include "control/run_json.h"
+#include "control/run_plan.h"
+
+namespace zenqay {
+namespace {
+
+/// The tables of a run by their databases, in the order in which a run comes to them.
+std::vector<std::vector<TableRun>> ByDatabase(const std::vector<TableRun>& runs) {
+  std::vector<std::vector<TableRun>> groups;
+  for (const TableRun& run : runs) {
+    const auto group =
+        std::ranges::find_if(groups, [&](const auto& one) { return one.front().task.database == run.task.database; });
+    if (group == groups.end()) {
+      groups.push_back({run});
+    } else {
+      group->push_back(run);
+    }
+  }
+  return groups;
+}
+
+/// A table of a database that is not reached has come to its end before it began.
+bool IsReached(const std::vector<TableRun>& runs) {
+  return std::ranges::none_of(runs, [](const TableRun& run) { return IsEnd(run.state); });
+}
+
+void AddUnreached(const std::vector<TableRun>& runs, Plan& plan) {
+  for (const TableRun& run : runs) {
+    plan.tables.push_back({.database = run.task.database, .table = run.task.table, .runs = {run}});
+  }
+}
+
+void RequireKeepable(const Text& keep, std::size_t databases) {
+  if (keep.empty()) return;
+  if (databases > 1) throw WrongUsage("--keep: the jobs have several databases, and a file can hold one");
+  if (std::filesystem::exists(keep)) throw WrongUsage("--keep: " + keep + " exists; nothing was changed");
+}
+
+}  // namespace
+
+int PlanJobs(const JobFile& file, const PlanOptions& options, Surroundings& surroundings) {
+  const RunPlan asked(file, options.run, surroundings);
+  const std::vector<std::vector<TableRun>> databases = ByDatabase(asked.runs);
+  RequireKeepable(options.keep, databases.size());
+  Plan plan;
+  for (const std::vector<TableRun>& runs : databases) {
+    if (!IsReached(runs)) {
+      AddUnreached(runs, plan);
+      continue;
+    }
+    const DatabaseSettings& database = file.databases.at(runs.front().task.database);
+    const DatabaseAccess access = AccessTo(file, database, surroundings.environment);
+    PlanDatabase(file, runs, asked.Settings(), access, options.examples, options.keep, plan);
+    if (plan.signal) break;
+  }
+  const int status = ExitStatusOf(plan);
+  if (options.run.json) {
+    surroundings.out << JsonText(PlanJson(plan)) << std::endl;
+  } else if (!plan.signal) {
+    WritePlan(surroundings.out, plan);
+  }
+  return status;
+}
+
+}  // namespace zenqay
