@@ -5,6 +5,7 @@
 
 #include "components/dates/builtin_dates.h"
 #include "components/files/file_host.h"
+#include "components/replay/replay_host.h"
 #include "components/safeguard_elements.h"
 #include "components/status/status_components.h"
 #include "system/xml_file.h"
@@ -35,9 +36,12 @@ Text LanguageOf(const CatalogueElement& element) {
                      element.Place() + ": \"" + language + "\" is no language, which is a word such as \"de\"");
 }
 
+constexpr const char* kReplay = "replay";
+
 struct HostKind {
   std::string_view name;
   HostFactory make;
+  bool mayServeAll = false;  // the class ids that no element in front of it serves
 };
 
 constexpr HostKind kHostKinds[] = {
@@ -46,6 +50,7 @@ constexpr HostKind kHostKinds[] = {
     {"console", ConsoleStatusHost::Make},
     {"file", FileStatusHost::Make},
     {"jvm", MakeJvm},
+    {kReplay, ReplayHost::Make, true},
 };
 
 }  // namespace
@@ -103,16 +108,27 @@ void ComponentCatalogue::Read() {
       throw RuntimeError(PlatformFault::InvalidCall, ElementOf(element).Place() + ": unknown element \"" + name + "\"");
     }
   }
+  RequireTraceBesideReplay(root);
+}
+
+/// The file of a trace is emptied when the job begins.
+void ComponentCatalogue::RequireTraceBesideReplay(pugi::xml_node root) {
+  const pugi::xml_node replay = root.find_child_by_attribute("HOST", "kind", kReplay);
+  std::error_code missing;
+  if (!replay || !std::filesystem::equivalent(ElementOf(replay).RequiredPath("file"), traceFile_, missing)) return;
+  traceFile_.clear();
+  throw RuntimeError(PlatformFault::InvalidCall,
+                     ElementOf(replay).Place() + ": TRACE would write over the trace that is replayed");
 }
 
 void ComponentCatalogue::ReadHost(pugi::xml_node node) {
   const CatalogueElement element = ElementOf(node);
-  const Text prefix = element.Required("prefix");
   const Text kind = element.Required("kind");
   const auto* known = std::ranges::find(kHostKinds, kind, &HostKind::name);
   if (known == std::end(kHostKinds)) {
     throw RuntimeError(PlatformFault::InvalidCall, element.Place() + ": unknown kind \"" + kind + "\"");
   }
+  const Text prefix = known->mayServeAll ? element.Optional("prefix") : element.Required("prefix");
   entries_.push_back({prefix, kind, known->make(element, FormerHost(kind))});
 }
 

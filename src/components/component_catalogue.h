@@ -19,6 +19,7 @@ namespace zenqay {
 ///       <HOST prefix="Kv" kind="files" directory="erp"/>
 ///       <HOST prefix="java:com.korvel." kind="jvm" classpath="adapter/*.jar" options="-Xmx256m"/>
 ///       <HOST prefix="ZenqayInstHandler." kind="console"/>
+///       <HOST kind="replay" file="of-a-failure.jsonl"/>
 ///       <TRACE file="trace.jsonl"/>
 ///       <SWEEP limit="10%" from="100"><TABLE name="SITE" limit="50"/></SWEEP>
 ///       <LOCK takeover="yes"/>
@@ -54,6 +55,7 @@ class ComponentCatalogue : public ComponentHost {
 
   void Read();
   void ReadHost(pugi::xml_node node);
+  void RequireTraceBesideReplay(pugi::xml_node root);
   std::shared_ptr<ComponentHost> FormerHost(const Text& kind) const;
   CatalogueElement ElementOf(pugi::xml_node node) const { return {directory_, path_, node}; }
 

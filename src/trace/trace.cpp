@@ -4,9 +4,9 @@
 #include <nlohmann/json.hpp>
 
 #include "base/secrets.h"
-#include "contracts/connection.h"
 #include "system/process_id.h"
 #include "system/utc_stamp.h"
+#include "trace/shown_value.h"
 
 namespace zenqay {
 namespace {
@@ -14,25 +14,6 @@ namespace {
 using nlohmann::ordered_json;
 
 constexpr int kVersion = 2;  // of the form of a trace; the first one had neither a head nor times
-
-/// YYYY-MM-DDThh:mm:ss, or the long time for a time of day without a date.
-Text ShownDateTime(DateTime value) {
-  if (value.DateOnly() == DateTime()) return LongTime(value);
-  const DateTimeParts parts = value.Parts();
-  char text[64];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", parts.year, parts.month, parts.day, parts.hour,
-                parts.minute, parts.second);
-  return text;
-}
-
-/// No password stands in a trace, also where an item of the command line came in the wrong place.
-void CleanOfSecrets(ordered_json& value) {
-  if (value.is_string()) {
-    value = WithoutSecrets(value.get_ref<const Text&>());
-  } else if (value.is_structured()) {
-    for (ordered_json& element : value) CleanOfSecrets(element);
-  }
-}
 
 }  // namespace
 
@@ -68,7 +49,7 @@ void Trace::Put(std::string_view kind, const ordered_json& rest) {
 
 void Trace::PutLine(const ordered_json& line) {
   if (!file_.isOpen()) return;
-  const auto fault = file_.WriteWhole(line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n");
+  const auto fault = file_.WriteWhole(JsonText(line) + "\n");
   if (!fault) return;
   file_.Close();
   if (platform_ != nullptr) platform_->NameCause("the trace ends here: " + Text(FaultText(*fault)) + ": " + path_);
@@ -107,19 +88,7 @@ void Trace::ForgetReleased() {
 }
 
 ordered_json Trace::Shown(const Value& value) {
-  if (value.Is<Empty>()) return {{"empty", true}};
-  if (value.IsNull()) return nullptr;
-  if (const bool* held = value.If<bool>()) return *held;
-  if (const auto* held = value.If<std::int16_t>()) return *held;
-  if (const auto* held = value.If<std::int32_t>()) return *held;
-  if (const auto* held = value.If<double>()) return *held;
-  if (const Text* held = value.If<Text>()) return *held;
-  if (const DateTime* held = value.If<DateTime>()) return ShownDateTime(*held);
-  const Object object = value.AsObject();
-  if (const auto* field = dynamic_cast<const Field*>(object.component().get())) {
-    return {{"field", field->name()}, {"value", Shown(field->Default())}};
-  }
-  return {{"object", IdOf(object)}};
+  return ShownValue(value, [this](const Object& object) { return IdOf(object); });
 }
 
 ordered_json Trace::Shown(const RuntimeError& error) {

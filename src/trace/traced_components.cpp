@@ -14,18 +14,19 @@ class TracedComponent : public ComponentFront {
   TracedComponent(Object inner, Trace& trace) : ComponentFront(std::move(inner)), trace_(trace) {}
 
   Value Call(std::string_view operation, Arguments arguments) override {
-    return Record(Text(operation), Shown(arguments), [&] {
+    return Record(Text(operation), arguments, [&] {
       return CallBehindFront(behind(), operation, arguments,
                              [this](Value value) { return WithFront<TracedComponent>(std::move(value), trace_); });
     });
   }
 
   Value Get(std::string_view property) override {
-    return Record("get " + Text(property), ordered_json::array(), [&] { return behind().Get(property); });
+    return Record("get " + Text(property), {}, [&] { return behind().Get(property); });
   }
 
   void Put(std::string_view property, const Value& value) override {
-    Record("put " + Text(property), ordered_json::array({trace_.Shown(BehindFront(value))}), [&] {
+    Argument argument(value);
+    Record("put " + Text(property), Arguments(&argument, 1), [&] {
       behind().Put(property, BehindFront(value));
       return Value();
     });
@@ -38,12 +39,22 @@ class TracedComponent : public ComponentFront {
     return shown;
   }
 
+  /// What an operation puts into the caller's variables is an answer too.
+  ordered_json ShownAfter(Arguments arguments, ordered_json shown) const {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+      if (arguments[i].byReference()) shown[i] = trace_.Shown(BehindFront(arguments[i].value()));
+    }
+    return shown;
+  }
+
   template <typename Work>
-  Value Record(const Text& operation, ordered_json shownArguments, Work work) {
-    ordered_json line = {{"id", trace_.IdOf(inner())}, {"op", operation}, {"args", std::move(shownArguments)}};
+  Value Record(const Text& operation, Arguments arguments, Work work) {
+    const ordered_json before = Shown(arguments);
+    ordered_json line = {{"id", trace_.IdOf(inner())}, {"op", operation}, {"args", before}};
     Value result = Traced(trace_, "call", std::move(line), [&](ordered_json& done) {
       Value returned = work();
       done["returns"] = trace_.Shown(returned);
+      if (ordered_json after = ShownAfter(arguments, before); after != before) done["argsAfter"] = std::move(after);
       return returned;
     });
     return WithFront<TracedComponent>(std::move(result), trace_);

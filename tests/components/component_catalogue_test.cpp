@@ -163,6 +163,7 @@ TEST(ComponentCatalogue, RefusesAnEntryWithoutAnAttributeThatItNeeds) {
       {"<HOST prefix='Kv'/>", "HOST has no attribute \"kind\""},
       {"<HOST prefix='Kv' kind='files'/>", "HOST has no attribute \"directory\""},
       {"<HOST prefix='Z' kind='file'/>", "HOST has no attribute \"file\""},
+      {"<HOST kind='replay'/>", "HOST has no attribute \"file\""},
       {"<HOST PREFIX='Kv' kind='builtin'/>", "HOST has no attribute \"prefix\""},
       {"<TRACE/>", "TRACE has no attribute \"file\""},
   };
@@ -181,6 +182,72 @@ TEST(ComponentCatalogue, RefusesADirectoryThatIsMissing) {
             notFound + home.Path("none"));
   EXPECT_EQ(home.Usable("<COMPONENTS>\n<HOST prefix='Kv' kind='files' directory='file'/></COMPONENTS>"),
             notFound + home.Path("file"));
+}
+
+TEST(ComponentCatalogue, ServesByAReplayWhateverNoElementInFrontOfItServes) {
+  const Home home;
+  home.directory.Write("trace.jsonl", R"({"n":1,"kind":"create","class":"Any.Class","id":1})");
+  home.Write(
+      "<COMPONENTS><HOST prefix='Kv' kind='files' directory='erp'/><HOST kind='replay' file='trace.jsonl'/>"
+      "<HOST prefix='java:' kind='builtin'/></COMPONENTS>");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Created(catalogue, kLocations), "nothing");
+  EXPECT_EQ(Created(catalogue, kDateClass),
+            "429 ZenqayDBSync: Component can't create object: " + home.Path("trace.jsonl") +
+                ", line 1: the recorded run went on with the creation of Any.Class, not with the creation of "
+                "java:java.util.Date");
+  EXPECT_EQ(Created(catalogue, "Any.Class"), "nothing");
+}
+
+TEST(ComponentCatalogue, ReplaysOneTraceByAllElements) {
+  const Home home;
+  home.directory.Write("trace.jsonl", R"({"n":1,"kind":"create","class":"Any.Class","id":1})");
+  home.directory.Write("other.jsonl", "");
+  const Text first = "<COMPONENTS>\n<HOST prefix='Z' kind='replay' file='trace.jsonl'/>\n";
+
+  home.Write(first + "<HOST prefix='Any' kind='replay' file='trace.jsonl'/></COMPONENTS>");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Created(catalogue, "Any.Class"), "nothing");
+  EXPECT_EQ(Created(catalogue, "Zenqay"),
+            "429 ZenqayDBSync: Component can't create object: " + home.Path("trace.jsonl") +
+                ": the trace ends at line 1, in front of the creation of Zenqay");
+  EXPECT_EQ(home.Usable(first + "<HOST prefix='Any' kind='replay' file='other.jsonl'/></COMPONENTS>"),
+            kInvalid + home.Path() + ", line 3: another trace is replayed already, " + home.Path("trace.jsonl"));
+}
+
+TEST(ComponentCatalogue, RefusesATraceThatWouldWriteOverTheReplayedOne) {
+  const Home home;
+  home.directory.Write("trace.jsonl", R"({"n":1,"kind":"create","class":"Any.Class","id":1})");
+  home.Write("<COMPONENTS>\n<TRACE file='erp/../trace.jsonl'/>\n<HOST kind='replay' file='trace.jsonl'/></COMPONENTS>");
+  ComponentCatalogue catalogue = home.Catalogue();
+
+  EXPECT_EQ(Raised([&] { catalogue.RequireUsable(); }),
+            kInvalid + home.Path() + ", line 3: TRACE would write over the trace that is replayed");
+  EXPECT_EQ(catalogue.traceFile(), "");
+}
+
+TEST(ComponentCatalogue, RefusesToReplayWhatIsNoTrace) {
+  const Home home;
+  const Text path = home.Path("trace.jsonl");
+  const auto usable = [&](std::string_view content) {
+    home.directory.Write("trace.jsonl", content);
+    return home.Usable("<COMPONENTS><HOST kind='replay' file='trace.jsonl'/></COMPONENTS>");
+  };
+
+  EXPECT_EQ(home.Usable("<COMPONENTS><HOST kind='replay' file='none'/></COMPONENTS>"),
+            "53 ZenqayDBSync: File not found: " + home.Path("none"));
+  EXPECT_EQ(home.Usable("<COMPONENTS><HOST kind='replay' file='erp'/></COMPONENTS>"),
+            kInvalid + home.Path("erp") + ", line 1: this is no trace");
+  EXPECT_EQ(usable("Location:text:cloc:key\nA1\n"), kInvalid + path + ", line 1: this is no trace");
+  EXPECT_EQ(usable("{\"op\":\"UpdateSyncStatus\"}\n"), kInvalid + path + ", line 1: this is no trace");
+  EXPECT_EQ(usable("{\"kind\":\"trace\",\"version\":3}\n"),
+            kInvalid + path + ", line 1: a trace of a form that this program does not know");
+  EXPECT_EQ(usable("{\"kind\":\"trace\",\"version\":2}\n"), "nothing");
+  EXPECT_EQ(usable(""), "nothing");
+  EXPECT_EQ(home.Usable("<COMPONENTS>\n<HOST kind='replay' file='trace.jsonl' PREFIX='Kv'/></COMPONENTS>"),
+            kInvalid + home.Path() + ", line 2: HOST knows no attribute \"PREFIX\"");
 }
 
 TEST(ComponentCatalogue, RefusesMalformedTextNamingFileAndLine) {

@@ -13,9 +13,11 @@
 #include "components/component_catalogue.h"
 #include "doubles/fake_platform.h"
 #include "doubles/file_content.h"
+#include "doubles/trace_text.h"
 #include "engines/databases.h"
 #include "process/QTMDeclarations.h"
 #include "startup/modStartUp.h"
+#include "trace/traced_process.h"
 
 namespace zenqay {
 namespace {
@@ -122,7 +124,8 @@ Text ShownLog(const fs::path& path) {
 
 Text DemoJob::Name() const {
   return "generation " + generation + (syncMethod == "1" ? ", full copy" : ", only changed") +
-         (tableId == kAllTables ? "" : ", table " + std::to_string(tableId));
+         (tableId == kAllTables ? "" : ", table " + std::to_string(tableId)) +
+         (platform == "1" ? "" : ", platform " + platform);
 }
 
 const std::vector<DemoJob>& DemoJobs() {
@@ -155,7 +158,7 @@ DemoDatabase::DemoDatabase(const DemoJob& job) : job_(job) {
   const fs::path file = home_.path() / "service.db";
   Execute(file, ContentOf(fs::path(ZENQAY_SHARE) / "schema/sqlite.sql") +
                     ContentOf(fs::path(ZENQAY_SHARE) / "schema/control-rows.sql"));
-  DemoJob first = {job.generation, "1", kAllTables};
+  DemoJob first = {job.generation, "1", kAllTables, job.platform};
   std::swap(job_, first);
   Disturbance none;
   JobEnd end;
@@ -186,11 +189,7 @@ void DemoDatabase::Reset() const {
 JobEnd DemoDatabase::Run(Disturbance& disturbance, const Around& around) const {
   JobEnd end;
   RunProcessOf(disturbance, around, end);
-  JobEnd found = Look();
-  found.status = end.status;
-  found.heard = std::move(end.heard);
-  found.causes = std::move(end.causes);
-  return found;
+  return EndOf(std::move(end));
 }
 
 JobEnd DemoDatabase::Run() const {
@@ -198,31 +197,71 @@ JobEnd DemoDatabase::Run() const {
   return Run(none);
 }
 
+JobEnd DemoDatabase::EndOf(JobEnd run) const {
+  JobEnd found = Look();
+  found.status = run.status;
+  found.heard = std::move(run.heard);
+  found.causes = std::move(run.causes);
+  return found;
+}
+
+DemoDatabase::TracedEnd DemoDatabase::Record(Disturbance& disturbance) const {
+  JobEnd end;
+  ComponentCatalogue catalogue(home_.path().string());
+  ListenedComponents listened(catalogue, end.heard);
+  RunOn(listened, disturbance, Around(), TracePath(), end);
+  return {EndOf(std::move(end)), WithoutTimes(ContentOf(TracePath()))};
+}
+
+DemoDatabase::TracedEnd DemoDatabase::Replay(Disturbance& disturbance) const {
+  JobEnd end;
+  fs::create_directories(home_.path() / "replay");
+  home_.Write("replay/Components.xml", "<COMPONENTS><HOST kind='replay' file='../trace.jsonl'/></COMPONENTS>");
+  ComponentCatalogue catalogue((home_.path() / "replay").string());
+  const fs::path trace = home_.path() / "replay/trace.jsonl";
+  RunOn(catalogue, disturbance, Around(), trace, end);
+  return {EndOf(std::move(end)), WithoutTimes(ContentOf(trace))};
+}
+
 void DemoDatabase::RunProcessOf(Disturbance& disturbance, const Around& around, JobEnd& end) const {
+  ComponentCatalogue catalogue(home_.path().string());
+  ListenedComponents listened(catalogue, end.heard);
+  RunOn(listened, disturbance, around, "", end);
+}
+
+void DemoDatabase::RunOn(ComponentHost& served, Disturbance& disturbance, const Around& around, const Text& tracePath,
+                         JobEnd& end) const {
   Journal journal;
   const Text home = home_.path().string();
   FakePlatform platform(journal, home);
   platform.now = DateTime::FromParts(kNow);
   DisturbedLogFile log(platform.logFile, disturbance);
   platform.log = &log;
-  ComponentCatalogue catalogue(home);
-  ListenedComponents listened(catalogue, end.heard);
-  DisturbedComponents components(listened, disturbance);
+  DisturbedComponents components(served, disturbance);
   LocalDatabases databases;
   DisturbedDatabase database(databases, disturbance);
   const Text commandLine = "Provider=SQLite;Data Source=" + home + "/service.db{}SERVICE{}" +
-                           std::to_string(job_.tableId) + "{}" + job_.syncMethod + "{}" + home +
-                           "/log{}MAIN{}7{}{}1{}0{}" + job_.generation;
-  modDeclarations process{.platform = platform, .components = components, .database = database};
-  SetMemoryAside();
-  around.before();
-  try {
-    RunProcess(process, commandLine);
-  } catch (...) {
-    ErrorInFlight();  // as the program's end does
-    end.status = 70;
+                           std::to_string(job_.tableId) + "{}" + job_.syncMethod + "{}" + home + "/log{}MAIN{}7{}{}" +
+                           job_.platform + "{}0{}" + job_.generation;
+  const auto run = [&](modDeclarations& process) {
+    SetMemoryAside();
+    around.before();
+    try {
+      RunProcess(process, commandLine);
+    } catch (...) {
+      ErrorInFlight();  // as the program's end does
+      end.status = 70;
+    }
+    around.behind();
+  };
+  if (tracePath.empty()) {
+    modDeclarations process{.platform = platform, .components = components, .database = database};
+    run(process);
+  } else {
+    Trace trace(tracePath, "1.1.0");
+    TracedProcess traced(platform, components, database, trace);
+    run(traced.process);
   }
-  around.behind();
   end.causes = platform.causes;
   for (Text& cause : end.causes) {
     if (cause.find("from \"Data copy: ") != Text::npos) cause = "the copy failed";

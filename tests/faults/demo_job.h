@@ -16,6 +16,7 @@ struct DemoJob {
   Text generation;
   Text syncMethod;       // "1" full, "2" only changed
   std::int32_t tableId;  // 128 for all tables
+  Text platform = "1";   // "2" for the statements of Oracle
 
   Text Name() const;
 };
@@ -68,6 +69,19 @@ class DemoDatabase {
   JobEnd Run(Disturbance& disturbance) const { return Run(disturbance, Around()); }
   JobEnd Run() const;
 
+  /// What a job left, and its trace without the times of its lines.
+  struct TracedEnd {
+    JobEnd end;
+    Text trace;
+  };
+
+  /// The same with a trace, and once more with all components out of the trace that the former left.
+  TracedEnd Record(Disturbance& disturbance) const;
+  TracedEnd Replay(Disturbance& disturbance) const;
+
+  /// The trace as its file is, which a test may change in between.
+  std::filesystem::path TracePath() const { return home_.path() / "trace.jsonl"; }
+
   /// The end as far as it stands in the files.
   JobEnd Look() const;
 
@@ -85,7 +99,10 @@ class DemoDatabase {
 
  private:
   Text Query(const Text& statement) const;
+  JobEnd EndOf(JobEnd run) const;
   void RunProcessOf(Disturbance& disturbance, const Around& around, JobEnd& end) const;
+  void RunOn(ComponentHost& components, Disturbance& disturbance, const Around& around, const Text& trace,
+             JobEnd& end) const;
   Text Columns(const Text& table, bool withExpiry) const;
 
   DemoJob job_;

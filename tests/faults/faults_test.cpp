@@ -17,18 +17,10 @@
 #include "doubles/tries_all.h"
 #include "faults/allocations.h"
 #include "faults/required_end.h"
+#include "faults/ways_to_fail.h"
 
 namespace zenqay {
 namespace {
-
-/// All of the places, or some of them, others for each kind of fault.
-std::vector<std::size_t> Sample(const std::vector<std::size_t>& places, std::size_t count, const Text& kind) {
-  if (TriesAll() || places.size() <= count) return places;
-  const std::size_t stride = places.size() / count;
-  std::vector<std::size_t> sample;
-  for (std::size_t i = std::hash<Text>()(kind) % stride; i < places.size(); i += stride) sample.push_back(places[i]);
-  return sample;
-}
 
 /// What was tried of one kind, and what it came to.
 class Tally {
@@ -119,10 +111,6 @@ class DemoJobFaults : public testing::TestWithParam<DemoJob> {
   RequiredEnd required{database, GetParam()};
 };
 
-RuntimeError Reported(std::int32_t number, const char* text) {
-  return RuntimeError(std::vector<ProviderError>{{number, "SQLite", text, "", 0}});
-}
-
 TEST_P(DemoJobFaults, UndisturbedTheJobTellsAndFreesEveryTable) {
   database.Reset();
 
@@ -133,20 +121,7 @@ TEST_P(DemoJobFaults, UndisturbedTheJobTellsAndFreesEveryTable) {
 
 TEST_P(DemoJobFaults, AFailingStatementLeavesWhatItsPhaseRequires) {
   const std::vector<std::size_t> statements = required.StepsOf(Step::Kind::Statement);
-  const struct {
-    const char* kind;
-    When when;
-    RuntimeError error;
-  } ways[] = {
-      {"I/O error before", When::Before, Reported(-2147467259, "disk I/O error")},
-      {"I/O error behind", When::Behind, Reported(-2147467259, "disk I/O error")},
-      {"disk full", When::Before, Reported(-2147467259, "database or disk is full")},
-      {"busy", When::Before, Reported(-2147467259, "database is locked")},
-      {"corrupt", When::Before, Reported(-2147467259, "database disk image is malformed")},
-      {"constraint", When::Before, Reported(-2147217873, "UNIQUE constraint failed")},
-      {"prepare error", When::Before, Reported(-2147217900, "near \"SET\": syntax error")},
-  };
-  for (const auto& [kind, when, error] : ways) TryFailing(kind, statements, 3, when, error);
+  for (const auto& [kind, when, error] : WaysOfAStatement()) TryFailing(kind, statements, 3, when, error);
 }
 
 TEST_P(DemoJobFaults, AFailingCallLeavesWhatItsPhaseRequires) {

@@ -231,7 +231,8 @@ TEST(TracedComponents, ShowArgumentsAsTheyWereWhenTheCallWasMadeAndHandBackWhatW
       traced.Lines(),
       R"({"n":1,"kind":"create","class":"Kv40QTMtssmaLocations.LocationsManager","id":1})"
       "\n"
-      R"({"n":2,"kind":"call","id":1,"op":"Fill","args":["before",{"empty":true},"kept"],"returns":{"empty":true}})"
+      R"({"n":2,"kind":"call","id":1,"op":"Fill","args":["before",{"empty":true},"kept"],"returns":{"empty":true},)"
+      R"("argsAfter":["after",{"object":2},"kept"]})"
       "\n"
       R"({"n":3,"kind":"call","id":1,"op":"Take","args":["after",{"object":2},"kept"],"returns":{"empty":true}})"
       "\n");
