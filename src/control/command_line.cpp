@@ -30,6 +30,7 @@ struct Arguments {
   HistoryOptions history;
   std::int64_t pastRun = 0;
   ServeOptions serve;
+  AnonymiseOptions anonymise;
 };
 
 /// The commands and options; what they stand for is told by their pages.
@@ -75,6 +76,11 @@ class CommandLine {
     serve->add_option("--host", a.serve.hosts)->expected(1)->take_all();
     serve->add_option("--token-file", a.serve.tokenFile);
     serve->add_flag("--allow-actions", a.serve.allowActions);
+
+    CLI::App* anonymise = Command("anonymise", a);
+    anonymise->add_option("TRACE", a.anonymise.trace)->required();
+    anonymise->add_option("--scratch", a.anonymise.scratch);
+    anonymise->add_option("--out", a.anonymise.directory)->required();
 
     Command("init", a)->add_option("DIRECTORY", a.directory);
     const std::vector<Text> shells = {"bash", "zsh", "jobs"};
@@ -134,6 +140,10 @@ int Dispatch(const Text& command, Arguments& a, Surroundings& surroundings) {
     a.history.json = a.json;
     if (a.pastRun > 0) a.history.run = a.pastRun;
     return ShowHistory(a.history, surroundings);
+  }
+  if (command == "anonymise") {
+    a.anonymise.json = a.json;
+    return Anonymise(a.anonymise, surroundings);
   }
   if (command == "init") return MakeFirstJob(a.directory, a.json, surroundings);
   if (command == "completion") {

@@ -73,6 +73,15 @@ int Serve(const JobFile& file, const ServeOptions& options, Surroundings& surrou
 
 int CheckJobs(const JobFile& file, const std::vector<Text>& jobs, bool json, Surroundings& surroundings);
 
+struct AnonymiseOptions {
+  Text trace;
+  Text scratch;    // the file of tables that belongs to it; empty for none
+  Text directory;  // is made
+  bool json = false;
+};
+/// Writes both anew without the customer's names, keys and texts.
+int Anonymise(const AnonymiseOptions& options, Surroundings& surroundings);
+
 int MakeFirstJob(const Text& directory, bool json, Surroundings& surroundings);
 
 int WriteCompletion(const Text& shell, Surroundings& surroundings);

@@ -16,7 +16,7 @@ _zenqayctl() {
     esac
   done
   COMPREPLY=()
-  if [[ ${COMP_WORDS[COMP_CWORD - 1]} == @(--file|--token-file) ]]; then
+  if [[ ${COMP_WORDS[COMP_CWORD - 1]} == @(--file|--token-file|--scratch|--out) ]]; then
     COMPREPLY=($(compgen -f -- "$word"))
     return
   fi
@@ -26,6 +26,7 @@ _zenqayctl() {
   case $command in
     run | submit | check | status | unlock | systemd) words+=" $(zenqayctl "${file[@]}" completion jobs 2>/dev/null)" ;;
     completion) words+=" bash zsh" ;;
+    anonymise) COMPREPLY=($(compgen -f -- "$word")) ;;
     init) COMPREPLY=($(compgen -d -- "$word")) ;;
   esac
   COMPREPLY+=($(compgen -W "$words" -- "$word"))

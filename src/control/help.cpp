@@ -25,6 +25,7 @@ COMMANDS
     unlock JOB TABLE     frees a table that a dead job left taken
     history [RUN]        lists past runs, or shows one whole
     serve                shows all of that as a page that goes as the runs go
+    anonymise TRACE      takes the customer's names, keys and texts out of a trace and its tables
     init [DIRECTORY]     makes a first job file, with a database and an ERP to try it on
     completion SHELL     writes the completion of a shell
     systemd JOB          lets systemd's units of a job reach the paths that it needs
@@ -374,6 +375,34 @@ EXAMPLES
     curl -s http://127.0.0.1:8930/api/tables | jq -r '.[] | select(.age_seconds > 86400) | .table'
 )";
 
+constexpr const char* kAnonymise = R"(NAME
+    zenqayctl anonymise - takes the customer's names, keys and texts out of a trace and its tables
+
+SYNOPSIS
+    zenqayctl anonymise TRACE [--scratch FILE] --out DIRECTORY [--json]
+
+DESCRIPTION
+    Writes a trace anew, and an SQLite file with the local tables that belongs to it, in which each word of the customer's
+    is another one. Lengths, upper and lower case, digits as digits, quotes, blanks, nulls, dates and numbers stay, what
+    was equal stays equal in both files, and the job takes the same way with them. docs/anonymise.md says what stays and
+    what that protects from. Needs no job file.
+
+    The directory is made; one that exists ends it. What it was made by is kept nowhere: it cannot be turned back, and
+    what two calls make does not fit together. Look the result through before you send it.
+
+OPTIONS
+    --scratch FILE    the tables
+    --out DIRECTORY   is made, for trace.jsonl and scratch.db; nobody but its owner may read them
+    --json            the files and the counts as an object
+    -h, --help        writes this page
+
+EXIT STATUS
+    0, 2 for wrong usage and for a file that is no trace, 4 when the tables cannot be read or a file not be written.
+
+EXAMPLES
+    zenqayctl anonymise trace-4711.jsonl --scratch scratch.db --out for-support
+)";
+
 constexpr const char* kInit = R"(NAME
     zenqayctl init - makes a first job file, with a database and an ERP to try it on
 
@@ -462,6 +491,7 @@ Text HelpOf(const Text& command) {
       {"init", kInit},
       {"completion", kCompletion},
       {"systemd", kSystemd},
+      {"anonymise", kAnonymise},
   };
   for (const auto& [name, page] : kPages) {
     if (command == name) return page;

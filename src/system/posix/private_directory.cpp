@@ -45,6 +45,10 @@ void RemoveLeftBehind(const fs::path& parent) {
 
 }  // namespace
 
+void MakePrivateDirectory(const Text& path) {
+  if (::mkdir(path.c_str(), S_IRWXU) != 0) throw RuntimeError(FileFault(errno), path);
+}
+
 Text MakeLastingDirectory(const Text& path) {
   Text made = path + "XXXXXX";
   if (::mkdtemp(made.data()) == nullptr) throw RuntimeError(FileFault(errno), made);
