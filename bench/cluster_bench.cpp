@@ -1,5 +1,5 @@
 // zenqayctl submit of 200 tables in twenty databases on a PostgreSQL server that answers after two milliseconds, on a
-// Slurm cluster of one, two and three nodes of this machine, four places each: how long the submission takes, and how
+// Slurm cluster of one, two and three nodes of this machine, ten places each: how long the submission takes, and how
 // long everything, to the moment at which the collector has brought the last outcome into the history. All rows are
 // there already, so each is an update. And what a submission leaves and takes: logs, history, files and bytes of the
 // shared directory, and sessions at the server at once.
@@ -25,7 +25,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kDatabases = 20;
 constexpr int kTables = 200;
-constexpr int kPlaces = 4;
+constexpr int kPlaces = 10;
 constexpr double kLongest = 7200;
 constexpr int kEndLooks = 50;  // looks for the end, a fiftieth of a second each, to one at what it takes
 constexpr const char* kGenerations[] = {"3", "1", "8"};

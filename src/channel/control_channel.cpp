@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/json_text.h"
 #include "base/secrets.h"
 #include "contracts/control_channel.h"
 #include "system/process_id.h"
@@ -143,7 +144,7 @@ void ControlChannel::Rows(const RowCounts& counts, std::optional<std::int64_t> s
 void ControlChannel::Write(const ordered_json& line) {
   if (!descriptor_.isOpen()) return;
   const bool mayBeLost = line[channel::kKind] == channel::kRows;
-  const Text text = line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+  const Text text = JsonText(line) + "\n";
   const auto outcome = descriptor_.Write(text, mayBeLost ? milliseconds(0) : kPatience);
   if (outcome == ChannelDescriptor::Outcome::Written) return;
   if (outcome == ChannelDescriptor::Outcome::NotNow && mayBeLost) return;

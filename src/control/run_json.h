@@ -3,12 +3,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/json_text.h"
 #include "control/table_status.h"
 
 namespace zenqay {
-
-/// On one line; what is no UTF-8 is replaced.
-Text JsonText(const nlohmann::ordered_json& value);
 
 nlohmann::ordered_json FailureJson(const JobFailure& failure);
 nlohmann::ordered_json TableJson(const TableRun& run);

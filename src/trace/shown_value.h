@@ -18,7 +18,4 @@ nlohmann::ordered_json ShownValue(const Value& value, const ObjectNumber& number
 /// No password stands in a trace, also where an item of the command line came in the wrong place.
 void CleanOfSecrets(nlohmann::ordered_json& value);
 
-/// One line of JSON; what is no UTF-8 is replaced.
-Text JsonText(const nlohmann::ordered_json& value);
-
 }  // namespace zenqay

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "base/json_text.h"
 #include "base/secrets.h"
 #include "system/process_id.h"
 #include "system/utc_stamp.h"

@@ -1,6 +1,6 @@
 #include "components/replay/recorded_call.h"
 
-#include "trace/shown_value.h"
+#include "base/json_text.h"
 
 namespace zenqay {
 namespace {

@@ -3,6 +3,7 @@
 #include <map>
 #include <unordered_map>
 
+#include "base/json_text.h"
 #include "base/numbers.h"
 #include "components/replay/recording.h"
 #include "process/QTMDeclarations.h"

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "base/json_text.h"
 #include "control/exit_status.h"
 #include "system/output_file.h"
 
@@ -95,7 +96,7 @@ class TraceLines {
 };
 
 void Write(OutputFile& file, const Text& path, const ordered_json& line) {
-  const auto fault = file.Write(line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n");
+  const auto fault = file.Write(JsonText(line) + "\n");
   if (fault) throw RuntimeError(*fault, path);
 }
 
