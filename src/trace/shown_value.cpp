@@ -44,8 +44,4 @@ void CleanOfSecrets(ordered_json& value) {
   }
 }
 
-Text JsonText(const ordered_json& value) {
-  return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
-}
-
 }  // namespace zenqay

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <functional>
-#include <nlohmann/json.hpp>
 
 #include "contracts/value.h"
+#include "trace/json_text.h"
 
 namespace zenqay {
 
@@ -17,8 +17,5 @@ nlohmann::ordered_json ShownValue(const Value& value, const ObjectNumber& number
 
 /// No password stands in a trace, also where an item of the command line came in the wrong place.
 void CleanOfSecrets(nlohmann::ordered_json& value);
-
-/// One line of JSON; what is no UTF-8 is replaced.
-Text JsonText(const nlohmann::ordered_json& value);
 
 }  // namespace zenqay

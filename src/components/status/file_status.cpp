@@ -1,8 +1,7 @@
-#include <nlohmann/json.hpp>
-
 #include "components/status/status_components.h"
 #include "components/status/status_object.h"
 #include "system/output_file.h"
+#include "trace/json_text.h"
 
 namespace zenqay {
 namespace {
@@ -42,7 +41,7 @@ class FileStatus : public StatusObject {
   /// One write for one line, so that a reader never sees half of one but on a full disk.
   void Append(const ordered_json& call) {
     if (!file_.isOpen()) Require(file_.Open(path_), path_);
-    Require(file_.Write(call.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n"), path_);
+    Require(file_.Write(JsonText(call) + "\n"), path_);
   }
 
   Text path_;
