@@ -1,8 +1,10 @@
 // What zenqayctl knows, as JSON. Only sources include this.
 #pragma once
 
+#include <nlohmann/json.hpp>
+
 #include "control/table_status.h"
-#include "trace/json_text.h"
+#include "trace/shown_value.h"  // JsonText
 
 namespace zenqay {
 
