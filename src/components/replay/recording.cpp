@@ -37,43 +37,73 @@ bool Recording::ReadHead() {
 }
 
 RecordedCall Recording::Take(const AskedCall& asked) {
-  for (std::size_t i = 0; i < ahead_.size(); ++i) {
-    if (ahead_[i].Answers(asked)) return TakeAt(i);
-  }
-  while (ahead_.size() < kLooksAhead && ReadOn()) {
-    if (ahead_.back().Answers(asked)) return TakeAt(ahead_.size() - 1);
+  if (auto held = TakeHeld(asked)) return std::move(*held);
+  while (held_.size() < kLooksAhead) {
+    std::optional<RecordedCall> call = ReadOn();
+    if (!call) break;
+    if (call->Answers(asked)) {
+      PassOverTo(call->line);
+      return std::move(*call);
+    }
+    Hold(std::move(*call));
   }
   RaiseUnlike(asked);
 }
 
-/// Behind a call that was passed over, the run stays where it is.
-RecordedCall Recording::TakeAt(std::size_t index) {
-  RecordedCall taken = std::move(ahead_[index]);
-  ahead_.erase(ahead_.begin() + static_cast<std::ptrdiff_t>(index));
-  passedOver_ = index < passedOver_ ? passedOver_ - 1 : index;
-  for (; passedOver_ > kKeepsPassedOver; --passedOver_) ahead_.pop_front();
-  return taken;
+std::optional<RecordedCall> Recording::TakeHeld(const AskedCall& asked) {
+  const auto lines = linesOf_.find(asked.object);
+  if (lines == linesOf_.end()) return std::nullopt;
+  for (const std::int64_t line : lines->second) {
+    const auto held = held_.find(line);
+    if (!held->second.Answers(asked)) continue;
+    std::optional<RecordedCall> taken = std::move(held->second);
+    Drop(held);
+    PassOverTo(line);
+    return taken;
+  }
+  return std::nullopt;
 }
 
-/// False behind the last call.
-bool Recording::ReadOn() {
+void Recording::Hold(RecordedCall call) {
+  linesOf_[call.call.object].insert(call.line);
+  held_.emplace_hint(held_.end(), call.line, std::move(call));
+}
+
+void Recording::Drop(std::map<std::int64_t, RecordedCall>::iterator held) {
+  const auto lines = linesOf_.find(held->second.call.object);
+  lines->second.erase(held->first);
+  if (lines->second.empty()) linesOf_.erase(lines);
+  held_.erase(held);
+}
+
+/// The run takes a line that is held no more. One that had been passed over leaves it where it is.
+void Recording::PassOverTo(std::int64_t line) {
+  if (line < place_) {
+    --passedOver_;
+    return;
+  }
+  passedOver_ += static_cast<std::size_t>(std::distance(held_.upper_bound(place_), held_.lower_bound(line)));
+  place_ = line;
+  for (; passedOver_ > kKeepsPassedOver; --passedOver_) Drop(held_.begin());
+}
+
+/// The next call; nothing behind the last one.
+std::optional<RecordedCall> Recording::ReadOn() {
   Text text;
   while (!isCutOff_ && std::getline(file_, text)) {
-    const bool isWhole = !file_.eof();
+    const bool isLast = file_.eof();
     try {
       auto call = RecordedCall::Read(text, linesRead_ + 1);
       ++linesRead_;
-      if (!call) continue;
-      ahead_.push_back(std::move(*call));
-      return true;
+      if (call) return call;
     } catch (const ordered_json::exception&) {
-      isCutOff_ = !isWhole;
-      if (isCutOff_) return false;
+      isCutOff_ = isLast;
+      if (isCutOff_) break;
       file_.setstate(std::ios::failbit);
       throw RuntimeError(PlatformFault::InvalidCall, Place(linesRead_ + 1) + ": this is no line of a trace");
     }
   }
-  return false;
+  return std::nullopt;
 }
 
 Text Recording::Place(std::int64_t line) const {
@@ -82,8 +112,8 @@ Text Recording::Place(std::int64_t line) const {
 
 void Recording::RaiseUnlike(const AskedCall& asked) const {
   const auto fault = asked.classId.empty() ? PlatformFault::InvalidCall : PlatformFault::CannotCreateObject;
-  if (passedOver_ < ahead_.size()) {
-    const RecordedCall& next = ahead_[passedOver_];
+  if (const auto held = held_.upper_bound(place_); held != held_.end()) {
+    const RecordedCall& next = held->second;
     throw RuntimeError(fault, Place(next.line) + ": the recorded run went on with " + next.call.Shown() +
                                   ", not with " + asked.Shown());
   }

@@ -1,8 +1,10 @@
 // The component calls of a trace, as they are asked for again.
 #pragma once
 
-#include <deque>
 #include <fstream>
+#include <map>
+#include <set>
+#include <unordered_map>
 
 #include "components/replay/recorded_call.h"
 
@@ -28,17 +30,22 @@ class Recording {
 
  private:
   bool ReadHead();
-  bool ReadOn();
-  RecordedCall TakeAt(std::size_t index);
+  std::optional<RecordedCall> ReadOn();
+  std::optional<RecordedCall> TakeHeld(const AskedCall& asked);
+  void Hold(RecordedCall call);
+  void Drop(std::map<std::int64_t, RecordedCall>::iterator held);
+  void PassOverTo(std::int64_t line);
   Text Place(std::int64_t line) const;
   [[noreturn]] void RaiseUnlike(const AskedCall& asked) const;
 
   Text path_;
   std::ifstream file_;
   std::int64_t linesRead_ = 0;
-  std::deque<RecordedCall> ahead_;  // in the order of the trace
-  std::size_t passedOver_ = 0;      // of them, in front of where the run is
-  bool isCutOff_ = false;           // within the last line
+  std::map<std::int64_t, RecordedCall> held_;                         // read and not taken yet, by their lines
+  std::unordered_map<std::int64_t, std::set<std::int64_t>> linesOf_;  // of them, by object
+  std::int64_t place_ = 0;                                            // the last line that the run has come to
+  std::size_t passedOver_ = 0;                                        // held lines in front of it
+  bool isCutOff_ = false;                                             // within the last line
 };
 
 }  // namespace zenqay
