@@ -47,11 +47,13 @@ class PostgresServer {
 
   int port() const { return port_; }
 
+  /// The file of what the server has said since its first start: its statements too, with {"log_statement=all"}.
+  std::string ServerLog() const;
+
  private:
   void CreateCluster() const;
   void Start();
   bool ComesUp();
-  std::string ServerLog() const;
 
   std::vector<std::string> settings_;
   std::string directory_;

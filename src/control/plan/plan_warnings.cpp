@@ -57,12 +57,12 @@ void AddNearKeys(Connection& connection, const ComparedTable& table, std::vector
   if (count == 0) return;
   const auto first = Rows(connection, "SELECT MIN(shown)" + near);
   first->Next();
-  warnings.push_back({table.name, std::to_string(count) +
-                                      " of the rows to insert have the key of another row but for the case of letters "
-                                      "or blanks at the end, such as " +
-                                      first->Field(0).Joined() +
-                                      ": a database that takes such keys for the same changes that row, and the counts "
-                                      "are others"});
+  warnings.push_back(
+      {table.name,
+       "rows to insert that have the key of another row but for the case of letters or blanks at the "
+       "end: " +
+           std::to_string(count) + ", such as " + first->Field(0).Joined() +
+           "; a database that takes such keys for the same changes that row, and the counts are others"});
 }
 
 void AddEmptyTexts(Connection& connection, const ComparedTable& table, std::vector<PlanWarning>& warnings) {
@@ -70,8 +70,8 @@ void AddEmptyTexts(Connection& connection, const ComparedTable& table, std::vect
     const std::int64_t count = Number(connection, "SELECT COUNT(*) FROM main." + QuotedName(table.name) +
                                                       " r WHERE r." + QuotedName(column) + " = ''");
     if (count == 0) continue;
-    warnings.push_back({table.name, std::to_string(count) + " rows would get an empty text in " + column +
-                                        ", which Oracle keeps as NULL"});
+    warnings.push_back({table.name, "rows that get an empty text in " + column + ": " + std::to_string(count) +
+                                        "; Oracle keeps it as NULL"});
   }
 }
 
@@ -91,9 +91,8 @@ std::vector<PlanWarning> WarningsOfExpiry(Connection& connection, const Text& da
                              " WHERE OBJECT.WARRANTY <> WARRANTIES.WARRANTY AND lower(OBJECT.WARRANTY) = "
                              "lower(WARRANTIES.WARRANTY)");
   if (count == 0) return {};
-  return {{"OBJECT", std::to_string(count) +
-                         " objects have the code of a warranty but for the case of letters: the database does not take "
-                         "it for theirs, and computes no expiry for them"}};
+  return {{"OBJECT", "objects that have the code of a warranty but for the case of letters: " + std::to_string(count) +
+                         "; the database takes it for another, and computes no expiry for them"}};
 }
 
 std::vector<PlanWarning> WarningsOfFailures(const TableRun& run) {

@@ -11,11 +11,14 @@ namespace {
 
 constexpr int kMostAttempts = 3;
 
+bool HasName(const std::vector<Text>& names, const Text& name) {
+  return std::ranges::any_of(names, [&](const Text& other) { return EqualsIgnoringCase(name, other); });
+}
+
 std::vector<Text> WithoutRepeats(const std::vector<Text>& names) {
   std::vector<Text> once;
   for (const Text& name : names) {
-    const auto isSame = [&](const Text& other) { return EqualsIgnoringCase(name, other); };
-    if (std::ranges::none_of(once, isSame)) once.push_back(name);
+    if (!HasName(once, name)) once.push_back(name);
   }
   return once;
 }
@@ -68,7 +71,7 @@ bool ScratchCopy::Fill(const DatabaseSettings& database, const DatabaseAccess& a
     connection.Read(SelectionOf(table, schema), rows);
     Note(table, schema);
   }
-  NoteTaken(connection);
+  NoteTaken(connection, tables);
   if (!connection.EndReading()) return false;
   filler.Run("UPDATE tstables SET in_use = 0");
   filler.Finish();
@@ -83,11 +86,13 @@ void ScratchCopy::Note(const Text& table, const TableSchema& schema) {
   }
 }
 
-void ScratchCopy::NoteTaken(EngineConnection& connection) {
+void ScratchCopy::NoteTaken(EngineConnection& connection, const std::vector<Text>& tables) {
   RowStore taken;
   connection.Read("SELECT tablename FROM tstables WHERE in_use = 1 ORDER BY tablename", taken);
   while (taken.Next()) {
-    warnings_.push_back({Trim(taken.Field(0).Joined()),
+    const Text name = Trim(taken.Field(0).Joined());
+    if (!HasName(tables, name)) continue;
+    warnings_.push_back({name,
                          "a copy of it is running, or died and left it taken: what it has yet to do is no part of the "
                          "plan"});
   }

@@ -37,7 +37,7 @@ class ScratchCopy {
  private:
   bool Fill(const DatabaseSettings& database, const DatabaseAccess& access, const std::vector<Text>& tables);
   void Note(const Text& table, const TableSchema& schema);
-  void NoteTaken(EngineConnection& connection);
+  void NoteTaken(EngineConnection& connection, const std::vector<Text>& tables);
 
   PrivateDirectory directory_;
   Text work_;
