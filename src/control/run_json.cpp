@@ -45,10 +45,6 @@ Json RunJson(const PastRun& run) {
 
 }  // namespace
 
-Text JsonText(const Json& value) {
-  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
 Json FailureJson(const JobFailure& failure) {
   Json json;
   AddText(json, "time", failure.time);

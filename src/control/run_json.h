@@ -4,11 +4,9 @@
 #include <nlohmann/json.hpp>
 
 #include "control/table_status.h"
+#include "trace/shown_value.h"  // JsonText
 
 namespace zenqay {
-
-/// On one line; what is no UTF-8 is replaced.
-Text JsonText(const nlohmann::ordered_json& value);
 
 nlohmann::ordered_json FailureJson(const JobFailure& failure);
 nlohmann::ordered_json TableJson(const TableRun& run);

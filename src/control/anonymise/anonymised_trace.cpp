@@ -5,6 +5,7 @@
 
 #include "control/exit_status.h"
 #include "system/output_file.h"
+#include "trace/shown_value.h"
 
 namespace zenqay {
 namespace {
@@ -69,7 +70,9 @@ class TraceLines {
     if (value.is_string()) {
       Replace(value, anonymiser_.Value(meaning, value.get_ref<const Text&>()));
     } else if (value.is_number_integer() && numbers == Numbers::Change && meaning == Meaning::Words) {
-      Replace(value, anonymiser_.Number(value.get<std::int64_t>()));
+      const std::int64_t number = anonymiser_.Number(value.get<std::int64_t>());
+      const bool isInt32 = static_cast<std::int32_t>(number) == number;
+      Replace(value, isInt32 ? ordered_json(number) : ordered_json(static_cast<double>(number)));
     } else if (value.is_array()) {
       for (ordered_json& element : value) ChangeValues(meaning, numbers, element);
     } else if (value.is_object()) {
@@ -95,7 +98,7 @@ class TraceLines {
 };
 
 void Write(OutputFile& file, const Text& path, const ordered_json& line) {
-  const auto fault = file.Write(line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n");
+  const auto fault = file.Write(JsonText(line) + "\n");
   if (fault) throw RuntimeError(*fault, path);
 }
 
