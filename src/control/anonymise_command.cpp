@@ -1,10 +1,10 @@
 #include <filesystem>
 
+#include "control/anonymise/anonymised_tables.h"
 #include "control/anonymise/anonymised_trace.h"
 #include "control/commands.h"
 #include "control/exit_status.h"
 #include "control/run_json.h"
-#include "engines/sqlite/rewritten_copy.h"
 #include "system/own_process.h"
 #include "system/private_directory.h"
 
@@ -34,22 +34,6 @@ class OutputDirectory {
   fs::path path_;
   bool isKept_ = false;
 };
-
-std::vector<RewrittenTable> AnonymiseScratch(const Text& from, const Text& to, const Anonymiser& anonymiser) {
-  if (!fs::is_regular_file(from)) throw WrongUsage(from + " is no file");
-  MakePrivateFile(to);
-  const Vocabulary& vocabulary = anonymiser.vocabulary();
-  return CopyRewritten(
-      from, to,
-      {.declaration = [&](std::string_view text) { return anonymiser.Statement(text); },
-       .name = [&](std::string_view name) { return anonymiser.Name(name); },
-       .text = [&](const Text& table, const Text& column,
-                   std::string_view text) { return anonymiser.Value(vocabulary.OfColumn(table, column), text); },
-       .integer =
-           [&](const Text& table, const Text& column, std::int64_t number) {
-             return vocabulary.OfColumn(table, column) == Meaning::Words ? anonymiser.Number(number) : number;
-           }});
-}
 
 struct Anonymised {
   Text tracePath;
@@ -95,7 +79,9 @@ int Anonymise(const AnonymiseOptions& options, Surroundings& surroundings) {
   done.trace = AnonymiseTrace(options.trace, done.tracePath, anonymiser);
   if (!options.scratch.empty()) {
     done.scratchPath = directory.Path("scratch.db");
-    done.tables = AnonymiseScratch(options.scratch, done.scratchPath, anonymiser);
+    if (!fs::is_regular_file(options.scratch)) throw WrongUsage(options.scratch + " is no file");
+    MakePrivateFile(done.scratchPath);
+    done.tables = AnonymiseTables(options.scratch, done.scratchPath, anonymiser);
   }
   directory.Keep();
   options.json ? WriteJson(done, surroundings.out) : WriteText(done, surroundings.out);

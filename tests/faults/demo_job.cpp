@@ -165,7 +165,7 @@ DemoDatabase::DemoDatabase(const DemoJob& job) : job_(job) {
   RunProcessOf(none, Around(), end);
   std::swap(job_, first);
   Execute(file, Text("UPDATE tstables SET lutm = '") + kOld + "' WHERE lutm IS NOT NULL");
-  fs::copy_file(file, home_.path() / "before.db");
+  fs::copy_file(file, BeforePath());
   TakeExports(home_, "end");
   TakeExports(home_, "changes");
 
@@ -183,7 +183,7 @@ DemoDatabase::DemoDatabase(const DemoJob& job) : job_(job) {
 void DemoDatabase::Reset() const {
   for (const char* name : {"service.db-wal", "service.db-shm", "log"}) fs::remove_all(home_.path() / name);
   fs::create_directory(home_.path() / "log");
-  fs::copy_file(home_.path() / "before.db", home_.path() / "service.db", fs::copy_options::overwrite_existing);
+  fs::copy_file(BeforePath(), home_.path() / "service.db", fs::copy_options::overwrite_existing);
 }
 
 JobEnd DemoDatabase::Run(Disturbance& disturbance, const Around& around) const {
@@ -240,8 +240,8 @@ void DemoDatabase::RunOn(ComponentHost& served, Disturbance& disturbance, const 
   DisturbedComponents components(served, disturbance);
   LocalDatabases databases;
   DisturbedDatabase database(databases, disturbance);
-  const Text commandLine = "Provider=SQLite;Data Source=" + home + "/service.db{}SERVICE{}" +
-                           std::to_string(job_.tableId) + "{}" + job_.syncMethod + "{}" + home + "/log{}MAIN{}7{}{}" +
+  const Text commandLine = "Provider=SQLite;Data Source=" + home + "/service.db{}" + databaseName + "{}" +
+                           std::to_string(job_.tableId) + "{}" + job_.syncMethod + "{}" + home + "/log{}" + component + "{}7{}{}" +
                            job_.platform + "{}0{}" + job_.generation;
   const auto run = [&](modDeclarations& process) {
     SetMemoryAside();

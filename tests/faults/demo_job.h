@@ -79,8 +79,14 @@ class DemoDatabase {
   TracedEnd Record(Disturbance& disturbance) const;
   TracedEnd Replay(Disturbance& disturbance) const;
 
-  /// The trace as its file is, which a test may change in between.
+  /// The trace and the database from before the job as their files are, which a test may change in between.
   std::filesystem::path TracePath() const { return home_.path() / "trace.jsonl"; }
+  std::filesystem::path BeforePath() const { return home_.path() / "before.db"; }
+  const std::filesystem::path& home() const { return home_.path(); }
+
+  /// What the command line names.
+  Text databaseName = "SERVICE";
+  Text component = "MAIN";
 
   /// The end as far as it stands in the files.
   JobEnd Look() const;

@@ -6,6 +6,7 @@
 #include "base/json_text.h"
 #include "control/exit_status.h"
 #include "system/output_file.h"
+#include "trace/shown_value.h"
 
 namespace zenqay {
 namespace {
@@ -70,7 +71,9 @@ class TraceLines {
     if (value.is_string()) {
       Replace(value, anonymiser_.Value(meaning, value.get_ref<const Text&>()));
     } else if (value.is_number_integer() && numbers == Numbers::Change && meaning == Meaning::Words) {
-      Replace(value, anonymiser_.Number(value.get<std::int64_t>()));
+      const std::int64_t number = anonymiser_.Number(value.get<std::int64_t>());
+      const bool isInt32 = static_cast<std::int32_t>(number) == number;
+      Replace(value, isInt32 ? ordered_json(number) : ordered_json(static_cast<double>(number)));
     } else if (value.is_array()) {
       for (ordered_json& element : value) ChangeValues(meaning, numbers, element);
     } else if (value.is_object()) {

@@ -51,7 +51,13 @@ std::string_view MessageWords() {
     08001 08s01 08003 08006 22001 22003 22007 22018 23000 23505 23502 28000 28p01 37000 40001 42000 42501 42601 42703
     42s02 42s22 42p01 57014 hy000 hyt00 im002
     service master data csv xml jsonl log var lib srv opt etc home tmp usr zenqaydbsync znqevtlg zenqay zenqa dbsync i18ntext components
-    nextelement hasmoreelements netlist kxitoolkit getdefaulttoolkit createusersession addmanager close)";
+    nextElement hasMoreElements kxiToolKit getDefaultToolkit createUserSession addManager Close get getDate getHours
+    getInstance getMinutes getMonth getSeconds getTimeZoneOffset getYear getContracts getServiceContracts
+    getContractConfigurationLines hasContracts hasServiceContracts hasContractConfigurationLines setDate setFrom setHours
+    setMinutes setmonth setNetListIn setNetListOut setNetListPeriod setSeconds setTime setTo SetYear addNetListParameter
+    ZONE OFFSET CurrentInstanceNumber NetListClusters NetListConfigurations NetListContractConfigurationLines
+    NetListContracts NetListInstallations NetListLocations NetListObjects NetListPriorities NetListProblems
+    NetListSerializedItems NetListServiceContracts NetListSymptoms NetListWarranties SiteContracts Only)";
 }
 
 }  // namespace zenqay

@@ -80,6 +80,20 @@ TEST(AnonymisedTrace, ChangesAKeyThatIsANumberAsItsText) {
                 "'\"}\n");
 }
 
+/// As a whole number that a component gives beyond 32 bits stands in a trace.
+TEST(AnonymisedTrace, ShowsANumberThatLeavesThe32BitsAsADouble) {
+  const Traces traces;
+  std::int64_t number = 2'000'000'000;
+  while (traces.anonymiser.Number(number) < 4'000'000'000) ++number;
+  const auto line = [](const Text& returned) {
+    return R"({"n":1,"kind":"call","id":3,"op":"getCustomer","args":[],"returns":)" + returned + "}\n";
+  };
+
+  traces.Change(kHead + line(std::to_string(number)));
+
+  EXPECT_EQ(traces.directory.Read("changed"), kHead + line(std::to_string(traces.anonymiser.Number(number)) + ".0"));
+}
+
 TEST(AnonymisedTrace, LeavesOutALineThatWasCutOff) {
   const Traces traces;
 

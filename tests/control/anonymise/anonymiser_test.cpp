@@ -3,7 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <regex>
+#include <set>
+
 #include "control/anonymise/word_lists.h"
+#include "doubles/file_content.h"
 #include "marked_texts.h"
 
 namespace zenqay {
@@ -175,6 +180,28 @@ TEST(Anonymiser, ReadsTheRecordsOfLogs) {
        }) {
     EXPECT_EQ(Subject().LogLine(Original(marked)), Expected(marked));
   }
+}
+
+TEST(Anonymiser, KnowsEveryOperationThatTheJobCallsAndEverySourceOfAFailure) {
+  const std::regex literal(
+      "\"((get|set|has|add|put|create|NetList|write|Update|to|next|kxi)[A-Za-z_]+|[A-Za-z]+ - Only Changed)\"",
+      std::regex::icase);
+  const std::filesystem::path sources = std::filesystem::path(ZENQAY_SHARE).parent_path() / "src";
+  std::set<Text> unknown;
+  int count = 0;
+  for (const char* folder : {"entities", "erp", "localdb", "job", "startup"}) {
+    for (const auto& file : std::filesystem::directory_iterator(sources / folder)) {
+      const Text source = ContentOf(file.path());
+      for (std::sregex_iterator found(source.begin(), source.end(), literal), end; found != end; ++found) {
+        ++count;
+        const Text text = (*found)[1];
+        if (Subject().Failure(text) != text) unknown.insert(text);
+      }
+    }
+  }
+
+  EXPECT_GT(count, 300);
+  EXPECT_EQ(unknown, std::set<Text>());
 }
 
 TEST(Anonymiser, KeepsEveryTextThatThePageOfFailuresQuotes) {
