@@ -5,7 +5,6 @@
 
 #include "base/json_text.h"
 #include "control/table_status.h"
-#include "trace/shown_value.h"  // JsonText
 
 namespace zenqay {
 

@@ -23,7 +23,8 @@ class PrivateDirectory {
   int descriptor_ = -1;
 };
 
-/// Makes a directory of this name, closed to everybody else, that stays. Raises as above, and 75 where the name is taken.
+/// Makes a directory of this name, closed to everybody else, that stays. Raises as above, and 75 where the name is
+/// taken.
 void MakePrivateDirectory(const Text& path);
 
 /// A new directory of this name and six characters behind it, closed to everybody else, that stays. Raises as above.

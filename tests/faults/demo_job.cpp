@@ -241,8 +241,8 @@ void DemoDatabase::RunOn(ComponentHost& served, Disturbance& disturbance, const 
   LocalDatabases databases;
   DisturbedDatabase database(databases, disturbance);
   const Text commandLine = "Provider=SQLite;Data Source=" + home + "/service.db{}" + databaseName + "{}" +
-                           std::to_string(job_.tableId) + "{}" + job_.syncMethod + "{}" + home + "/log{}" + component + "{}7{}{}" +
-                           job_.platform + "{}0{}" + job_.generation;
+                           std::to_string(job_.tableId) + "{}" + job_.syncMethod + "{}" + home + "/log{}" + component +
+                           "{}7{}{}" + job_.platform + "{}0{}" + job_.generation;
   const auto run = [&](modDeclarations& process) {
     SetMemoryAside();
     around.before();

@@ -1,46 +1,16 @@
 #include "control/anonymise/keyed_hash.h"
 
-#include <bit>
+#include <openssl/evp.h>
+#include <openssl/params.h>
+
+#include <new>
 #include <random>
 
 namespace zenqay {
 namespace {
 
-/// Up to eight bytes, the first one lowest.
-std::uint64_t LittleEndian(std::string_view bytes) {
-  std::uint64_t word = 0;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    word |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
-  }
-  return word;
-}
-
-struct State {
-  std::uint64_t v0;
-  std::uint64_t v1;
-  std::uint64_t v2;
-  std::uint64_t v3;
-
-  void Round() {
-    v0 += v1;
-    v1 = std::rotl(v1, 13) ^ v0;
-    v0 = std::rotl(v0, 32);
-    v2 += v3;
-    v3 = std::rotl(v3, 16) ^ v2;
-    v0 += v3;
-    v3 = std::rotl(v3, 21) ^ v0;
-    v2 += v1;
-    v1 = std::rotl(v1, 17) ^ v2;
-    v2 = std::rotl(v2, 32);
-  }
-
-  void Take(std::uint64_t word) {
-    v3 ^= word;
-    Round();
-    Round();
-    v0 ^= word;
-  }
-};
+constexpr std::size_t kKeySize = 16;  // bytes
+constexpr std::size_t kHashSize = 8;
 
 }  // namespace
 
@@ -54,15 +24,27 @@ KeyedHash::Key KeyedHash::RandomKey() {
   return key;
 }
 
+KeyedHash::KeyedHash(const Key& key) {
+  for (std::size_t i = 0; i < kKeySize; ++i) key_[i] = static_cast<unsigned char>(key[i / 8] >> (8 * (i % 8)));
+  EVP_MAC* method = EVP_MAC_fetch(nullptr, "SIPHASH", nullptr);
+  context_.reset(EVP_MAC_CTX_new(method), EVP_MAC_CTX_free);
+  EVP_MAC_free(method);
+  std::size_t size = kHashSize;
+  const OSSL_PARAM settings[] = {OSSL_PARAM_construct_size_t("size", &size), OSSL_PARAM_construct_end()};
+  if (context_ == nullptr || EVP_MAC_CTX_set_params(context_.get(), settings) != 1) throw std::bad_alloc();
+}
+
 std::uint64_t KeyedHash::operator()(std::string_view bytes) const {
-  State state = {key_[0] ^ 0x736f6d6570736575, key_[1] ^ 0x646f72616e646f6d, key_[0] ^ 0x6c7967656e657261,
-                 key_[1] ^ 0x7465646279746573};
-  const std::uint64_t length = bytes.size();
-  for (; bytes.size() >= 8; bytes.remove_prefix(8)) state.Take(LittleEndian(bytes.substr(0, 8)));
-  state.Take(LittleEndian(bytes) | length << 56);
-  state.v2 ^= 0xff;
-  for (int i = 0; i < 4; ++i) state.Round();
-  return state.v0 ^ state.v1 ^ state.v2 ^ state.v3;
+  unsigned char hash[kHashSize];
+  std::size_t size = 0;
+  const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
+  const bool isDone = EVP_MAC_init(context_.get(), key_.data(), key_.size(), nullptr) == 1 &&
+                      EVP_MAC_update(context_.get(), data, bytes.size()) == 1 &&
+                      EVP_MAC_final(context_.get(), hash, &size, sizeof hash) == 1;
+  if (!isDone || size != kHashSize) throw std::bad_alloc();
+  std::uint64_t number = 0;
+  for (std::size_t i = kHashSize; i-- > 0;) number = number << 8 | hash[i];
+  return number;
 }
 
 }  // namespace zenqay

@@ -3,10 +3,14 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string_view>
+
+struct evp_mac_ctx_st;
 
 namespace zenqay {
 
+/// Raises std::bad_alloc where the library has no memory. Copies work in one place, so they belong to one thread.
 class KeyedHash {
  public:
   using Key = std::array<std::uint64_t, 2>;
@@ -14,12 +18,13 @@ class KeyedHash {
   /// A key that nobody has had before and nobody can guess.
   static Key RandomKey();
 
-  explicit KeyedHash(const Key& key) : key_(key) {}
+  explicit KeyedHash(const Key& key);
 
   std::uint64_t operator()(std::string_view bytes) const;
 
  private:
-  Key key_;
+  std::array<unsigned char, 16> key_{};
+  std::shared_ptr<evp_mac_ctx_st> context_;
 };
 
 }  // namespace zenqay
