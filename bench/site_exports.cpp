@@ -12,12 +12,20 @@ void WriteLocation(std::ofstream& file, long row, const char* description) {
   file << line;
 }
 
+void WriteAll(const Workplace& place, long rows, const char* description) {
+  std::ofstream all(place.Erp("Kv40QTMtssmaLocations.csv"), std::ios::binary);
+  all << "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n";
+  for (long row = 0; row < rows; ++row) WriteLocation(all, row, description);
+}
+
 }  // namespace
 
 void WriteLocations(const Workplace& place, long rows) {
-  std::ofstream all(place.Erp("Kv40QTMtssmaLocations.csv"), std::ios::binary);
-  all << "Location:text:cloc:key,Description:text:desc,Customer:text:cuno\n";
-  for (long row = 0; row < rows; ++row) WriteLocation(all, row, "Location number");
+  WriteAll(place, rows, "Location number");
+}
+
+void WriteChangedLocations(const Workplace& place, long rows) {
+  WriteAll(place, rows, "Changed location");
 }
 
 void WriteLocationChanges(const Workplace& place, long rows) {

@@ -8,6 +8,9 @@ namespace zenqay::bench {
 /// All locations of generation 1.
 void WriteLocations(const Workplace& place, long rows);
 
+/// The same with another description each.
+void WriteChangedLocations(const Workplace& place, long rows);
+
 /// Changes of a tenth of them, made now.
 void WriteLocationChanges(const Workplace& place, long rows);
 

@@ -40,6 +40,9 @@ class Workplace {
   /// The database that a measured program works on.
   std::filesystem::path WorkDatabase() const { return directory_ / "work.db"; }
 
+  /// Puts a copy of a database where a measured program works.
+  void CopyToWork(const std::filesystem::path& database) const;
+
   /// Runs the job, its floor and its peer in turn, each on a copy of `before`, so many times. `peer` is its
   /// command line on the work database; empty for none.
   Measured Measure(const std::filesystem::path& before, const std::filesystem::path& statements, int tableId,
@@ -47,8 +50,6 @@ class Workplace {
                    const std::vector<std::string>& peer = {}) const;
 
  private:
-  void CopyToWork(const std::filesystem::path& database) const;
-
   std::filesystem::path directory_;
 };
 

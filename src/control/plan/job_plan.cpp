@@ -149,12 +149,19 @@ bool IsRefused(const TablePlan& table) {
   return table.sweep && table.sweep->isRefused;
 }
 
+/// Others are not to read it, as they may not read the database.
+void Keep(const Text& before, const Text& keep) {
+  using Permissions = std::filesystem::perms;
+  std::filesystem::permissions(before, Permissions::owner_read | Permissions::owner_write);
+  std::filesystem::copy_file(before, keep);
+}
+
 }  // namespace
 
 void PlanDatabase(const JobFile& file, std::vector<TableRun> runs, RunnerSettings settings,
                   const DatabaseAccess& access, int examples, const Text& keep, Plan& plan) {
   DatabasePlan database(file, std::move(runs), access);
-  if (!keep.empty()) std::filesystem::copy_file(database.before(), keep);
+  if (!keep.empty()) Keep(database.before(), keep);
   plan.signal = database.Run(std::move(settings));
   if (!plan.signal) database.Report(examples, plan);
 }

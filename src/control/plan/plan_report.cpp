@@ -12,7 +12,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr int kPlanVersion = 1;
+constexpr int kPlanVersion = 1;  // grows when a key changes its meaning
 
 Text Quoted(const std::optional<Text>& value) {
   return value ? "'" + Replaced(OneLine(*value), "'", "''") + "'" : "NULL";
@@ -126,6 +126,13 @@ void WriteFailures(std::ostream& out, const TablePlan& table) {
   }
 }
 
+/// Whether every job came to its end.
+bool IsWhole(const Plan& plan) {
+  return std::ranges::all_of(plan.tables, [](const TablePlan& table) {
+    return std::ranges::all_of(table.runs, [](const TableRun& run) { return run.state == TableState::Complete; });
+  });
+}
+
 void WriteSum(std::ostream& out, const Plan& plan) {
   std::int64_t rows = 0;
   std::int64_t tables = 0;
@@ -134,7 +141,7 @@ void WriteSum(std::ostream& out, const Plan& plan) {
     tables += table.differences.count() > 0 ? 1 : 0;
   }
   if (rows == 0) {
-    out << "\nNothing would change.\n";
+    if (IsWhole(plan)) out << "\nNothing would change.\n";
   } else {
     out << '\n'
         << rows << (rows == 1 ? " row" : " rows") << " would change in " << tables

@@ -151,6 +151,41 @@ TEST_P(PlanOfAJob, KeepsTheTablesAsTheyAre) {
   EXPECT_EQ(again.status, 2);
 }
 
+TEST_P(PlanOfAJob, SaysThatTheDatabaseIsNotReached) {
+  site.directory().Write("zenqay.toml",
+                         Replaced(Replaced(site.directory().Read("zenqay.toml"), "service.db", "none.db"),
+                                  "Database=service", "Database=none"));
+
+  const CtlRun plan = site.Run("plan demo");
+
+  EXPECT_TRUE(
+      plan.said.starts_with("TABLE  METHOD  ROWS  INSERT  CHANGE  DELETE  REWRITE  SWEEP  OUTCOME\n"
+                            "SITE   full    0     0       0       0       0               could not begin\n"
+                            "\n"
+                            "SITE: the job would not complete: could not begin: the database \"service\" is not "
+                            "reached: "))
+      << plan.said;
+  EXPECT_EQ(plan.said.find("Nothing would change"), Text::npos);
+  EXPECT_EQ(plan.status, 4);
+}
+
+TEST_P(PlanOfAJob, SaysThatTheJobWouldFailAndHowFarItCame) {
+  site.directory().Write(kLocations, kHeader + "A1,North,C7\n\\N,South,C8\n");
+
+  const CtlRun plan = site.Run("plan demo");
+
+  EXPECT_TRUE(
+      plan.said.starts_with("TABLE  METHOD  ROWS  INSERT  CHANGE  DELETE  REWRITE  SWEEP  OUTCOME\n"
+                            "SITE   full    0     1       0       0       0        0%     failed\n"
+                            "\n"
+                            "SITE\n"
+                            "  + SITE='A1': DESCRIPTION='North', CUSTOMER='C7'\n"
+                            "\n"
+                            "SITE: the job would not complete: failed: "))
+      << plan.said;
+  EXPECT_EQ(plan.status, 1);
+}
+
 INSTANTIATE_TEST_SUITE_P(Sqlite, PlanOfAJob, testing::Values(Engine::Sqlite));
 INSTANTIATE_TEST_SUITE_P(Postgres, PlanOfAJob, testing::Values(Engine::PostgreSql));
 
