@@ -44,8 +44,7 @@ ActionEnd StartedRuns::Unlock(const JobFile& file, const Text& job, const Text& 
 
 void StartedRuns::Attend() {
   for (Request& request : TakeRequests()) Answer(request);
-  for (const auto& [job, run] : runs_) Attend(job, *run);
-  std::erase_if(runs_, [](const auto& run) { return run.second->Ended().has_value(); });
+  std::erase_if(runs_, [this](const auto& run) { return HasEnded(run.first, *run.second); });
 }
 
 void StartedRuns::End() {
@@ -78,15 +77,15 @@ ActionEnd StartedRuns::Started(const Text& job) {
   return {true, "a run of " + job + " is started"};
 }
 
-void StartedRuns::Attend(const Text& job, ChildProcess& run) {
+bool StartedRuns::HasEnded(const Text& job, ChildProcess& run) {
+  const auto end = run.Ended();  // in front of reading, which then finds its last words
   Text said;
   Text unheard;
   run.ReadErrors(said);
   run.ReadChannel(unheard);
   if (!said.empty()) surroundings_.err << said << std::flush;
-  if (const auto end = run.Ended()) {
-    surroundings_.err << "zenqayctl: the run of " << job << " " << end->Words() << std::endl;
-  }
+  if (end) surroundings_.err << "zenqayctl: the run of " << job << " " << end->Words() << std::endl;
+  return end.has_value();
 }
 
 }  // namespace zenqay

@@ -60,7 +60,7 @@ class StartedRuns : public PageActions {
   std::vector<Request> TakeRequests();
   void Answer(Request& request);
   ActionEnd Started(const Text& job);
-  void Attend(const Text& job, ChildProcess& run);
+  bool HasEnded(const Text& job, ChildProcess& run);
 
   const Text program_;
   const Text file_;
