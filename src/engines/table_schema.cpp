@@ -5,7 +5,7 @@ namespace {
 
 const char* TypeOf(ColumnKind kind) {
   switch (kind) {
-    case ColumnKind::Text:
+    case ColumnKind::Characters:
       return "NVARCHAR";
     case ColumnKind::Integer:
       return "INT";  // not INTEGER, which as a primary key would number its rows
@@ -42,7 +42,7 @@ Text DateLimit(const Text& table, const TableColumn& column, const DatabaseWays&
 
 Text LimitOf(const Text& table, const TableColumn& column, const DatabaseWays& ways) {
   switch (column.kind) {
-    case ColumnKind::Text:
+    case ColumnKind::Characters:
       return TextLimit(table, column, ways);
     case ColumnKind::Integer:
     case ColumnKind::Number:

@@ -8,12 +8,12 @@
 namespace zenqay {
 
 /// What a column holds.
-enum class ColumnKind { Text, Integer, Number, Date, DateTime };
+enum class ColumnKind { Characters, Integer, Number, Date, DateTime };
 
 /// A column as its database describes it.
 struct TableColumn {
   Text name;
-  ColumnKind kind = ColumnKind::Text;
+  ColumnKind kind = ColumnKind::Characters;
   std::int64_t length = 0;  // the most characters of a text; 0: no limit
   bool isPadded = false;    // a text is filled up with blanks
   bool mayBeNull = true;

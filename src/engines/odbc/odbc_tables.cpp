@@ -48,7 +48,7 @@ ColumnKind KindOf(std::int32_t type) {
     case kTimestampWithOffset:
       return ColumnKind::DateTime;
     default:
-      return ColumnKind::Text;
+      return ColumnKind::Characters;
   }
 }
 
