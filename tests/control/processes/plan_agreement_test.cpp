@@ -156,7 +156,7 @@ TEST_P(PlanAndRun, Agree) {
         changed, [](const auto& table) { return table.second != "0 inserted, 0 changed, 0 deleted"; });
     EXPECT_EQ(plan.status, run.status == 0 && changes ? 5 : run.status) << run.said;
   }
-  for (const std::int64_t rows : met) EXPECT_GT(rows, 10);
+  for (const std::int64_t rows : met) EXPECT_GT(rows, kRounds);
 }
 
 void PrintTo(const Case& one, std::ostream* out) {
