@@ -67,6 +67,18 @@ class ColumnOfValue {
   std::vector<std::string_view> columns_;
 };
 
+/// What a declaration compares with: the name of a type, a pattern of digits.
+bool IsOfDeclarations(std::string_view literal, const Vocabulary& vocabulary) {
+  if (literal.find("[0-9]") != std::string_view::npos) return literal.find_first_not_of("[0-9]*-") == literal.npos;
+  return vocabulary.IsName(literal);
+}
+
+/// Of a literal without N. A statement of the job has dates alone there.
+Meaning MeaningOf(std::string_view literal, bool isDeclaration, const Vocabulary& vocabulary) {
+  if (literal == kOracleDateForm || IsOfDeclarations(literal, vocabulary)) return Meaning::System;
+  return isDeclaration && IsAllDigits(literal) ? Meaning::Words : Meaning::Date;
+}
+
 /// What stands between the quotes of N'…'.
 std::string_view ContentOf(const SqlToken& national) {
   return national.text.substr(2, national.text.size() - 3);
@@ -77,6 +89,7 @@ std::string_view ContentOf(const SqlToken& national) {
 Text Anonymiser::Statement(std::string_view statement) const {
   const std::string_view table = TableOf(statement);
   if (vocabulary_.IsRegistry(table)) return Text(statement);
+  const bool isDeclaration = SqlTokens(statement).Take("CREATE");
   Text changed;
   changed.reserve(statement.size());
   ColumnOfValue place;
@@ -92,8 +105,8 @@ Text Anonymiser::Statement(std::string_view statement) const {
       const Meaning meaning = vocabulary_.OfColumn(table, place.column());
       changed.append("N'").append(Value(meaning, ContentOf(token))).append("'");
     } else if (token.kind == Kind::Literal) {
-      const bool isForm = token.Content() == kOracleDateForm;
-      changed.append("'").append(Value(isForm ? Meaning::System : Meaning::Date, token.Content())).append("'");
+      const std::string_view content = token.Content();
+      changed.append("'").append(Value(MeaningOf(content, isDeclaration, vocabulary_), content)).append("'");
     } else if (token.kind == Kind::Other && (token.text.front() == '\'' || token.text.starts_with("--"))) {
       changed += Value(Meaning::Words, token.text);
     } else {

@@ -5,8 +5,9 @@ namespace zenqay {
 std::string_view StatementWords() {
   return R"(select count counted as from where and or not null is like inner join on update set insert into values
     delete statistics dateformat ymd alter session current_schema convert datetime to_date d n
-    create table index unique primary key default check constraint references foreign collate nocase binary rtrim
+    create table view index unique primary key default check constraint references foreign collate nocase binary rtrim
     without rowid strict length typeof in between asc desc group match sqlite autoindex
+    glob coalesce takes characters dates numbers
     integer int smallint bigint tinyint real float double precision numeric decimal number bit boolean money
     char character varchar varchar2 nchar nvarchar nvarchar2 varying text ntext clob nclob blob date time timestamp
     smalldatetime datetime2 datetimeoffset)";

@@ -53,15 +53,16 @@ TEST(AnonymisedTrace, HasOtherValuesInTheSameLines) {
 {"n":17,"kind":"sql","connection":1,"text":"DELETE FROM SITE WHERE upd_flag = 1","error":{"number":-2147217900,"source":"SQLite","description":"no such column: ‹zzz›"},"ms":1}
 {"n":18,"kind":"log","file":"/‹acme›/log\\SITE_20261122.log","lines":["Date: 1/1/2026 Time: 1:02:03 AM","\"ZenqayDBSync\",\"Invalid use of Null: getCustomer of Location=‹DUB01›\""],"ms":1}
 {"n":19,"kind":"box","text":"tstables or tstreenodes table is empty .. Cannot Proceed","ms":1}
-{"n":20,"kind":"later","note":"‹Acme›","number":3,"ms":1}
+{"n":20,"kind":"call","id":4,"op":"UpdateStatusByTable","args":[7,1,3,""],"returns":{"empty":true},"argsAfter":[8,1,3,"‹Acme›"],"ms":1}
+{"n":21,"kind":"later","note":"‹Acme›","number":3,"ms":1}
 )~",
                                        "\\u007f", "\x7f");
 
   const AnonymisedTrace done = traces.Change(Original(marked));
 
   EXPECT_EQ(traces.directory.Read("changed"), Expected(marked));
-  EXPECT_EQ(done.lines, 21);
-  EXPECT_EQ(done.changed, 9);
+  EXPECT_EQ(done.lines, 22);
+  EXPECT_EQ(done.changed, 10);
   EXPECT_FALSE(done.endIsCut);
   const auto rights = std::filesystem::status(traces.Path("changed")).permissions();
   EXPECT_EQ(rights, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);

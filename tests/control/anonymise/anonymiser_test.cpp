@@ -128,12 +128,20 @@ TEST(Anonymiser, ChangesTheLiteralsOfStatements) {
   }
 }
 
-TEST(Anonymiser, ChangesTheNamesThatAreNotTheProgramsInDeclarations) {
-  const Text marked =
-      "CREATE TABLE SITE (SITE NVARCHAR(10) NOT NULL PRIMARY KEY, ‹ACME›_‹CODE› NVARCHAR2(20) DEFAULT '‹Acme›', "
-      "upd_flag INTEGER NOT NULL DEFAULT 0)";
-
-  EXPECT_EQ(Subject().Statement(Original(marked)), Expected(marked));
+TEST(Anonymiser, ChangesInDeclarationsWhatIsNotTheProgramsAndKeepsWhatTheyHold) {
+  for (const Text& marked : {
+           Text("CREATE TABLE SITE (SITE NVARCHAR(10) NOT NULL PRIMARY KEY, ‹ACME›_‹CODE› NVARCHAR2(20) DEFAULT "
+                "'‹Acme›', upd_flag INTEGER NOT NULL DEFAULT 0)"),
+           Text("CREATE TABLE \"SITE\" (\"SITE\" NVARCHAR(10) CONSTRAINT \"SITE.SITE takes 10 characters\" CHECK "
+                "(length(rtrim(\"SITE\", ' ')) <= 10), \"upd_flag\" INT CONSTRAINT \"SITE.upd_flag takes numbers\" "
+                "CHECK (typeof(\"upd_flag\") <> 'text'))"),
+           Text("CREATE TABLE OBJECT (WEXPIRY_DATE DATE CHECK (WEXPIRY_DATE IS NULL OR WEXPIRY_DATE GLOB "
+                "'[0-9]*-[0-9]*-[0-9]*' OR coalesce(date(WEXPIRY_DATE), '') >= '1753-01-01'))"),
+           Text("CREATE INDEX SITE_match ON SITE (CUSTOMER)"),
+           Text("CREATE VIEW ‹acme›_SITE AS SELECT * FROM SITE WHERE CUSTOMER IN ('‹4711›', '‹Acme›')"),
+       }) {
+    EXPECT_EQ(Subject().Statement(Original(marked)), Expected(marked));
+  }
 }
 
 TEST(Anonymiser, KeepsTheWordsOfFailuresAndChangesWhatTheyQuote) {
