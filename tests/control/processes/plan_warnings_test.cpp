@@ -91,6 +91,26 @@ TEST_P(PlanOfObjects, WarnsOfAnObjectWithoutADeliveryDate) {
             "and the objects behind it get none; there are 1: CFG00001/PUMP/1\n= 1\n");
 }
 
+/// As the copy of a table of SQL Server's has it: the embedded engine takes every date.
+TEST(SqlitePlanWarns, OfADateThatTheTableRefuses) {
+  const JobSite site(Engine::Sqlite, {.generation = "3", .tables = "\"OBJECT\""});
+  site.Execute("DROP TABLE OBJECT");
+  site.Execute(
+      "CREATE TABLE OBJECT (SITE TEXT, OBJECT TEXT, OBJECTNR INTEGER, OBJECTDESC TEXT, ITEM TEXT, ITEMDESC TEXT, "
+      "SERIALNUMBER TEXT, WARRANTY TEXT, INSTALLATION_DATE DATE, DELIVERY_DATE DATE CONSTRAINT \"OBJECT.DELIVERY_DATE "
+      "takes dates from 1753-01-01\" CHECK (DELIVERY_DATE IS NULL OR DELIVERY_DATE >= '1753-01-01'), WEXPIRY_DATE "
+      "DATETIME, upd_flag INTEGER NOT NULL DEFAULT 0)");
+  const Text objects = "home/erp/Kv50QTMtscfgObjects.csv";
+  site.directory().Write(objects, Replaced(site.directory().Read(objects), "2023-12-15,W1Q", "1700-12-15,W1Q"));
+
+  const CtlRun plan = site.Run("plan demo");
+
+  EXPECT_EQ(WarningsIn(plan.said),
+            "warning   OBJECT: OBJECT.DELIVERY_DATE takes dates from 1753-01-01, and gets another value (row "
+            "Configuration=CFG00001, Object=PUMP, ObjectNumber=1): the run would fail there\n");
+  EXPECT_EQ(plan.status, 1);
+}
+
 TEST_P(PlanOfObjects, WarnsOfCodesThatDifferByCaseWhereTheDatabaseTellsThemApart) {
   const Text objects = "home/erp/Kv50QTMtscfgObjects.csv";
   site.directory().Write(objects, Replaced(site.directory().Read(objects), "W1Q", "w1q"));
