@@ -69,7 +69,8 @@ class ColumnOfValue {
 
 /// What a declaration compares with: the name of a type, a pattern of digits.
 bool IsOfDeclarations(std::string_view literal, const Vocabulary& vocabulary) {
-  if (literal.find("[0-9]") != std::string_view::npos) return literal.find_first_not_of("[0-9]*-") == literal.npos;
+  if (literal.find("[0-9]") != std::string_view::npos)
+    return literal.find_first_not_of("[0-9]*-") == std::string_view::npos;
   return vocabulary.IsName(literal);
 }
 
