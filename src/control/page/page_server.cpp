@@ -3,6 +3,7 @@
 #include <httplib.h>
 
 #include <atomic>
+#include <utility>
 
 #include "system/client_connection.h"
 

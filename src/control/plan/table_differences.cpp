@@ -1,6 +1,7 @@
 #include "control/plan/table_differences.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "engines/table_schema.h"
 

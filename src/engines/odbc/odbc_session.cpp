@@ -1,6 +1,7 @@
 #include "engines/odbc/odbc_session.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "engines/dialect/postgresql_dialect.h"
 #include "engines/dialect/sql_tokens.h"
