@@ -74,7 +74,7 @@ TEST(WordMapping, KeepsLengthsClassesAndCasesOfRandomWords) {
   constexpr std::string_view kLetters = "ABCXYZabcxyz0189";
   for (int i = 0; i < 20'000; ++i) {
     Text word;
-    for (unsigned length = 1 + random() % 24; length > 0; --length) word += kLetters[random() % kLetters.size()];
+    for (auto length = 1 + random() % 24; length > 0; --length) word += kLetters[random() % kLetters.size()];
 
     const Text changed = mapping.ChangedWord(word);
 
