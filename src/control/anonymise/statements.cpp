@@ -75,9 +75,9 @@ bool IsOfDeclarations(std::string_view literal, const Vocabulary& vocabulary) {
 }
 
 /// Of a literal without N. A statement of the job has dates alone there.
-Meaning MeaningOf(std::string_view literal, bool isDeclaration, const Vocabulary& vocabulary) {
-  if (literal == kOracleDateForm || IsOfDeclarations(literal, vocabulary)) return Meaning::System;
-  return isDeclaration && IsAllDigits(literal) ? Meaning::Words : Meaning::Date;
+Meaning MeaningOf(std::string_view literal, const Vocabulary& vocabulary) {
+  const bool isSystem = literal == kOracleDateForm || IsOfDeclarations(literal, vocabulary);
+  return isSystem ? Meaning::System : Meaning::Date;
 }
 
 /// What stands between the quotes of N'…'.
@@ -90,7 +90,6 @@ std::string_view ContentOf(const SqlToken& national) {
 Text Anonymiser::Statement(std::string_view statement) const {
   const std::string_view table = TableOf(statement);
   if (vocabulary_.IsRegistry(table)) return Text(statement);
-  const bool isDeclaration = SqlTokens(statement).Take("CREATE");
   Text changed;
   changed.reserve(statement.size());
   ColumnOfValue place;
@@ -107,7 +106,7 @@ Text Anonymiser::Statement(std::string_view statement) const {
       changed.append("N'").append(Value(meaning, ContentOf(token))).append("'");
     } else if (token.kind == Kind::Literal) {
       const std::string_view content = token.Content();
-      changed.append("'").append(Value(MeaningOf(content, isDeclaration, vocabulary_), content)).append("'");
+      changed.append("'").append(Value(MeaningOf(content, vocabulary_), content)).append("'");
     } else if (token.kind == Kind::Other && (token.text.front() == '\'' || token.text.starts_with("--"))) {
       changed += Value(Meaning::Words, token.text);
     } else {

@@ -28,6 +28,8 @@ constexpr struct {
     {"getActionType", Meaning::System},  // I, U, D
     {"getVersion", Meaning::System},
     {"setFieldName", Meaning::System},
+    {"setFrom", Meaning::System},  // the bounds are the job's
+    {"setTo", Meaning::System},
     {"addFieldNameWithOld", Meaning::System},
     {"addFieldNameWithoutOld", Meaning::System},
     {"toLocaleString", Meaning::Date},
