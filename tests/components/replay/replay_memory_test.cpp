@@ -64,7 +64,7 @@ std::int64_t MostInUse(std::int64_t bytes) {
 
 TEST(ReplayMemory, DoesNotGrowWithTheTrace) {
   const std::int64_t ofShortOne = MostInUse(5 * kMegabyte);
-  const std::int64_t ofLongOne = MostInUse(TriesAll() ? 1'000 * kMegabyte : 15 * kMegabyte);
+  const std::int64_t ofLongOne = MostInUse(TriesAll() ? 1'000 * kMegabyte : 8 * kMegabyte);
 
   std::printf("in use of a short trace: %lld KB, of a long one: %lld KB\n", static_cast<long long>(ofShortOne / 1000),
               static_cast<long long>(ofLongOne / 1000));

@@ -123,7 +123,7 @@ struct Case {
 class PlanAndRun : public testing::TestWithParam<Case> {};
 
 TEST_P(PlanAndRun, Agree) {
-  const unsigned kRounds = GetParam().engine == Engine::Sqlite ? 8 : 4;
+  const unsigned kRounds = GetParam().engine == Engine::Sqlite ? 5 : 4;
   const std::span<const TestedTable> tables = TablesOf(GetParam().generation);
   const JobSite site(GetParam().engine, {.generation = GetParam().generation, .tables = NamesOf(tables)});
   std::int64_t met[3] = {};  // rows that were inserted, changed, deleted
