@@ -64,6 +64,8 @@ class Translation {
         return previous_ == Kind::Literal;
       case Kind::NationalLiteral:
         return previous_ == Kind::Number || previous_ == Kind::Literal;
+      case Kind::Other:  // a literal without an end
+        return previous_ == Kind::Literal && token.text.front() == '\'';
       default:
         return false;
     }

@@ -86,6 +86,8 @@ TEST(TranslateForSqlite, KeepsApartLiteralsThatWouldBecomeOne) {
       {"'a'{d '2004-01-31'}'b'", "'a' '2004-01-31' 'b'"},
       {"CONVERT(DATETIME,'2004-01-31',120)N'b'", "'2004-01-31 00:00:00' 'b'"},
       {"{d '2004-01-31'}{d '2004-01-31'}", "'2004-01-31' '2004-01-31'"},
+      {"{d '2004-01-31'}'never closed", "'2004-01-31' 'never closed"},
+      {"'a'N'never closed", "'a'N'never closed"},
       {"x{d '2004-01-31'}", "x '2004-01-31'"},
       {"1N'a'", "1 'a'"},
       {"1CONVERT(DATETIME,'2004-01-31',120)", "1 '2004-01-31 00:00:00'"},
