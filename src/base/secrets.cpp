@@ -78,19 +78,35 @@ std::size_t ValueEnd(std::string_view text, std::size_t from) {
   return isWhole ? end : BareEnd(text, end);
 }
 
-/// Where a secret begins whose key stands at `at`; npos when none stands there.
-std::size_t SecretAt(std::string_view text, std::size_t at) {
+/// Where the password begins whose key stands at `at`; npos when none stands there.
+std::size_t PasswordAt(std::string_view text, std::size_t at) {
   for (const SecretKey& key : kSecretKeys) {
     if (key.standsAlone && !StartsWord(text, at)) continue;
     const std::size_t value = ValueBehind(key.word, text, at);
     if (value != std::string_view::npos) return value;
   }
-  if (!StartsWord(text, at)) return std::string_view::npos;
+  return std::string_view::npos;
+}
+
+/// Where a password begins in the value of a user: behind a "/", or behind a key that no ";" keeps apart from the user,
+/// as in "user=scott password=ti/ger".
+std::size_t PasswordInUser(std::string_view text, std::size_t value) {
+  const std::size_t slash = text.find('/', value);
+  if (slash >= BareEnd(text, value)) return std::string_view::npos;
+  for (std::size_t at = value; at < slash; ++at) {
+    const std::size_t password = PasswordAt(text, at);
+    if (password != std::string_view::npos) return password;
+  }
+  return slash + 1;
+}
+
+/// Where a secret begins whose key, or its user's, stands at `at`; npos when none stands there.
+std::size_t SecretAt(std::string_view text, std::size_t at) {
+  const std::size_t password = PasswordAt(text, at);
+  if (password != std::string_view::npos || !StartsWord(text, at)) return password;
   for (const std::string_view key : kUserKeys) {
     const std::size_t value = ValueBehind(key, text, at);
-    if (value == std::string_view::npos) continue;
-    const std::size_t slash = text.find('/', value);
-    return slash < BareEnd(text, value) ? slash + 1 : std::string_view::npos;
+    if (value != std::string_view::npos) return PasswordInUser(text, value);
   }
   return std::string_view::npos;
 }

@@ -57,6 +57,9 @@ TEST(WithoutSecrets, HidesThePasswordBehindAUser) {
       {"uid = scott/tiger{}SERVICE", "uid = scott/***{}SERVICE"},
       {"User ID=scott;Data Source=/srv/a.db", "User ID=scott;Data Source=/srv/a.db"},
       {"User ID=/;Data Source=x", "User ID=/***;Data Source=x"},
+      {"user=scott password=ti/ger host=db1", "user=scott password=***"},
+      {"user=scott password='ti/ger' host=/run", "user=scott password=*** host=/run"},
+      {"user=scott host=/run password=tiger", "user=scott host=/***"},
       {"fluid=a/b", "fluid=a/b"},
   };
   for (const auto& [text, clean] : cases) EXPECT_EQ(WithoutSecrets(text), clean);
