@@ -26,8 +26,6 @@ using namespace zenqay::bench;
 namespace fs = std::filesystem;
 
 constexpr int kAllTables = 128;
-constexpr int kSite = 1;
-constexpr int kFull = 1;
 constexpr const char* kGenerations[] = {"3", "1", "8"};
 constexpr const char* kDatabase = "service";
 constexpr long kRowsOfChannelJob = 5000;

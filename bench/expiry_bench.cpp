@@ -16,7 +16,6 @@ using namespace zenqay::bench;
 namespace fs = std::filesystem;
 
 constexpr int kWarranties = 9;
-constexpr int kFull = 1;
 constexpr const char* kGeneration = "3";
 
 void WriteWarranties(const Workplace& place) {

@@ -17,7 +17,6 @@ using namespace zenqay::bench;
 namespace fs = std::filesystem;
 
 constexpr int kContracts = 8;
-constexpr int kFull = 1;
 constexpr const char* kGeneration = "3";
 
 /// Calls of a contract's row in a first fill: hasMoreElements and nextElement, four of the update, four of the insert.

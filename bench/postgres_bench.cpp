@@ -14,8 +14,6 @@ namespace {
 using namespace zenqay::bench;
 namespace fs = std::filesystem;
 
-constexpr int kSite = 1;
-constexpr int kFull = 1;
 constexpr const char* kGeneration = "1";
 
 class Bench {

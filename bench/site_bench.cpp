@@ -11,8 +11,6 @@ namespace {
 using namespace zenqay::bench;
 namespace fs = std::filesystem;
 
-constexpr int kSite = 1;
-constexpr int kFull = 1;
 constexpr int kOnlyChanged = 2;
 constexpr const char* kGeneration = "1";
 

@@ -10,6 +10,9 @@
 
 namespace zenqay::bench {
 
+constexpr int kSite = 1;  // as command lines name the table
+constexpr int kFull = 1;  // as they name the method
+
 class Workplace {
  public:
   /// Makes the directory anew, with a catalogue that serves the ERP from `erp`, and names it to the programs that are

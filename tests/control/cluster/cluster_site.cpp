@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <stdexcept>
 
 namespace zenqay {
 namespace {
@@ -112,6 +113,14 @@ Text ClusterSite::Rows() const {
            RowsOf(*connection, "SELECT * FROM " + copied.table);
   }
   return all;
+}
+
+Text ClusterSite::RowsWithoutSlurm() const {
+  const CtlRun run = Run("run" + jobs_);
+  if (run.status != 0) throw std::runtime_error(run.said);
+  const Text rows = Rows();
+  Empty();
+  return rows;
 }
 
 void ClusterSite::Empty() const {

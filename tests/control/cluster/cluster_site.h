@@ -29,8 +29,8 @@ class ClusterSite {
   /// The rows of all tables that are copied, in order, doubled ones too, and whether a table is taken.
   Text Rows() const;
 
-  /// Takes all of that back.
-  void Empty() const;
+  /// The same of a run of all jobs on this machine alone, which is taken back.
+  Text RowsWithoutSlurm() const;
 
   /// The rows of a query on the history, without looking at it by zenqayctl.
   Text History(const Text& query) const;
@@ -46,6 +46,7 @@ class ClusterSite {
 
   void AddJob(const Text& database, const Text& erp, const Text& generation, const std::vector<Text>& tables,
               const Text& connection);
+  void Empty() const;
 
   JobSite site_{Engine::Sqlite};
   Variables variables_;

@@ -68,10 +68,7 @@ class Cluster : public testing::Test {
 TEST_F(Cluster, CopiesTheTablesAsARunOnOneMachineDoes) {
   const ClusterSite site(cluster, TriesAll() ? 20 : 4, TriesAll() ? 3 : 1);
   const Text tables = TriesAll() ? "60" : "16";
-  const CtlRun alone = site.Run("run" + site.jobs());
-  ASSERT_EQ(alone.status, 0) << alone.said;
-  const Text expected = site.Rows();
-  site.Empty();
+  const Text expected = site.RowsWithoutSlurm();
 
   const CtlRun run = site.Run("submit --all --wait");
 
@@ -124,10 +121,7 @@ TEST_F(Cluster, TakesTheTablesOfAServerFromAMachineThatIsNoNode) {
 TEST_F(Cluster, GoesOnWhereANodeWasKilled) {
   const int servers = TriesAll() ? 3 : 1;
   const ClusterSite site(cluster, 0, servers);
-  const CtlRun alone = site.Run("run" + site.jobs());
-  ASSERT_EQ(alone.status, 0) << alone.said;
-  const Text expected = site.Rows();
-  site.Empty();
+  const Text expected = site.RowsWithoutSlurm();
   std::vector<std::unique_ptr<Barrier>> barriers;
   for (int server = 0; server < servers; ++server) {
     barriers.push_back(std::make_unique<Barrier>(site.Export(server, kSites)));
@@ -160,10 +154,7 @@ TEST_F(Cluster, GoesOnWhereANodeWasKilled) {
 
 TEST_F(Cluster, LosesNothingWithItsController) {
   const ClusterSite site(cluster, 1, 1);
-  const CtlRun alone = site.Run("run" + site.jobs());
-  ASSERT_EQ(alone.status, 0) << alone.said;
-  const Text expected = site.Rows();
-  site.Empty();
+  const Text expected = site.RowsWithoutSlurm();
   Barrier barrier(site.Export(0, kSites));
   const CtlRun submitted = site.Run("submit --all");
   ASSERT_EQ(submitted.status, 0) << submitted.said;
@@ -186,10 +177,7 @@ TEST_F(Cluster, LosesNothingWithItsController) {
 
 TEST_F(Cluster, CopiesATableOnceThatIsSubmittedTwice) {
   const ClusterSite site(cluster, 0, 1);
-  const CtlRun alone = site.Run("run" + site.jobs());
-  ASSERT_EQ(alone.status, 0) << alone.said;
-  const Text expected = site.Rows();
-  site.Empty();
+  const Text expected = site.RowsWithoutSlurm();
   const Text command = "submit server0g3 --table SITE --table PROBLEM --table PRIORITY --wait";
   Barrier barriers[] = {Barrier(site.Export(0, kSites)), Barrier(site.Export(0, "Kv50QTMtsclmProblems.csv")),
                         Barrier(site.Export(0, "Kv50QTMtcmcsPriorities.csv"))};
