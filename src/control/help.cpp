@@ -261,8 +261,8 @@ DESCRIPTION
     For each table of the jobs, or of all jobs of the file: up to when its data is current (in UTC) and how long ago that
     was, whether it is free or taken, by which process and whether that lives, whether the lock of a taken one is held,
     and what became of its last run; of one that was submitted, whether it is queued or runs, and where, as far as Slurm
-    answers. The database is only read, and no job is kept from a lock (on Oracle, which cannot
-    be asked, the lock of a taken table is taken for an instant).
+    answers. The database is only read, and no job is kept from a lock (on Oracle, which cannot be asked, the lock of a
+    taken table is taken for an instant).
 
     Who has taken a table is known of jobs that zenqayctl started. A taken table whose lock is free was left behind, or
     is copied by a job that does not use the lock.
