@@ -13,8 +13,9 @@ namespace {
 /// Two states of a table T with the key K, which is no unique one, made by statements.
 class TwoStates {
  public:
-  TwoStates(const std::vector<Text>& before, const std::vector<Text>& then) {
-    const Text create = "CREATE TABLE T (K NVARCHAR(10), A NVARCHAR(10), D DATETIME, upd_flag INTEGER)";
+  TwoStates(const std::vector<Text>& before, const std::vector<Text>& then, const Text& collation = "BINARY") {
+    const Text text = "NVARCHAR(10) COLLATE " + collation;
+    const Text create = "CREATE TABLE T (K " + text + ", A " + text + ", D DATETIME, upd_flag INTEGER)";
     Make("before.db", create, before);
     Make("after.db", create, before);
     connection->PutConnectionString(EmbeddedConnection(Path("after.db")));
@@ -99,6 +100,29 @@ TEST(TableDifferences, TellsRowsOfOneKeyApartByWhereTheyStand) {
   EXPECT_EQ(TwoStates(twins, {"DELETE FROM T",
                               "INSERT INTO T VALUES (NULL, 'd', NULL, 0), (NULL, 'c', NULL, 0), "
                               "('k1', 'b', NULL, 0), ('k1', 'a', NULL, 0)"})
+                .Compared(),
+            "0+ 0~ 0-\n");
+}
+
+TEST(TableDifferences, TellsHowTextsAreWrittenWhereTheColumnsDoNot) {
+  EXPECT_EQ(TwoStates(kThree, {"UPDATE T SET A = 'A' WHERE K = 'K1'", "UPDATE T SET K = 'K2' WHERE K = 'k2'"}, "NOCASE")
+                .Compared(),
+            "0+ 2~ 0-\n~ k1 A a>A\n~ K2 K k2>K2\n");
+  EXPECT_EQ(
+      TwoStates(kThree, {"UPDATE T SET A = 'a ' WHERE K = 'k1'", "UPDATE T SET K = 'k2  ' WHERE K = 'k2'"}, "RTRIM")
+          .Compared(),
+      "0+ 2~ 0-\n~ k1 A a>a \n~ k2   K k2>k2  \n");
+  EXPECT_EQ(
+      TwoStates(kThree, {"DELETE FROM T WHERE K = 'k1'", "INSERT INTO T VALUES ('K1', 'a', '2004-01-31', 0)"}, "NOCASE")
+          .Compared(),
+      "0+ 1~ 0-\n~ K1 K k1>K1\n");
+}
+
+TEST(TableDifferences, PairsRowsOfOneKeyByHowTheyAreWritten) {
+  EXPECT_EQ(TwoStates({"INSERT INTO T VALUES ('k1', 'a', NULL, 0), ('K1', 'A', NULL, 0), ('k1', 'B', NULL, 0)"},
+                      {"INSERT INTO T VALUES ('k1', 'B', NULL, 0), ('k1', 'a', NULL, 0), ('K1', 'A', NULL, 0)",
+                       "DELETE FROM T WHERE rowid <= 3"},
+                      "NOCASE")
                 .Compared(),
             "0+ 0~ 0-\n");
 }

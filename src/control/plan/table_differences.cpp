@@ -68,10 +68,13 @@ class Comparison {
 
   static Text Field(const Text& alias, const Column& column) { return alias + "." + QuotedName(column.name); }
 
+  /// A value as it is written, whatever the column takes for the same.
+  static Text Exact(const Text& alias, const Column& column) { return Field(alias, column) + " COLLATE BINARY"; }
+
   static Text Differs(const Column& column) {
     const Text a = Field("a", column);
     const Text b = Field("b", column);
-    const Text plain = a + " IS NOT " + b;
+    const Text plain = Exact("a", column) + " IS NOT " + b;
     if (!column.isDate) return plain;
     return "(" + plain + " AND coalesce(datetime(" + a + "), " + a + ") IS NOT coalesce(datetime(" + b + "), " + b +
            "))";
@@ -79,8 +82,10 @@ class Comparison {
 
   Text AnyDiffers(bool onlyCopied) const {
     std::vector<Text> parts;
-    for (const Column& column : others_) {
-      if (!onlyCopied || Contains(table_.copied, column.name)) parts.push_back(Differs(column));
+    for (const auto* columns : {&keys_, &others_}) {
+      for (const Column& column : *columns) {
+        if (!onlyCopied || Contains(table_.copied, column.name)) parts.push_back(Differs(column));
+      }
     }
     return parts.empty() ? "0" : "(" + Joined(parts, " OR ") + ")";
   }
@@ -114,12 +119,14 @@ class Comparison {
   Text Numbered(const Text& table, const Text& ids) const {
     std::vector<Text> keys;
     for (const Column& column : keys_) keys.push_back(Field("r", column));
-    std::vector<Text> others;
-    for (const Column& column : others_) others.push_back(Field("r", column));
-    others.emplace_back("r.rowid");
+    std::vector<Text> order;
+    for (const auto* columns : {&keys_, &others_}) {
+      for (const Column& column : *columns) order.push_back(Exact("r", column));
+    }
+    order.emplace_back("r.rowid");
     const Text group = keys.empty() ? "" : "PARTITION BY " + Joined(keys, ", ") + " ";
     return "SELECT r.rowid AS id" + (keys.empty() ? "" : ", " + Joined(keys, ", ")) + ", row_number() OVER (" + group +
-           "ORDER BY " + Joined(others, ", ") + ") AS n FROM " + table + " JOIN temp." + ids + " i ON i.id = r.rowid";
+           "ORDER BY " + Joined(order, ", ") + ") AS n FROM " + table + " JOIN temp." + ids + " i ON i.id = r.rowid";
   }
 
   Text InPlace() const {
@@ -179,7 +186,12 @@ class Comparison {
   RowDifference ExampleAt(const QueryRows& row, RowDeed deed) const {
     RowDifference example{.deed = deed};
     std::size_t at = 0;
-    for (const Column& column : keys_) example.key.push_back(FieldAt(row, column, std::exchange(at, at + 3)));
+    for (const Column& column : keys_) {
+      const std::size_t field = std::exchange(at, at + 3);
+      example.key.push_back(FieldAt(row, column, field));
+      const bool isRewritten = deed == RowDeed::Change && row.Field(field + 2).EqualsNumber(1);
+      if (isRewritten) example.fields.push_back(example.key.back());
+    }
     for (const Column& column : others_) {
       const std::size_t field = std::exchange(at, at + 3);
       if (row.Field(field + 2).EqualsNumber(1)) example.fields.push_back(FieldAt(row, column, field));

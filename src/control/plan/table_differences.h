@@ -24,7 +24,7 @@ struct FieldDifference {
 struct RowDifference {
   RowDeed deed = RowDeed::Insert;
   std::vector<FieldDifference> key;
-  std::vector<FieldDifference> fields;  // without the key
+  std::vector<FieldDifference> fields;  // of the key, only what a change writes in another form
 
   bool operator==(const RowDifference&) const = default;
 };
@@ -47,9 +47,10 @@ struct ComparedTable {
   std::vector<Text> copied;  // columns that the table's copy writes
 };
 
-/// Compares the table in the file of the connection with the one of that name in `before`, by its key. Rows of one key
-/// are taken for the same in the order of their contents, once those are found that have stayed where they were. Dates
-/// are compared as dates. The mark of the full copy does not count. Up to `examples` of each deed.
+/// Compares the table in the file of the connection with the one of that name in `before`, by its key, as its columns
+/// compare texts. Rows of one key are taken for the same in the order of their contents, once those are found that have
+/// stayed where they were. Contents are compared byte by byte, those of the key among them, and dates as dates. The
+/// mark of the full copy does not count. Up to `examples` of each deed.
 ///
 /// Leaves a temporary table "inserted_rows" behind with the row ids of those of an INSERT, until the next comparison.
 TableDifferences Compare(Connection& connection, const ComparedTable& table, int examples);

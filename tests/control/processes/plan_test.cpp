@@ -186,6 +186,27 @@ TEST_P(PlanOfAJob, SaysThatTheJobWouldFailAndHowFarItCame) {
   EXPECT_EQ(plan.status, 1);
 }
 
+TEST(SqlitePlan, ShowsAKeyThatGetsTheErpsForm) {
+  const JobSite site(Engine::Sqlite);
+  site.Execute("DROP TABLE SITE");
+  site.Execute(
+      "CREATE TABLE SITE (SITE NVARCHAR(10) NOT NULL PRIMARY KEY COLLATE NOCASE, DESCRIPTION NVARCHAR(100), CUSTOMER "
+      "NVARCHAR(20), upd_flag INTEGER NOT NULL DEFAULT 0)");
+  site.Execute("INSERT INTO SITE VALUES ('AMS01', 'Amsterdam', 'C1', 0)");
+  site.directory().Write(kLocations, kHeader + "ams01,,\n");
+
+  EXPECT_EQ(site.Run("plan demo").said,
+            "TABLE  METHOD  ROWS  INSERT  CHANGE  DELETE  REWRITE  SWEEP  OUTCOME\n"
+            "SITE   full    1     0       1       0       0        0%     complete\n"
+            "\n"
+            "SITE\n"
+            "  ~ SITE='ams01': SITE 'AMS01' -> 'ams01'\n"
+            "\n"
+            "1 row would change in 1 table. Nothing was written.\n");
+  EXPECT_EQ(site.Run("run demo").status, 0);
+  EXPECT_EQ(site.Rows("SELECT SITE, DESCRIPTION FROM SITE"), "ams01|Amsterdam\n");
+}
+
 INSTANTIATE_TEST_SUITE_P(Sqlite, PlanOfAJob, testing::Values(Engine::Sqlite));
 INSTANTIATE_TEST_SUITE_P(Postgres, PlanOfAJob, testing::Values(Engine::PostgreSql));
 
