@@ -100,9 +100,18 @@ class DatabasePlan {
     return tables;
   }
 
+  /// That of the job that copies into the table, else of one whose ERP has what it is copied from.
+  Text GenerationOf(const Text& table) const {
+    const auto copies = [&](const TableRun& run) { return EqualsIgnoringCase(run.task.table, table); };
+    const auto knows = [&](const TableRun& run) { return HasCopy(table, ErpOf(run).generation); };
+    auto found = std::ranges::find_if(runs_, copies);
+    if (found == runs_.end()) found = std::ranges::find_if(runs_, knows);
+    return found == runs_.end() ? "" : ErpOf(*found).generation;
+  }
+
   void AddTable(Connection& connection, const Text& table, int examples, Plan& plan) {
     TablePlan planned{.database = runs_.front().task.database, .table = table};
-    const Text& generation = ErpOf(runs_.front()).generation;
+    const Text generation = GenerationOf(table);
     const ComparedTable compared = {
         .name = table, .key = KeyColumnsOf(table, generation), .copied = CopiedColumnsOf(table, generation)};
     planned.differences = Compare(connection, compared, examples);

@@ -186,6 +186,39 @@ TEST_P(PlanOfAJob, SaysThatTheJobWouldFailAndHowFarItCame) {
   EXPECT_EQ(plan.status, 1);
 }
 
+TEST(SqlitePlan, KnowsTheRowsOfEachTableByTheKeyOfItsOwnErp) {
+  const JobSite site(Engine::Sqlite, {.generation = "3",
+                                      .tables = "\"WARRANTIES\"",
+                                      .job = "[erp.newer]\nhome = \"home\"\ngeneration = 8\n"
+                                             "[job.newer]\ndatabase = \"service\"\nerp = \"newer\"\nlogs = \"log\"\n"
+                                             "tables = [\"SERIALIZEDITEM\", \"SITECONTRACT\"]\nmethod = \"full\"\n"});
+  ASSERT_EQ(site.Run("run newer").status, 0);
+  site.Execute("UPDATE SERIALIZEDITEM SET CUSTOMER = 'C0' WHERE OBJECTNR = 'X0001'");
+  site.Execute("UPDATE SITECONTRACT SET EXPIRY_DATE = '2030-01-31' WHERE OBJECTNR = 'X0002'");
+
+  const CtlRun plan = site.Run("plan demo newer --rows 1");
+
+  EXPECT_EQ(plan.said,
+            "TABLE           METHOD  ROWS  INSERT  CHANGE  DELETE  REWRITE  SWEEP  OUTCOME\n"
+            "WARRANTIES      full    0     5       0       0       0        0%     complete\n"
+            "SERIALIZEDITEM  full    4     0       1       0       2        25%    complete\n"
+            "SITECONTRACT    full    4     0       1       0       2        25%    complete\n"
+            "\n"
+            "WARRANTIES\n"
+            "  + WARRANTY='W12M': WDESCRIPTION='12 months from installation', NUMBER_OF_PERIODS='12', "
+            "PERIOD_UNIT='15', WARRANTY_TYPE='10'\n"
+            "  … and 4 more to insert\n"
+            "\n"
+            "SERIALIZEDITEM\n"
+            "  ~ OBJECT='SRV-R740', OBJECTNR='X0001', SITE='CL-0001': CUSTOMER 'C0' -> 'BP0000020'\n"
+            "\n"
+            "SITECONTRACT\n"
+            "  ~ SITE='CL-0001', CONTRACT='SVC000001', OBJECT='SRV-R740', OBJECTNR='X0002', TERM='1': EXPIRY_DATE "
+            "'2030-01-31' -> '2027-12-31'\n"
+            "\n"
+            "7 rows would change in 3 tables. Nothing was written.\n");
+}
+
 TEST(SqlitePlan, ShowsAKeyThatGetsTheErpsForm) {
   const JobSite site(Engine::Sqlite);
   site.Execute("DROP TABLE SITE");
