@@ -70,12 +70,15 @@ class Schema {
 
 /// Two tables with everything that a plan can have.
 Plan WholePlan() {
-  TableRun run;
-  run.task = {.job = "nightly", .database = "service", .table = "SITE", .method = Method::Full};
+  TableRun complete;
+  complete.task = {.job = "nightly", .database = "service", .table = "SITE", .method = Method::Full};
+  complete.state = TableState::Complete;
+  TableRun run = complete;
+  run.task.job = "weekly";
   run.state = TableState::Failed;
   run.words = "13: Type mismatch";
   run.failures = {{.number = 13, .source = "X", .description = "Type mismatch", .rowKey = "Location=A1"}};
-  TablePlan site = {.database = "service", .table = "SITE", .runs = {run}, .rewritten = 1};
+  TablePlan site = {.database = "service", .table = "SITE", .runs = {complete, run}};
   site.differences = {.rows = 300, .inserted = 4, .changed = 1, .changedByCopy = 1, .deleted = 150};
   site.differences.examples = {
       {RowDeed::Insert, {{"SITE", {}, "D1"}}, {{"DESCRIPTION", {}, "it's\nnew"}}},
@@ -83,7 +86,7 @@ Plan WholePlan() {
       {RowDeed::Delete, {{"SITE", {}, {}}}, {{"CUSTOMER", "C9", {}}}},
   };
   site.sweep = PlannedSweep{.rows = 150, .of = 300, .limit = "10%", .isRefused = true};
-  TablePlan object = {.database = "other", .table = "OBJECT"};
+  TablePlan object = {.database = "other", .table = "OBJECT", .rewritten = 0};
   object.differences = {.rows = 2, .changed = 1};
   return {.tables = {site, object}, .warnings = {{"SITE", "see to it"}}};
 }
@@ -96,7 +99,7 @@ TEST(PlanReport, TellsPeopleOfEachTable) {
   EXPECT_EQ(
       out.str(),
       "TABLE         METHOD  ROWS  INSERT  CHANGE  DELETE  REWRITE  SWEEP                    OUTCOME\n"
-      "service SITE  full    300   4       1       150     1        50%, limit 10%: refused  failed\n"
+      "service SITE  full    300   4       1       150              50%, limit 10%: refused  complete, failed\n"
       "other OBJECT          2     0       1       0       0                                 by the warranty expiry\n"
       "\n"
       "SITE\n"
@@ -132,7 +135,7 @@ TEST(PlanStatus, IsThatOfARunAndSaysWhetherSomethingWouldChange) {
   EXPECT_EQ(ExitStatusOf(Plan{}), 0);
   Plan plan = WholePlan();
   EXPECT_EQ(ExitStatusOf(plan), kTableFailed);
-  plan.tables[0].runs[0].state = TableState::Complete;
+  plan.tables[0].runs[1].state = TableState::Complete;
   EXPECT_EQ(ExitStatusOf(plan), kTableFailed);  // the sweep is refused
   plan.tables[0].sweep->isRefused = false;
   EXPECT_EQ(ExitStatusOf(plan), kWouldChange);

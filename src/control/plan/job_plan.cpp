@@ -116,15 +116,29 @@ class DatabasePlan {
         .name = table, .key = KeyColumnsOf(table, generation), .copied = CopiedColumnsOf(table, generation)};
     planned.differences = Compare(connection, compared, examples);
     for (std::size_t i = 0; i < runs_.size(); ++i) {
-      if (!EqualsIgnoringCase(runs_[i].task.table, table)) continue;
-      planned.runs.push_back(runs_[i]);
-      planned.rewritten += runs_[i].passCounts.updated;
-      if (runs_[i].task.method == Method::Full) planned.sweep = SweepOf(runs_[i], limits_[i], planned.differences.rows);
+      if (EqualsIgnoringCase(runs_[i].task.table, table)) AddRun(runs_[i], limits_[i], planned);
     }
-    planned.rewritten = std::max<std::int64_t>(planned.rewritten - planned.differences.changedByCopy, 0);
+    planned.rewritten = RewrittenIn(planned);
     if (planned.runs.empty() && planned.differences.count() == 0) return;
     Add(WarningsOfWays(connection, compared, scratch_.databaseKind()), plan);
     plan.tables.push_back(std::move(planned));
+  }
+
+  /// A pass that fails has not come to its sweep, or the sweep itself has failed.
+  static void AddRun(const TableRun& run, const SweepLimits& limits, TablePlan& planned) {
+    const bool sweeps = run.task.method == Method::Full && run.state == TableState::Complete;
+    if (sweeps) planned.sweep = SweepOf(run, limits, planned.differences.rows);
+    planned.runs.push_back(run);
+  }
+
+  /// A pass that fails has not come to all of its rows.
+  static std::optional<std::int64_t> RewrittenIn(const TablePlan& planned) {
+    std::int64_t updated = 0;
+    for (const TableRun& run : planned.runs) {
+      if (run.state != TableState::Complete) return {};
+      updated += run.passCounts.updated;
+    }
+    return std::max<std::int64_t>(updated - planned.differences.changedByCopy, 0);
   }
 
   static PlannedSweep SweepOf(const TableRun& run, const SweepLimits& limits, std::int64_t before) {

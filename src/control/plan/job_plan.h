@@ -21,8 +21,8 @@ struct TablePlan {
   Text table;
   std::vector<TableRun> runs;  // of the jobs that copy into it; none for one that only the warranty expiry changes
   TableDifferences differences;
-  std::int64_t rewritten = 0;  // rows that are written as they are
-  std::optional<PlannedSweep> sweep;
+  std::optional<std::int64_t> rewritten;  // rows that are written as they are; nothing where a run is not complete
+  std::optional<PlannedSweep> sweep;      // of the last full copy that is complete
 };
 
 struct Plan {

@@ -91,7 +91,7 @@ std::vector<Text> RowOf(const TablePlan& table, bool showsDatabase) {
           std::to_string(d.inserted),
           std::to_string(d.changed),
           std::to_string(d.deleted),
-          std::to_string(table.rewritten),
+          table.rewritten ? std::to_string(*table.rewritten) : "",
           SweepWords(table),
           OutcomeOf(table)};
 }
@@ -174,8 +174,8 @@ Json RunOfPlanJson(const TableRun& run) {
 Json TablePlanJson(const TablePlan& table) {
   const TableDifferences& d = table.differences;
   Json json = {{"database", table.database}, {"table", table.table}, {"rows", d.rows},
-               {"insert", d.inserted},       {"change", d.changed},  {"delete", d.deleted},
-               {"rewrite", table.rewritten}};
+               {"insert", d.inserted},       {"change", d.changed},  {"delete", d.deleted}};
+  if (table.rewritten) json["rewrite"] = *table.rewritten;
   if (table.sweep) {
     json["sweep"] = {{"rows", table.sweep->rows},
                      {"of", table.sweep->of},

@@ -160,7 +160,7 @@ TEST_P(PlanOfAJob, SaysThatTheDatabaseIsNotReached) {
 
   EXPECT_TRUE(
       plan.said.starts_with("TABLE  METHOD  ROWS  INSERT  CHANGE  DELETE  REWRITE  SWEEP  OUTCOME\n"
-                            "SITE   full    0     0       0       0       0               could not begin\n"
+                            "SITE   full    0     0       0       0                       could not begin\n"
                             "\n"
                             "SITE: the job would not complete: could not begin: the database \"service\" is not "
                             "reached: "))
@@ -176,7 +176,7 @@ TEST_P(PlanOfAJob, SaysThatTheJobWouldFailAndHowFarItCame) {
 
   EXPECT_TRUE(
       plan.said.starts_with("TABLE  METHOD  ROWS  INSERT  CHANGE  DELETE  REWRITE  SWEEP  OUTCOME\n"
-                            "SITE   full    0     1       0       0       0        0%     failed\n"
+                            "SITE   full    0     1       0       0                       failed\n"
                             "\n"
                             "SITE\n"
                             "  + SITE='A1': DESCRIPTION='North', CUSTOMER='C7'\n"
@@ -217,6 +217,18 @@ TEST(SqlitePlan, KnowsTheRowsOfEachTableByTheKeyOfItsOwnErp) {
             "'2030-01-31' -> '2027-12-31'\n"
             "\n"
             "7 rows would change in 3 tables. Nothing was written.\n");
+}
+
+TEST(SqlitePlan, TellsProgramsNoSweepOfAJobThatWouldFail) {
+  const JobSite site(Engine::Sqlite);
+  site.directory().Write(kLocations, kHeader + "\\N,South,C8\n");
+
+  const Text said = site.Run("plan demo --json").said;
+
+  EXPECT_EQ(
+      said.substr(0, said.find(R"("failures")")),
+      R"({"plan":1,"status":1,"tables":[{"database":"service","table":"SITE","rows":0,"insert":0,"change":0,)"
+      R"("delete":0,"runs":[{"job":"demo","method":"full","state":"failed","words":"94: Invalid use of Null: getLocation",)");
 }
 
 TEST(SqlitePlan, ShowsAKeyThatGetsTheErpsForm) {
