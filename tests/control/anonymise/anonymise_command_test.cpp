@@ -92,6 +92,20 @@ TEST_F(AnonymiseCommand, LeavesNothingOfTheCustomerInTheFilesBytes) {
   for (const char* word : {"AMSTERDAM", "Herengracht", "Acmeworks"}) EXPECT_EQ(made.find(word), Text::npos) << word;
 }
 
+TEST_F(AnonymiseCommand, TakesARowThatIsOlderThanALimitOfItsTable) {
+  setup.Sql("DROP TABLE SITE");
+  setup.Sql(
+      "CREATE TABLE SITE (SITE NVARCHAR(10) CONSTRAINT \"SITE.SITE takes 5 characters\" CHECK (length(SITE) <= 5), "
+      "DESCRIPTION NVARCHAR(100), CUSTOMER NVARCHAR(20), upd_flag INTEGER)");
+  setup.Sql("PRAGMA ignore_check_constraints = ON; INSERT INTO SITE VALUES ('17-17-17', NULL, NULL, 0)");
+
+  const Text said = setup.Ctl(
+      {"anonymise", setup.Path("trace.jsonl"), "--scratch", setup.Path("service.db"), "--out", setup.Path("out")});
+
+  EXPECT_NE(said.find("    SITE: 1 rows, 1 values changed\n"), Text::npos) << said;
+  EXPECT_EQ(Query("out/scratch.db", "SELECT length(SITE) AS shown FROM SITE"), "8\n");
+}
+
 TEST_F(AnonymiseCommand, ClosesWhatItMakesToOthers) {
   setup.Ctl(
       {"anonymise", setup.Path("trace.jsonl"), "--scratch", setup.Path("service.db"), "--out", setup.Path("out")});
