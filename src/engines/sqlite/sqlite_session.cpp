@@ -14,6 +14,7 @@
 #include "engines/dialect/translation.h"
 #include "engines/provider_errors.h"
 #include "engines/sqlite/read_only_file.h"
+#include "engines/sqlite/row_ids.h"
 #include "system/paths.h"
 
 namespace zenqay {
@@ -63,14 +64,6 @@ Text StateOf(const Text& path) {
     state += missing ? "none;" : std::to_string(size) + "," + std::to_string(time.time_since_epoch().count()) + ";";
   }
   return state;
-}
-
-/// The statement of a table that finds its rows by number, as every table does that does not say otherwise.
-Text WithRowIds(const Text& create) {
-  constexpr std::string_view kWithout = "without rowid";
-  const std::size_t at = LowerCased(create).rfind(kWithout);
-  const bool isAtEnd = at != Text::npos && create.find_first_of(")'\"", at) == Text::npos;
-  return isAtEnd ? Trim(create.substr(0, at)) + create.substr(at + kWithout.size()) : create;
 }
 
 [[noreturn]] void RaiseOpenFailure(const Text& message, const Text& dataSource, int code, const Text& reason = "") {
