@@ -86,6 +86,20 @@ TEST_F(ZenqayctlProgram, EndsWithTheStatusOfItsTables) {
   EXPECT_EQ(WaitForEnd(unreached), (ProcessEnd{.status = 4}));
 }
 
+/// As in a policy that allows few algorithms.
+TEST_F(ZenqayctlProgram, SaysThatTheMachineHasNoHashToAnonymiseBy) {
+  setup.directory.Write("openssl.cnf",
+                        "openssl_conf = all\n[all]\nproviders = few\n[few]\nbase = on\n[on]\nactivate = 1\n");
+  setup.directory.Write("trace", "");
+  ChildProcess child(
+      {.program = "/bin/sh",
+       .arguments = {"-c", "cd " + setup.home() + " && exec " ZENQAYCTL " anonymise trace --out out 2>said"},
+       .environment = {{"OPENSSL_CONF", setup.Path("openssl.cnf")}}});
+
+  EXPECT_EQ(WaitForEnd(child), (ProcessEnd{.status = 4}));
+  EXPECT_EQ(setup.directory.Read("said"), "zenqayctl: the OpenSSL of this machine has no SipHash\n");
+}
+
 TEST_F(ZenqayctlProgram, AsksEachJobOnceWhenItIsInterrupted) {
   setup.Script(1, kBegin + kStarted + "hold\nasked:\n");
   setup.Script(4, kBegin + kStarted + "hold\nasked:\n");

@@ -6,6 +6,8 @@
 #include <new>
 #include <random>
 
+#include "base/runtime_error.h"
+
 namespace zenqay {
 namespace {
 
@@ -27,6 +29,10 @@ KeyedHash::Key KeyedHash::RandomKey() {
 KeyedHash::KeyedHash(const Key& key) {
   for (std::size_t i = 0; i < kKeySize; ++i) key_[i] = static_cast<unsigned char>(key[i / 8] >> (8 * (i % 8)));
   EVP_MAC* method = EVP_MAC_fetch(nullptr, "SIPHASH", nullptr);
+  if (method == nullptr) {
+    throw RuntimeError(static_cast<std::int32_t>(PlatformFault::CannotCreateObject), "OpenSSL",
+                       "the OpenSSL of this machine has no SipHash");
+  }
   context_.reset(EVP_MAC_CTX_new(method), EVP_MAC_CTX_free);
   EVP_MAC_free(method);
   std::size_t size = kHashSize;

@@ -10,7 +10,8 @@ struct evp_mac_ctx_st;
 
 namespace zenqay {
 
-/// Raises std::bad_alloc where the library has no memory. Copies work in one place, so they belong to one thread.
+/// Raises 429 where the library has no such hash, std::bad_alloc where it has no memory. Copies work in one place, so
+/// they belong to one thread.
 class KeyedHash {
  public:
   using Key = std::array<std::uint64_t, 2>;
