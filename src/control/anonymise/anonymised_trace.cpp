@@ -113,6 +113,12 @@ void RequireHead(const Text& path, const ordered_json& line) {
   Refuse(path, 1, "the trace has another version than " + std::to_string(kVersion));
 }
 
+/// What a line is by, is a text.
+bool HasWords(const ordered_json& line) {
+  const auto isWord = [&](const char* key) { return !line.contains(key) || line[key].is_string(); };
+  return isWord("kind") && isWord("op");
+}
+
 }  // namespace
 
 AnonymisedTrace AnonymiseTrace(const Text& from, const Text& to, const Anonymiser& anonymiser) {
@@ -129,10 +135,12 @@ AnonymisedTrace AnonymiseTrace(const Text& from, const Text& to, const Anonymise
     if (done.endIsCut) break;
     if (!isWhole) Refuse(from, done.lines + 1, "that is no line of a trace");
     if (done.lines == 0) RequireHead(from, line);
+    if (!HasWords(line)) Refuse(from, done.lines + 1, "that is no line of a trace");
     lines.ChangeLine(line);
     Write(file, to, line);
     ++done.lines;
   }
+  if (trace.bad()) throw WrongUsage(from + " cannot be read");
   if (done.lines == 0) Refuse(from, 1, "that is no trace's head");
   if (const auto fault = file.Close()) throw RuntimeError(*fault, to);
   done.changed = lines.changed();

@@ -113,9 +113,17 @@ TEST(AnonymisedTrace, IsMadeOfTracesAlone) {
   EXPECT_EQ(traces.Refusal("{\"kind\":\"trace\",\"version\":3}\n"),
             "2 zenqayctl: HOME/trace:1: the trace has another version than 2");
   EXPECT_EQ(traces.Refusal(Text(kHead) + "[]\n{}\n"), "2 zenqayctl: HOME/trace:2: that is no line of a trace");
-  EXPECT_EQ(Replaced(Raised([&] { AnonymiseTrace(traces.Path("none"), traces.Path("changed"), traces.anonymiser); }),
-                     traces.directory.path().string(), "HOME"),
-            "2 zenqayctl: HOME/none cannot be read");
+  for (const char* line : {R"({"kind":7})", R"({"kind":"call","op":7})", R"({"kind":null})"}) {
+    EXPECT_EQ(traces.Refusal(Text(kHead) + "{}\n" + line + "\n"),
+              "2 zenqayctl: HOME/trace:3: that is no line of a trace")
+        << line;
+  }
+  EXPECT_EQ(traces.Refusal("{\"kind\":7}\n"), "2 zenqayctl: HOME/trace:1: that is no trace's head");
+  for (const char* name : {"none", "."}) {
+    EXPECT_EQ(Replaced(Raised([&] { AnonymiseTrace(traces.Path(name), traces.Path("changed"), traces.anonymiser); }),
+                       traces.directory.path().string(), "HOME"),
+              Text("2 zenqayctl: HOME/") + name + " cannot be read");
+  }
 }
 
 }  // namespace
