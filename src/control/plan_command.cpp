@@ -6,6 +6,7 @@
 #include "control/plan/plan_report.h"
 #include "control/run_json.h"
 #include "control/run_plan.h"
+#include "system/output_file.h"
 
 namespace zenqay {
 namespace {
@@ -39,7 +40,11 @@ void AddUnreached(const std::vector<TableRun>& runs, Plan& plan) {
 void RequireKeepable(const Text& keep, std::size_t databases) {
   if (keep.empty()) return;
   if (databases > 1) throw WrongUsage("--keep: the jobs have several databases, and a file can hold one");
-  if (std::filesystem::exists(keep)) throw WrongUsage("--keep: " + keep + " exists; nothing was changed");
+  std::error_code ignored;
+  if (std::filesystem::exists(keep, ignored)) throw WrongUsage("--keep: " + keep + " exists; nothing was changed");
+  const Text directory = std::filesystem::absolute(keep).parent_path().string();
+  if (!std::filesystem::is_directory(directory, ignored)) throw WrongUsage("--keep: " + directory + " is no directory");
+  if (!MayWriteIn(directory)) throw WrongUsage("--keep: " + directory + " cannot be written");
 }
 
 }  // namespace

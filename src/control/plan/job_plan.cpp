@@ -174,9 +174,14 @@ bool IsRefused(const TablePlan& table) {
 
 /// Others are not to read it, as they may not read the database.
 void Keep(const Text& before, const Text& keep) {
-  using Permissions = std::filesystem::perms;
-  std::filesystem::permissions(before, Permissions::owner_read | Permissions::owner_write);
-  std::filesystem::copy_file(before, keep);
+  namespace fs = std::filesystem;
+  fs::permissions(before, fs::perms::owner_read | fs::perms::owner_write);
+  std::error_code fault;
+  fs::copy_file(before, keep, fault);
+  if (!fault) return;
+  std::error_code ignored;
+  if (fault != std::errc::file_exists) fs::remove(keep, ignored);  // nobody needs a half of it
+  throw RuntimeError(PlatformFault::PathAccess, keep + ": " + fault.message());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // What a plan says of the jobs of a built zenqayctl, and that it leaves everything as it is.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "doubles/file_content.h"
 #include "job_site.h"
@@ -149,6 +150,24 @@ TEST_P(PlanOfAJob, KeepsTheTablesAsTheyAre) {
   const CtlRun again = site.Run("plan demo --keep " + site.Path("kept.db"));
   EXPECT_EQ(again.said, "zenqayctl: --keep: " + site.Path("kept.db") + " exists; nothing was changed\n");
   EXPECT_EQ(again.status, 2);
+}
+
+TEST(SqlitePlan, KeepsTheTablesInADirectoryThatIsThereAndMayBeWritten) {
+  const JobSite site(Engine::Sqlite);
+  const auto said = [&](const Text& keep) {
+    const CtlRun plan = site.Run("plan demo --keep " + site.Path(keep));
+    return Replaced(plan.said, site.directory().path().string(), "HOME") + "= " + std::to_string(plan.status) + "\n";
+  };
+  const Text tooLong(300, 'k');
+
+  EXPECT_EQ(said("none/kept.db"), "zenqayctl: --keep: HOME/none is no directory\n= 2\n");
+  EXPECT_EQ(said("service.db/kept.db"), "zenqayctl: --keep: HOME/service.db is no directory\n= 2\n");
+  EXPECT_EQ(said(tooLong), "zenqayctl: Path/File access error: HOME/" + tooLong + ": File name too long\n= 4\n");
+  std::filesystem::create_directory(site.Path("closed"));
+  std::filesystem::permissions(site.Path("closed"), std::filesystem::perms::owner_read);
+  if (::geteuid() != 0) {
+    EXPECT_EQ(said("closed/kept.db"), "zenqayctl: --keep: HOME/closed cannot be written\n= 2\n");
+  }
 }
 
 TEST_P(PlanOfAJob, SaysThatTheDatabaseIsNotReached) {
