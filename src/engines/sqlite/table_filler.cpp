@@ -10,8 +10,10 @@
 namespace zenqay {
 namespace {
 
+/// Naming the file, since it is none that its reader knows.
 [[noreturn]] void RaiseFailure(sqlite3* database) {
-  RaiseReported("SQLite", sqlite3_errmsg(database), "HY000", sqlite3_extended_errcode(database));
+  const Text message = Text(sqlite3_errmsg(database)) + ": " + sqlite3_db_filename(database, "main");
+  RaiseReported("SQLite", message, "HY000", sqlite3_extended_errcode(database));
 }
 
 void Require(sqlite3* database, int code) {

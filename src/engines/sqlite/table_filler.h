@@ -11,10 +11,11 @@ struct sqlite3_stmt;
 
 namespace zenqay {
 
-/// Makes the file and keeps it open. Nothing is safe before Finish; a file that is not finished is of no use.
+/// Makes the file and keeps it open. Nothing is safe before Finish; a file that is not finished is of no use. Whatever
+/// fails names its path.
 class TableFiller {
  public:
-  /// Raises -2147467259, naming the path, when the file cannot be made.
+  /// Raises -2147467259 when the file cannot be made.
   explicit TableFiller(const Text& path);
 
   /// Makes the table and gives what takes its rows, which lives until the next table or Finish.
