@@ -31,12 +31,6 @@ bool IsReached(const std::vector<TableRun>& runs) {
   return std::ranges::none_of(runs, [](const TableRun& run) { return IsEnd(run.state); });
 }
 
-void AddUnreached(const std::vector<TableRun>& runs, Plan& plan) {
-  for (const TableRun& run : runs) {
-    plan.tables.push_back({.database = run.task.database, .table = run.task.table, .runs = {run}});
-  }
-}
-
 void RequireKeepable(const Text& keep, std::size_t databases) {
   if (keep.empty()) return;
   if (databases > 1) throw WrongUsage("--keep: the jobs have several databases, and a file can hold one");
@@ -56,7 +50,7 @@ int PlanJobs(const JobFile& file, const PlanOptions& options, Surroundings& surr
   Plan plan;
   for (const std::vector<TableRun>& runs : databases) {
     if (!IsReached(runs)) {
-      AddUnreached(runs, plan);
+      AddUnbegun(runs, plan);
       continue;
     }
     const DatabaseSettings& database = file.databases.at(runs.front().task.database);

@@ -188,10 +188,23 @@ void Keep(const Text& before, const Text& keep) {
 
 void PlanDatabase(const JobFile& file, std::vector<TableRun> runs, RunnerSettings settings,
                   const DatabaseAccess& access, int examples, const Text& keep, Plan& plan) {
-  DatabasePlan database(file, std::move(runs), access);
-  if (!keep.empty()) Keep(database.before(), keep);
-  plan.signal = database.Run(std::move(settings));
-  if (!plan.signal) database.Report(examples, plan);
+  std::optional<DatabasePlan> database;
+  try {
+    database.emplace(file, runs, access);
+  } catch (const RuntimeError& error) {
+    for (TableRun& run : runs) ConcludeUnstarted(run, "its tables cannot be read: " + error.description());
+    AddUnbegun(runs, plan);
+    return;
+  }
+  if (!keep.empty()) Keep(database->before(), keep);
+  plan.signal = database->Run(std::move(settings));
+  if (!plan.signal) database->Report(examples, plan);
+}
+
+void AddUnbegun(const std::vector<TableRun>& runs, Plan& plan) {
+  for (const TableRun& run : runs) {
+    plan.tables.push_back({.database = run.task.database, .table = run.task.table, .runs = {run}});
+  }
 }
 
 int ExitStatusOf(const Plan& plan) {

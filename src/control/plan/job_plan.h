@@ -32,9 +32,13 @@ struct Plan {
 };
 
 /// Runs the tables' jobs one after another on a copy of what they use, and adds what they changed to the plan. `runs`
-/// are those of one database. A file that `keep` names gets the tables as they are. Raises what the database says.
+/// are those of one database; where it does not give its tables they could not begin. A file that `keep` names gets the
+/// tables as they are. Raises what the file system says.
 void PlanDatabase(const JobFile& file, std::vector<TableRun> runs, RunnerSettings settings,
                   const DatabaseAccess& access, int examples, const Text& keep, Plan& plan);
+
+/// Adds the tables of jobs that have come to their end before they began.
+void AddUnbegun(const std::vector<TableRun>& runs, Plan& plan);
 
 /// What zenqayctl ends with.
 int ExitStatusOf(const Plan& plan);

@@ -188,6 +188,34 @@ TEST_P(PlanOfAJob, SaysThatTheDatabaseIsNotReached) {
   EXPECT_EQ(plan.status, 4);
 }
 
+TEST(SqlitePlan, ShowsTheOtherDatabasesOfOneWhoseTablesCannotBeRead) {
+  const JobSite site(Engine::Sqlite, {.tables = "\"SITE\", \"PROBLEM\"",
+                                      .job = "[database.other]\nconnection = \"Provider=SQLite;Data Source=other.db\"\n"
+                                             "[job.other]\ndatabase = \"other\"\nerp = \"main\"\nlogs = \"log\"\n"
+                                             "tables = [\"SITE\"]\nmethod = \"full\"\n"});
+  std::filesystem::copy_file(site.Path("service.db"), site.Path("other.db"));
+  site.Execute("DROP TABLE PROBLEM");
+  site.directory().Write(kLocations, kHeader + "A1,North,C7\n");
+
+  const CtlRun plan = site.Run("plan demo other");
+
+  EXPECT_EQ(plan.said,
+            "TABLE            METHOD  ROWS  INSERT  CHANGE  DELETE  REWRITE  SWEEP  OUTCOME\n"
+            "service SITE     full    0     0       0       0                       could not begin\n"
+            "service PROBLEM  full    0     0       0       0                       could not begin\n"
+            "other SITE       full    0     1       0       0       0        0%     complete\n"
+            "\n"
+            "SITE\n"
+            "  + SITE='A1': DESCRIPTION='North', CUSTOMER='C7'\n"
+            "\n"
+            "SITE: the job would not complete: could not begin: its tables cannot be read: no such table: PROBLEM\n"
+            "\n"
+            "PROBLEM: the job would not complete: could not begin: its tables cannot be read: no such table: PROBLEM\n"
+            "\n"
+            "1 row would change in 1 table. Nothing was written.\n");
+  EXPECT_EQ(plan.status, 4);
+}
+
 TEST_P(PlanOfAJob, SaysThatTheJobWouldFailAndHowFarItCame) {
   site.directory().Write(kLocations, kHeader + "A1,North,C7\n\\N,South,C8\n");
 
