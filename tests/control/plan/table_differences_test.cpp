@@ -2,63 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "control/plan/plan_warnings.h"
-#include "doubles/temp_directory.h"
-#include "engines/engine_connection.h"
-#include "engines/sqlite/table_filler.h"
+#include "two_states.h"
 
 namespace zenqay {
 namespace {
-
-/// Two states of a table T with the key K, which is no unique one, made by statements.
-class TwoStates {
- public:
-  TwoStates(const std::vector<Text>& before, const std::vector<Text>& then, const Text& collation = "BINARY") {
-    const Text text = "NVARCHAR(10) COLLATE " + collation;
-    const Text create = "CREATE TABLE T (K " + text + ", A " + text + ", D DATETIME, upd_flag INTEGER)";
-    Make("before.db", create, before);
-    Make("after.db", create, before);
-    connection->PutConnectionString(EmbeddedConnection(Path("after.db")));
-    connection->Open();
-    AttachBefore(*connection, Path("before.db"));
-    for (const Text& statement : then) connection->Execute(statement);
-  }
-
-  Text Path(const Text& name) const { return (directory_.path() / name).string(); }
-
-  /// "1+ 2~ 0-", and each example.
-  Text Compared() const {
-    const TableDifferences d = Compare(*connection, table, 5);
-    Text text =
-        std::to_string(d.inserted) + "+ " + std::to_string(d.changed) + "~ " + std::to_string(d.deleted) + "-\n";
-    for (const RowDifference& row : d.examples) {
-      text += row.deed == RowDeed::Insert ? "+" : row.deed == RowDeed::Change ? "~" : "-";
-      for (const FieldDifference& field : row.key) text += " " + field.after.value_or(field.before.value_or("NULL"));
-      for (const FieldDifference& field : row.fields) {
-        text += " " + field.column + " " + field.before.value_or("NULL") + ">" + field.after.value_or("NULL");
-      }
-      text += "\n";
-    }
-    return text;
-  }
-
-  const ComparedTable table = {.name = "T", .key = {"K"}, .copied = {"K", "A", "upd_flag"}};
-  const std::shared_ptr<EngineConnection> connection = std::make_shared<EngineConnection>();
-
- private:
-  void Make(const Text& name, const Text& create, const std::vector<Text>& statements) const {
-    TableFiller filler(Path(name));
-    filler.Run(create);
-    for (const Text& statement : statements) filler.Run(statement);
-    filler.Finish();
-  }
-
-  TempDirectory directory_;
-};
-
-const std::vector<Text> kThree = {
-    "INSERT INTO T VALUES ('k1', 'a', '2004-01-31', 0), ('k2', 'b', NULL, 0), "
-    "('k3', NULL, NULL, 1)"};
 
 TEST(TableDifferences, TellsRowsByTheirKey) {
   EXPECT_EQ(TwoStates(kThree, {}).Compared(), "0+ 0~ 0-\n");
@@ -135,29 +82,6 @@ TEST(TableDifferences, CountsChangesOfColumnsThatTheCopyDoesNotWrite) {
   EXPECT_EQ(differences.rows, 3);
   EXPECT_EQ(differences.changed, 3);
   EXPECT_EQ(differences.changedByCopy, 0);
-}
-
-/// The words of the warnings of a database's ways.
-Text WaysOfRows(const Text& databaseKind) {
-  const TwoStates states(kThree,
-                         {"INSERT INTO T VALUES ('K1', 'x', NULL, 0), ('k2 ', '', NULL, 0), ('n', 'y', NULL, 0), "
-                          "('N', 'z', NULL, 0), ('other', 'x', NULL, 0)"});
-  Compare(*states.connection, states.table, 0);
-  Text words;
-  for (const PlanWarning& warning : WarningsOfWays(*states.connection, states.table, databaseKind)) {
-    words += warning.table + ": " + warning.words + "\n";
-  }
-  return words;
-}
-
-TEST(PlanWarnings, TellWhatADatabaseDoesOtherwiseThanTheEmbeddedEngine) {
-  EXPECT_EQ(WaysOfRows("SQLite"), "");
-  EXPECT_EQ(WaysOfRows("PostgreSQL"), "");
-  EXPECT_EQ(
-      WaysOfRows("Microsoft SQL Server"),
-      "T: rows to insert that have the key of another row but for the case of letters or blanks at the end: 3, such "
-      "as K1; a database that takes such keys for the same changes that row, and the counts are others\n");
-  EXPECT_EQ(WaysOfRows("Oracle"), "T: rows that get an empty text in A: 1; Oracle keeps it as NULL\n");
 }
 
 }  // namespace
