@@ -10,13 +10,8 @@
 #include "trace/shown_value.h"
 
 namespace zenqay {
-namespace {
 
 using nlohmann::ordered_json;
-
-constexpr int kVersion = 2;  // of the form of a trace; the first one had neither a head nor times
-
-}  // namespace
 
 Trace::Trace(const Text& path, Text programVersion)
     : path_(Replaced(path, "%p", std::to_string(ProcessId()))),
@@ -36,7 +31,7 @@ void Trace::Write(std::string_view kind, ordered_json rest) {
 void Trace::Put(std::string_view kind, const ordered_json& rest) {
   if (lines_ == 0) {
     PutLine({{"kind", "trace"},
-             {"version", kVersion},
+             {"version", kTraceVersion},
              {"program", programVersion_},
              {"pid", ProcessId()},
              {"started", begun_}});

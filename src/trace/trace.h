@@ -16,6 +16,9 @@
 
 namespace zenqay {
 
+/// Of the form of a trace; the first one had neither a head nor times.
+inline constexpr int kTraceVersion = 2;
+
 class Trace {
  public:
   /// Replaces the file at `path` (a path of the operating system), in whose name "%p" stands for the process id. Only

@@ -1,13 +1,10 @@
 #include "components/replay/recording.h"
 
+#include "trace/trace.h"
+
 namespace zenqay {
-namespace {
 
 using nlohmann::ordered_json;
-
-constexpr int kVersion = 2;  // the newest form of a trace that is known here
-
-}  // namespace
 
 Recording::Recording(Text path) : path_(std::move(path)), file_(path_, std::ios::binary) {
   if (!file_) throw RuntimeError(PlatformFault::FileNotFound, path_);
@@ -30,7 +27,7 @@ bool Recording::ReadHead() {
   }
   linesRead_ = 1;
   const auto version = head.find("version");
-  if (version == head.end() || !version->is_number_integer() || *version > kVersion) {
+  if (version == head.end() || !version->is_number_integer() || *version > kTraceVersion) {
     throw RuntimeError(PlatformFault::InvalidCall, Place(1) + ": a trace of a form that this program does not know");
   }
   return true;

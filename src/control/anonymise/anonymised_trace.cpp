@@ -7,13 +7,12 @@
 #include "control/exit_status.h"
 #include "system/output_file.h"
 #include "trace/shown_value.h"
+#include "trace/trace.h"
 
 namespace zenqay {
 namespace {
 
 using nlohmann::ordered_json;
-
-constexpr int kVersion = 2;  // of the form of a trace
 
 /// Whether numbers that stand for keys change: those that a component gives. What it is given are bounds and counts.
 enum class Numbers { Stay, Change };
@@ -109,8 +108,8 @@ void Write(OutputFile& file, const Text& path, const ordered_json& line) {
 
 void RequireHead(const Text& path, const ordered_json& line) {
   if (!line.is_object() || line.value("kind", ordered_json()) != "trace") Refuse(path, 1, "that is no trace's head");
-  if (line.value("version", ordered_json()) == kVersion) return;
-  Refuse(path, 1, "the trace has another version than " + std::to_string(kVersion));
+  if (line.value("version", ordered_json()) == kTraceVersion) return;
+  Refuse(path, 1, "the trace has another version than " + std::to_string(kTraceVersion));
 }
 
 /// What a line is by, is a text.
