@@ -160,7 +160,7 @@ std::int64_t SecondsOfUtc(const Text& utc) {
 History::History(const Text& path) : databases_(std::make_shared<LocalDatabases>()) {
   MakePrivateFile(path);
   connection_ = databases_->CreateConnection();
-  connection_->PutConnectionString("Provider=SQLite;Data Source=\"" + Replaced(path, "\"", "\"\"") + "\"");
+  connection_->PutConnectionString(EmbeddedConnection(path));
   connection_->Open();
   Migrate(*databases_, connection_, kSteps);
 }

@@ -28,7 +28,7 @@ class DatabaseFile {
  public:
   explicit DatabaseFile(const fs::path& path) : connection_(LocalDatabases().CreateConnection()) {
     MakePrivateFile(path.string());
-    connection_->PutConnectionString("Provider=SQLite;Data Source=\"" + Replaced(path.string(), "\"", "\"\"") + "\"");
+    connection_->PutConnectionString(EmbeddedConnection(path.string()));
     connection_->Open();
   }
 

@@ -12,4 +12,8 @@ std::shared_ptr<Recordset> LocalDatabases::CreateRecordset() {
   return std::make_shared<Recordset>();
 }
 
+Text EmbeddedConnection(const Text& path) {
+  return "Provider=SQLite;Data Source=\"" + Replaced(path, "\"", "\"\"") + "\"";
+}
+
 }  // namespace zenqay

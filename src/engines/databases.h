@@ -19,4 +19,7 @@ class LocalDatabases : public Database {
   std::shared_ptr<Interruption> interruption_;
 };
 
+/// The connection string of a file of the embedded engine.
+Text EmbeddedConnection(const Text& path);
+
 }  // namespace zenqay

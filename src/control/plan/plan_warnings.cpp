@@ -1,20 +1,11 @@
 #include "control/plan/plan_warnings.h"
 
+#include "control/plan/scratch_query.h"
 #include "engines/table_schema.h"
 #include "postcopy/warranty_expiry.h"
 
 namespace zenqay {
 namespace {
-
-std::unique_ptr<QueryRows> Rows(Connection& connection, const Text& query) {
-  return connection.RowsOf(query, CursorType::Static, LockType::ReadOnly, CommandType::SqlText);
-}
-
-std::int64_t Number(Connection& connection, const Text& query) {
-  const auto rows = Rows(connection, query);
-  rows->Next();
-  return static_cast<std::int64_t>(rows->Field(0).AsDouble());
-}
 
 bool IsOracle(const Text& databaseKind) {
   return StartsWithIgnoringCase(databaseKind, "Oracle");
@@ -53,9 +44,9 @@ void AddNearKeys(Connection& connection, const ComparedTable& table, std::vector
   const Text near = " FROM (SELECT f.shown AS shown FROM before." + name +
                     " b CROSS JOIN temp.folded f ON f.folded = " + FoldedKey("b", table.key) +
                     " UNION SELECT MAX(f.shown) FROM temp.folded f GROUP BY f.folded HAVING COUNT(*) > 1)";
-  const std::int64_t count = Number(connection, "SELECT COUNT(*)" + near);
+  const std::int64_t count = NumberIn(connection, "SELECT COUNT(*)" + near);
   if (count == 0) return;
-  const auto first = Rows(connection, "SELECT MIN(shown)" + near);
+  const auto first = RowsIn(connection, "SELECT MIN(shown)" + near);
   first->Next();
   warnings.push_back(
       {table.name,
@@ -67,8 +58,8 @@ void AddNearKeys(Connection& connection, const ComparedTable& table, std::vector
 
 void AddEmptyTexts(Connection& connection, const ComparedTable& table, std::vector<PlanWarning>& warnings) {
   for (const Text& column : table.copied) {
-    const std::int64_t count = Number(connection, "SELECT COUNT(*) FROM main." + QuotedName(table.name) +
-                                                      " r WHERE r." + QuotedName(column) + " = ''");
+    const std::int64_t count = NumberIn(connection, "SELECT COUNT(*) FROM main." + QuotedName(table.name) +
+                                                        " r WHERE r." + QuotedName(column) + " = ''");
     if (count == 0) continue;
     warnings.push_back({table.name, "rows that get an empty text in " + column + ": " + std::to_string(count) +
                                         "; Oracle keeps it as NULL"});
@@ -87,9 +78,9 @@ std::vector<PlanWarning> WarningsOfWays(Connection& connection, const ComparedTa
 std::vector<PlanWarning> WarningsOfExpiry(Connection& connection, const Text& databaseKind) {
   if (databaseKind != "PostgreSQL" && !IsOracle(databaseKind)) return {};
   const std::int64_t count =
-      Number(connection, Text("SELECT COUNT(*) FROM ") + kExpiryJoin +
-                             " WHERE OBJECT.WARRANTY <> WARRANTIES.WARRANTY AND lower(OBJECT.WARRANTY) = "
-                             "lower(WARRANTIES.WARRANTY)");
+      NumberIn(connection, Text("SELECT COUNT(*) FROM ") + kExpiryJoin +
+                               " WHERE OBJECT.WARRANTY <> WARRANTIES.WARRANTY AND lower(OBJECT.WARRANTY) = "
+                               "lower(WARRANTIES.WARRANTY)");
   if (count == 0) return {};
   return {{"OBJECT", "objects that have the code of a warranty but for the case of letters: " + std::to_string(count) +
                          "; the database takes it for another, and computes no expiry for them"}};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "engines/databases.h"
 #include "engines/sqlite/table_filler.h"
 #include "localdb/local_connection.h"
 
@@ -96,10 +97,6 @@ void ScratchCopy::NoteTaken(EngineConnection& connection, const std::vector<Text
                          "a copy of it is running, or died and left it taken: what it has yet to do is no part of the "
                          "plan"});
   }
-}
-
-Text EmbeddedConnection(const Text& path) {
-  return "Provider=SQLite;Data Source=\"" + Replaced(path, "\"", "\"\"") + "\"";
 }
 
 }  // namespace zenqay

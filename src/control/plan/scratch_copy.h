@@ -46,7 +46,4 @@ class ScratchCopy {
   std::vector<PlanWarning> warnings_;
 };
 
-/// The connection string of a file of the embedded engine.
-Text EmbeddedConnection(const Text& path);
-
 }  // namespace zenqay

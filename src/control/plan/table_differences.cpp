@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "control/plan/scratch_query.h"
 #include "engines/table_schema.h"
 
 namespace zenqay {
@@ -206,16 +207,8 @@ class Comparison {
     return field;
   }
 
-  std::unique_ptr<QueryRows> Rows(const Text& query) {
-    return connection_.RowsOf(query, CursorType::Static, LockType::ReadOnly, CommandType::SqlText);
-  }
-
-  std::int64_t Number(const Text& query) {
-    const auto rows = Rows(query);
-    rows->Next();
-    return static_cast<std::int64_t>(rows->Field(0).AsDouble());
-  }
-
+  std::unique_ptr<QueryRows> Rows(const Text& query) { return RowsIn(connection_, query); }
+  std::int64_t Number(const Text& query) { return NumberIn(connection_, query); }
   void Execute(const Text& statement) { connection_.Execute(statement); }
 
   Connection& connection_;

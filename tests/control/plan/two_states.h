@@ -1,9 +1,10 @@
 // A table of the embedded engine before and after.
 #pragma once
 
-#include "control/plan/scratch_copy.h"
 #include "control/plan/table_differences.h"
 #include "doubles/temp_directory.h"
+#include "engines/databases.h"
+#include "engines/engine_connection.h"
 #include "engines/sqlite/table_filler.h"
 
 namespace zenqay {
