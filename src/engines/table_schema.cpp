@@ -1,5 +1,8 @@
 #include "engines/table_schema.h"
 
+#include "base/numbers.h"
+#include "engines/dialect/sql_tokens.h"
+
 namespace zenqay {
 namespace {
 
@@ -54,20 +57,26 @@ Text LimitOf(const Text& table, const TableColumn& column, const DatabaseWays& w
   return "";
 }
 
+/// The type that a server names behind a literal, or nothing; no more of an expression.
+bool IsTypeBehind(std::string_view text) {
+  return text.empty() || (text.starts_with("::") && text.find_first_of("|+-*/%'") == std::string_view::npos);
+}
+
 /// A number or a text in quotes, of which servers show more: ((0)), 'x'::character varying, N'x'. Empty for any other.
 Text LiteralIn(Text value) {
   value = Trim(value);
   while (value.starts_with('(') && value.ends_with(')')) value = Trim(value.substr(1, value.size() - 2));
   if (value.starts_with("N'")) value.erase(0, 1);
   if (value.starts_with('\'')) {
-    const std::size_t end = value.rfind('\'');
-    const Text behind = value.substr(end + 1);
-    const bool isLiteral = end > 0 && (behind.empty() || behind.starts_with("::"));
-    return isLiteral ? value.substr(0, end + 1) : "";
+    SqlTokens tokens(value);
+    const SqlToken text = tokens.Next();
+    const bool isLiteral =
+        text.kind == SqlToken::Kind::Literal && IsTypeBehind({text.end(), value.data() + value.size()});
+    return isLiteral ? Text(text.text) : "";
   }
   const Text number = value.substr(0, value.find("::"));
-  const bool isNumber = !number.empty() && number.find_first_not_of("-0123456789.") == Text::npos;
-  return isNumber ? number : "";
+  const bool isLiteral = IsNumeric(number) && IsTypeBehind(std::string_view(value).substr(number.size()));
+  return isLiteral ? number : "";
 }
 
 }  // namespace
@@ -85,8 +94,8 @@ TableSchema SchemaFor(const Text& table, const std::vector<TableColumn>& columns
   for (const TableColumn& column : columns) {
     create += (schema.columns.empty() ? "" : ", ") + QuotedName(column.name) + " " + TypeOf(column.kind);
     if (column.length > 0) create += "(" + std::to_string(column.length) + ")";
-    const bool hasDefault =
-        !Trim(column.defaultValue).empty() && !EqualsIgnoringCase(Trim(column.defaultValue), "NULL");
+    const Text value = Trim(column.defaultValue.substr(0, column.defaultValue.find("::")));
+    const bool hasDefault = !value.empty() && !EqualsIgnoringCase(value, "NULL");
     const Text literal = hasDefault ? LiteralIn(column.defaultValue) : "";
     const bool isComputed = hasDefault && literal.empty();
     if (!literal.empty()) create += " DEFAULT " + literal;

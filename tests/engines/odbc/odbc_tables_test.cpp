@@ -137,6 +137,28 @@ TEST(OdbcTables, OfPostgreSqlTellALimitOfTheDriverFromOneOfTheColumn) {
             "\"unlimited\" NVARCHAR)\n");
 }
 
+/// What is made of a column with this default, behind its name and type.
+Text MadeOfDefault(const char* value) {
+  const Text made = MadeOf({{"MEMO", SQL_WLONGVARCHAR, "text", 8190, true, value}}, "PostgreSQL");
+  const Text begin = "CREATE TABLE \"OBJECT\"\n(\"MEMO\" NVARCHAR";
+  EXPECT_TRUE(made.starts_with(begin)) << made;
+  return made.substr(begin.size());
+}
+
+TEST(OdbcTables, HaveThePlainValuesOfDefaultsAlone) {
+  for (const char* value : {"'it''s'", "''", "-1", "1.5", ".5", "+5", "1e3"}) {
+    EXPECT_EQ(MadeOfDefault(value), Text(" DEFAULT ") + value + ")\n");
+  }
+  EXPECT_EQ(MadeOfDefault("'2'::numeric(5,2)"), " DEFAULT '2')\n");
+  EXPECT_EQ(MadeOfDefault("7::bigint"), " DEFAULT 7)\n");
+  EXPECT_EQ(MadeOfDefault("null"), ")\n");
+  EXPECT_EQ(MadeOfDefault("NULL::character varying"), ")\n");
+  for (const char* value : {"'a' || 'b'", "('a')||('b')", "1-2", "-", ".", "(1)-(2)", "1::integer - 2",
+                            "'a'::text || 'b'", "'a'::text || now()", "now()", "'a"}) {
+    EXPECT_EQ(MadeOfDefault(value), ")\ncomputed MEMO\n") << value;
+  }
+}
+
 TEST(OdbcTables, OfOneNameInSeveralSchemasAreSeveral) {
   RowStore rows;
   AddColumns(rows, "dbo", "SITE", {{"SITE", SQL_WVARCHAR, "nvarchar", 10}});
