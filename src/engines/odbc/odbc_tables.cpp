@@ -65,19 +65,23 @@ double NumberAt(const RowStore& row, std::size_t column) {
   return value.IsNull() ? 0 : value.AsDouble();
 }
 
-/// psqlodbc gives a limit of its own to a text that has none, but also what the server keeps of it: -1.
-bool IsUnlimited(const RowStore& row) {
+/// What psqlodbc tells besides; 0 where a driver does not.
+double NumberAt(const RowStore& row, std::string_view column) {
   const auto& names = row.columns();
-  const auto modifier =
-      std::ranges::find_if(names, [](const Text& name) { return EqualsIgnoringCase(name, "TYPMOD"); });
-  if (modifier == names.end()) return false;
-  return NumberAt(row, static_cast<std::size_t>(modifier - names.begin())) == -1;
+  const auto found = std::ranges::find_if(names, [&](const Text& name) { return EqualsIgnoringCase(name, column); });
+  return found == names.end() ? 0 : NumberAt(row, static_cast<std::size_t>(found - names.begin()));
 }
 
-/// A column that the server numbers by itself tells that by its type alone.
+/// psqlodbc gives a limit of its own to a text that has none, but also what the server keeps of it: -1.
+bool IsUnlimited(const RowStore& row) {
+  return NumberAt(row, "TYPMOD") == -1;
+}
+
+/// A column that the server numbers by itself has no default; its type tells that, or psqlodbc.
 Text DefaultIn(const RowStore& row) {
   const Text typeName = LowerCased(row.Field(kTypeName).Joined());
-  return typeName.find("identity") != Text::npos ? "identity" : row.Field(kDefault).Joined();
+  const bool isNumbered = typeName.find("identity") != Text::npos || NumberAt(row, "AUTO_INCREMENT") == 1;
+  return isNumbered ? "identity" : row.Field(kDefault).Joined();
 }
 
 TableColumn ColumnIn(const RowStore& row) {
