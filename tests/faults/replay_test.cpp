@@ -18,7 +18,7 @@
 namespace zenqay {
 namespace {
 
-/// Every demo job in the statements of both platforms, and each of a generation's tables by itself.
+/// Every demo job of all tables, in the statements of both platforms.
 std::vector<DemoJob> EveryJob() {
   std::vector<DemoJob> jobs;
   for (const char* generation : {"1", "3", "8"}) {
