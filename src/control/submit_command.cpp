@@ -68,8 +68,12 @@ void RequireShared(const BatchSettings& batch) {
 
 void RequireBatchOptions(const std::vector<Text>& options) {
   for (const Text& option : options) {
-    if (IsBatchOption(option)) continue;
-    throw WrongUsage("behind --: \"" + option + "\" is no option of sbatch; write a value behind =: --mem=2G");
+    if (!IsBatchOption(option)) {
+      throw WrongUsage("behind --: \"" + option + "\" is no option of sbatch; write a value behind =: --mem=2G");
+    }
+    if (IsAgainstSubmission(option)) {
+      throw WrongUsage("behind --: \"" + option + "\": arrays, scripts and waiting are zenqayctl submit's own");
+    }
   }
 }
 
