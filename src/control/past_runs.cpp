@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "base/secrets.h"
+#include "base/windows1252.h"
 #include "control/exit_status.h"
 #include "system/own_process.h"
 
@@ -16,23 +17,6 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kTailLines = 20;
 constexpr std::uintmax_t kTailBytes = std::uintmax_t{64} * 1024;
-
-/// A run log is in Windows-1252. What it has beyond Latin-1 is rare, and not shown.
-Text FromWindows1252(const Text& bytes) {
-  Text text;
-  for (const char byte : bytes) {
-    const auto code = static_cast<unsigned char>(byte);
-    if (code < 0x80) {
-      text += byte;
-    } else if (code < 0xA0) {
-      text += '?';
-    } else {
-      text += static_cast<char>(0xC0 | (code >> 6));
-      text += static_cast<char>(0x80 | (code & 0x3F));
-    }
-  }
-  return text;
-}
 
 /// Names come from databases, and a directory may hold links.
 bool StandsIn(const fs::path& directory, const fs::path& path) {

@@ -105,7 +105,7 @@ class PageOf : public testing::Test {
 };
 
 TEST_F(PageOf, ARunHasItsTablesItsRecordsAndTheEndOfItsLogWithoutMarkupOfTheirs) {
-  directory.Write("log/PRIORITY_20260131.log", "Date: <1>\r\n\"Type mismatch; Password=geheim;\" \xE4\r\n");
+  directory.Write("log/PRIORITY_20260131.log", "Date: <1>\r\n\"Type mismatch \x84\xE4\x93; Password=geheim;\"\r\n");
 
   EXPECT_EQ(
       MainOf("/runs/1"),
@@ -144,7 +144,7 @@ TEST_F(PageOf, ARunHasItsTablesItsRecordsAndTheEndOfItsLogWithoutMarkupOfTheirs)
       "</ol>\n"
       "<h3>The end of its log</h3><p class=\"path\">DIR/log/PRIORITY_20260131.log</p>"
       "<pre tabindex=\"0\" aria-label=\"The end of the log of PRIORITY\">Date: &lt;1&gt;\n"
-      "&quot;Type mismatch; Password=***\n</pre>\n"
+      "&quot;Type mismatch „ä“; Password=***\n</pre>\n"
       "</section>\n");
 }
 
