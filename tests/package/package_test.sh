@@ -19,7 +19,7 @@ expect() {
   diff -u --label expected --label actual - <(printf '%s\n' "$2") || fail "not as expected: $1"
 }
 
-package() { echo "$packages"/zenqay-dbsync_*_amd64.deb; }
+package() { echo "$packages"/zenqay-dbsync_*.deb; }
 
 unpack() { dpkg-deb --extract "$(package)" "$work/unpacked"; }
 
@@ -244,7 +244,9 @@ disabled
 END
   expect "what systemd says" \
     "$(in_root systemd-analyze verify --man=no zenqay@nightly.service zenqay@nightly.timer zenqay-page.service 2>&1)" <<<""
-  expect "the jobs of the job file" "$(in_root zenqayctl completion jobs)" <<<""
+  local jobs
+  jobs=$(in_root zenqayctl completion jobs) || fail "the job file cannot be read"
+  expect "the jobs of the job file" "$jobs" <<<""
 
   echo "- a job to try"
   in_root install -d -o zenqay -g zenqay /srv/zenqay
@@ -338,12 +340,12 @@ END
 # Where no root can be made: the programs run from where the package is unpacked.
 trial_of_the_unpacked() {
   unpack
-  local bin=$work/unpacked/usr/bin
+  local bin=$work/unpacked/usr/bin jobs
   export XDG_STATE_HOME=$work/state
   "$bin/zenqayctl" init "$work/site" >/dev/null
   expect "the run" "$("$bin/zenqayctl" --file "$work/site/zenqay.toml" run demo | tail -n 1)" <<<"7 complete"
-  expect "the jobs of the job file" \
-    "$("$bin/zenqayctl" --file "$work/unpacked/etc/zenqay/zenqay.toml" completion jobs)" <<<""
+  jobs=$("$bin/zenqayctl" --file "$work/unpacked/etc/zenqay/zenqay.toml" completion jobs) || fail "the job file cannot be read"
+  expect "the jobs of the job file" "$jobs" <<<""
 }
 
 case $test in
