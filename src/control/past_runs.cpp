@@ -41,15 +41,23 @@ std::vector<Text> LastLines(const fs::path& path) {
   return lines;
 }
 
+std::int64_t SecondsBetween(const Text& started, const Text& ended, std::int64_t now) {
+  return (ended.empty() ? now : SecondsOfUtc(ended)) - SecondsOfUtc(started);
+}
+
 }  // namespace
 
 Text DurationOf(const Text& started, const Text& ended) {
   return ended.empty() ? Text() : DurationText(Seconds(SecondsOfUtc(ended) - SecondsOfUtc(started)));
 }
 
+std::int64_t SecondsOf(const PastRun& run, std::int64_t now) {
+  return SecondsBetween(run.started, run.ended, now);
+}
+
 std::optional<std::int64_t> SecondsOf(const PastTable& table, std::int64_t now) {
   if (table.process.pid == 0) return std::nullopt;
-  return (table.ended.empty() ? now : SecondsOfUtc(table.ended)) - SecondsOfUtc(table.started);
+  return SecondsBetween(table.started, table.ended, now);
 }
 
 Text OutcomeWords(const Text& outcome) {
