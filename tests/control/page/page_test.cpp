@@ -14,6 +14,7 @@ class NotedActions : public PageActions {
  public:
   ActionEnd StartJob(const Text& job) override {
     noted += "start " + job + "\n";
+    if (!fault.empty()) throw RuntimeError(70, "system", fault);
     return {isDone, "told"};
   }
   ActionEnd Unlock(const JobFile&, const Text& job, const Text& table) override {
@@ -22,8 +23,16 @@ class NotedActions : public PageActions {
   }
 
   bool isDone = true;
+  Text fault;  // of starting; empty: none
   Text noted;
 };
+
+/// All of an answer, line by line.
+Text Whole(const PageAnswer& answer) {
+  Text text = std::to_string(answer.status) + " " + answer.type + "\n";
+  for (const auto& [name, value] : answer.headers) text += name + ": " + value + "\n";
+  return text + "refusal: " + answer.refusal + "\n" + answer.body;
+}
 
 /// A page over a history with one run, of a SITE that is complete and a PRIORITY that failed.
 class PageOf : public testing::Test {
@@ -81,9 +90,12 @@ class PageOf : public testing::Test {
     return page.Answer({.method = "GET", .path = path, .query = std::move(query), .headers = {{"host", "localhost"}}});
   }
 
+  PageAnswer AnswerToPost(const Text& path, const Text& token = kToken) const {
+    return page.Answer({.method = "POST", .path = path, .headers = {{"host", "localhost"}, {"x-zenqay-token", token}}});
+  }
+
   Text Post(const Text& path) const {
-    const PageAnswer answer =
-        page.Answer({.method = "POST", .path = path, .headers = {{"host", "localhost"}, {"x-zenqay-token", kToken}}});
+    const PageAnswer answer = AnswerToPost(path);
     return std::to_string(answer.status) + " " + answer.body;
   }
 
@@ -240,6 +252,41 @@ TEST_F(PageOf, AnActionIsDoneOnceForAJobThatThereIs) {
     EXPECT_EQ(Post(path).substr(0, 3), "404") << path;
   }
   EXPECT_EQ(actions.noted, "start demo\nunlock demo SITE\nstart demo\n");
+}
+
+TEST_F(PageOf, WhatFailsForAProgramIsSaidInJson) {
+  actions.fault = "<no> process; Password=geheim";
+  EXPECT_EQ(Whole(AnswerToPost("/api/jobs/demo/run")),
+            "503 application/json\n"
+            "refusal: <no> process; Password=***\n"
+            "{\"done\":false,\"words\":\"<no> process; Password=***\"}\n");
+  EXPECT_EQ(Whole(AnswerToPost("/api/jobs/demo/run", "another")),
+            "401 application/json\n"
+            "refusal: this is not the page's token\n"
+            "{\"done\":false,\"words\":\"this is not the page's token\"}\n");
+  EXPECT_EQ(actions.noted, "start demo\n");
+
+  const Text missing = "404 application/json\nrefusal: \n{\"done\":false,\"words\":\"There is no such page.\"}\n";
+  EXPECT_EQ(Whole(AnswerToPost("/api/jobs/demo")), missing);
+  for (const char* path : {"/api/", "/api/runs/2", "/api/runs/x", "/api/jobs/demo/run"}) {
+    EXPECT_EQ(Whole(Get(path)), missing) << path;
+  }
+  EXPECT_EQ(Get("/runs/2").type, "text/html; charset=utf-8");
+}
+
+TEST_F(PageOf, ARefusalAsksAProgramForTheTokenInJson) {
+  const Page closed(
+      {.token = kToken, .readNeedsToken = true}, historyPath, [this] { return overview; }, actions);
+  const Text asks =
+      "WWW-Authenticate: Basic realm=\"zenqayctl: the token is the password\", charset=\"UTF-8\"\n"
+      "refusal: the page needs its token\n";
+  const auto ask = [&](const Text& path) {
+    return Whole(closed.Answer({.method = "GET", .path = path, .headers = {{"host", "localhost"}}}));
+  };
+
+  EXPECT_EQ(ask("/api/runs"),
+            "401 application/json\n" + asks + "{\"done\":false,\"words\":\"the page needs its token\"}\n");
+  EXPECT_EQ(ask("/runs"), "401 text/plain; charset=utf-8\n" + asks + "the page needs its token\n");
 }
 
 TEST_F(PageOf, AHistoryThatCannotBeReadIsSaid) {
