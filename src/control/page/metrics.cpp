@@ -52,7 +52,7 @@ class Exposition {
   }
 
   void Add(const Text& labels, std::int64_t value) {
-    text_ += name_ + "{" + labels + "} " + std::to_string(value) + "\n";
+    text_ += name_ + (labels.empty() ? "" : "{" + labels + "}") + " " + std::to_string(value) + "\n";
   }
 
   const Text& text() const { return text_; }
@@ -102,7 +102,11 @@ void AddRows(Exposition& out, const std::vector<Measured>& tables) {
   }
 }
 
-void AddDatabases(Exposition& out, const TableOverview& overview) {
+/// Nothing as long as no database has answered.
+void AddLook(Exposition& out, const TableOverview& overview) {
+  if (overview.readAt == 0) return;
+  out.Begin("zenqay_tables_read_timestamp_seconds", "When the databases were last looked at, in seconds since 1970.");
+  out.Add("", overview.readAt);
   out.Begin("zenqay_job_database_up", "1 when the job's tables could be looked at in its database, else 0.");
   for (const auto& [name, job] : overview.file.jobs) {
     out.Add("job=" + LabelValue(name) + ",database=" + LabelValue(job.database),
@@ -116,7 +120,7 @@ Text MetricsText(const TableOverview& overview, History& history, std::int64_t n
   using Number = std::optional<std::int64_t>;
   const std::vector<Measured> tables = Measure(overview, history);
   Exposition out;
-  if (overview.readAt != 0) AddDatabases(out, overview);
+  AddLook(out, overview);
   AddToEach(out, tables, "zenqay_table_age_seconds", "Seconds since the table's data was current.",
             [&](const Measured& table) { return AgeOf(table.status->table, now); });
   AddToEach(out, tables, "zenqay_table_copied", "1 when the table has ever been copied, else 0.",

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "control/page/pages.h"
 #include "control/past_runs.h"
 #include "doubles/temp_directory.h"
 #include "doubles/time_zone.h"
@@ -100,8 +101,8 @@ class PageOf : public testing::Test {
   }
 
   /// What stands between the frame's parts, the directory told by a word.
-  Text MainOf(const Text& path) const {
-    const Text body = Get(path).body;
+  Text MainOf(const Text& path) const { return MainIn(Get(path).body); }
+  Text MainIn(const Text& body) const {
     const std::size_t start = body.find("<main id=\"main\" tabindex=\"-1\">\n") + 31;
     return Replaced(body.substr(start, body.find("</main>") - start), directory.path().string(), "DIR");
   }
@@ -212,6 +213,17 @@ TEST_F(PageOf, WhatCannotBeLookedAtIsSaid) {
             "</section>\n");
 }
 
+TEST_F(PageOf, ALookThatDoesNotEndIsSaidWithTheMomentOfTheLastOne) {
+  overview->file.jobs.clear();
+  overview->readAt = 1769854272;
+
+  EXPECT_EQ(MainIn(TablesPage(*overview, history, {.now = overview->readAt + 60})), "<h1>Tables</h1>\n");
+  EXPECT_EQ(MainIn(TablesPage(*overview, history, {.now = overview->readAt + 61})),
+            "<h1>Tables</h1>\n"
+            "<p class=\"fault\">The databases were last looked at <time datetime=\"2026-01-31T10:11:12Z\" "
+            "title=\"2026-01-31 10:11:12 UTC\">2026-01-31 10:11:12 UTC</time>; the next look has not ended.</p>\n");
+}
+
 TEST_F(PageOf, RunsAreListedFiftyAtATime) {
   for (int i = 0; i < 60; ++i) history.EndRun(history.BeginRun("run x", OwnIdentity()), 0);
   const auto linksTo = [](const Text& html, const Text& target) {
@@ -316,6 +328,9 @@ TEST_F(PageOf, MetricsSayFreshnessAndTheLastRunOfATable) {
 
   EXPECT_EQ(
       Get("/metrics").body,
+      "# HELP zenqay_tables_read_timestamp_seconds When the databases were last looked at, in seconds since 1970.\n"
+      "# TYPE zenqay_tables_read_timestamp_seconds gauge\n"
+      "zenqay_tables_read_timestamp_seconds 1769854300\n"
       "# HELP zenqay_job_database_up 1 when the job's tables could be looked at in its database, else 0.\n"
       "# TYPE zenqay_job_database_up gauge\n"
       "zenqay_job_database_up{job=\"demo\",database=\"service\"} 1\n"
