@@ -10,12 +10,17 @@ namespace {
 
 constexpr const char* kLost = "lost";
 
-/// A table with its last run that has ended, and whether a later one is under way.
+/// A table with its last run that has ended, and whether another one has it.
 struct Measured {
   const TableStatus* status = nullptr;
   std::optional<PastTable> ended;
-  bool isUnderWay = false;
+  bool isRunning = false;
 };
+
+/// A table that waits for its turn, or for the batch system's, has no job yet.
+bool IsRunning(const PastTable& past) {
+  return past.ended.empty() && past.outcome != kQueued && past.outcome != StateWord(TableState::Waiting);
+}
 
 Text LabelValue(const Text& text) {
   return "\"" + Replaced(Replaced(Replaced(text, "\\", "\\\\"), "\"", "\\\""), "\n", "\\n") + "\"";
@@ -32,11 +37,8 @@ std::vector<Measured> Measure(const TableOverview& overview, History& history) {
   for (const TableStatus& status : overview.tables) {
     Measured measured{.status = &status};
     for (const PastTable& past : history.LatestTables(status.database, status.table.name, kLookedBack)) {
-      if (past.ended.empty()) {
-        measured.isUnderWay = true;
-      } else if (!measured.ended) {
-        measured.ended = past;
-      }
+      measured.isRunning = measured.isRunning || IsRunning(past);
+      if (!measured.ended && !past.ended.empty()) measured.ended = past;
     }
     all.push_back(std::move(measured));
   }
@@ -128,7 +130,7 @@ Text MetricsText(const TableOverview& overview, History& history, std::int64_t n
   AddToEach(out, tables, "zenqay_table_taken", "1 when the table's flag says that a copy is running, else 0.",
             [](const Measured& table) { return Number(table.status->table.isTaken ? 1 : 0); });
   AddToEach(out, tables, "zenqay_table_running", "1 while a run of zenqayctl has the table, else 0.",
-            [](const Measured& table) { return Number(table.isUnderWay ? 1 : 0); });
+            [](const Measured& table) { return Number(table.isRunning ? 1 : 0); });
   AddOutcomes(out, tables);
   AddToEach(out, tables, "zenqay_table_last_run_end_timestamp_seconds",
             "When the table's last run ended, in seconds since 1970.",

@@ -400,6 +400,32 @@ TEST_F(PageOf, MetricsSayFreshnessAndTheLastRunOfATable) {
           labels + ",rows=\"deleted\"} 1\n");
 }
 
+TEST_F(PageOf, MetricsCallATableRunningFromTheStartOfItsJobToItsEnd) {
+  overview->tables = {{.job = "demo", .database = "service", .table = {.id = 4, .name = "OBJECT"}}};
+  const auto measured = [&] {
+    const Text body = Get("/metrics").body;
+    const std::size_t start = body.find("\nzenqay_table_running") + 1;
+    return body.substr(start, body.find('\n', start) - start);
+  };
+  const Text metric = "zenqay_table_running{job=\"demo\",database=\"service\",table=\"OBJECT\"}";
+  TableRun run{.task = {.job = "demo", .database = "service", .table = "OBJECT", .method = Method::Full}};
+
+  const std::int64_t id = history.BeginTable(history.BeginRun("submit demo", OwnIdentity()), run);
+  EXPECT_EQ(measured(), metric + " 0");
+  history.NoteQueued(id);
+  EXPECT_EQ(history.LatestTables("service", "OBJECT", 1).front().outcome, kQueued);
+  EXPECT_EQ(measured(), metric + " 0");
+  for (const auto& [state, value] : {std::pair{TableState::Beginning, " 1"},
+                                     {TableState::Copying, " 1"},
+                                     {TableState::Waiting, " 0"},  // for its next attempt
+                                     {TableState::Copying, " 1"},
+                                     {TableState::Complete, " 0"}}) {
+    run.state = state;
+    history.UpdateTable(id, run);
+    EXPECT_EQ(measured(), metric + value) << StateWord(state);
+  }
+}
+
 TEST_F(PageOf, ALogIsReadInItsDirectoryAlone) {
   PastTable table = history.TablesOf(1).back();
   directory.Write("log/PRIORITY_20260131.log", "inside\n");
