@@ -190,6 +190,9 @@ quietly() { in_root "$@" >"$work/said" 2>&1 || { cat "$work/said" >&2; fail "fai
 
 as_zenqay() { in_root runuser -u zenqay -- "$@"; }
 
+# How a document makes the page's token.
+token_of() { sed -n 's/^    \(head -c .*\)/\1/p' "$sources/$1"; }
+
 run_demo() { as_zenqay zenqayctl --file /srv/zenqay/zenqay.toml run demo | tail -n 1; }
 
 # In mounts of its own, which go with it; in memory, since no test depends on a disk.
@@ -268,6 +271,21 @@ END
   quietly systemctl enable zenqay@nightly.timer
   expect "what systemd says of the job's units" \
     "$(in_root systemd-analyze verify --man=no zenqay@nightly.service zenqay@nightly.timer zenqay-page.service 2>&1)" <<<""
+
+  echo "- the page with a token, as the documents say it"
+  local page=/etc/systemd/system/zenqay-page.service.d/override.conf
+  expect "the same token in both documents" "$(token_of docs/page.md)" <<<"$(token_of docs/installing.md)"
+  in_root sh -c "$(token_of docs/installing.md)"
+  expect "who can read the token" "$(in_root stat --format='%A %U:%G' /etc/zenqay/credentials/page)" <<<"-rw-r----- root:zenqay"
+  sed -n '/^    \[Service\]$/,/^$/s/^    //p' "$sources/docs/installing.md" >"$root$page"
+  expect "what systemd says of the page's unit" \
+    "$(in_root systemd-analyze verify --man=no zenqay-page.service 2>&1)" <<<""
+  # An address of the documents' own, which no machine has: the token is read, and nothing listens.
+  local serve
+  serve=$(sed -n 's/^ExecStart=\(..*\)/\1/p' "$root$page")
+  expect "the page" "$(as_zenqay sh -c "${serve/127.0.0.1/192.0.2.1}" 2>&1)" \
+    <<<"zenqayctl: Permission denied: 192.0.2.1:8930 cannot be listened on, or another program does"
+  in_root rm /etc/zenqay/credentials/page "$page"
 
   echo "- a later version, when the job file was changed and the logs' settings were not"
   echo '# ours' >>"$root/etc/zenqay/zenqay.toml"
