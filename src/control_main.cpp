@@ -37,8 +37,7 @@ int Run(const std::vector<Text>& arguments) {
                                .out = std::cout,
                                .err = std::cerr,
                                .terminal = StandardOutputSize,
-                               .check = CheckJob,
-                               .ownProgram = ProgramDirectory() + "/zenqayctl"};
+                               .check = CheckJob};
   return RunZenqayctl(arguments, surroundings);
 }
 

@@ -20,7 +20,6 @@ struct Surroundings {
   std::function<TerminalSize()> terminal;  // 0 columns: plain lines
   /// The check of one job in its ERP's home: true when it could run.
   std::function<bool(const Text& home, const Text& commandLine, std::ostream& out)> check;
-  Text ownProgram;  // zenqayctl
 };
 
 struct RunOptions {

@@ -16,7 +16,7 @@ _zenqayctl() {
     esac
   done
   COMPREPLY=()
-  if [[ ${COMP_WORDS[COMP_CWORD - 1]} == @(--file|--token-file|--scratch|--out) ]]; then
+  if [[ ${COMP_WORDS[COMP_CWORD - 1]} == @(--file|--token-file|--scratch|--out|--outcome|--keep|--directory) ]]; then
     COMPREPLY=($(compgen -f -- "$word"))
     return
   fi
@@ -24,7 +24,7 @@ _zenqayctl() {
     "") words="@COMMANDS@ --file --version --help" ;;
 @CASES@  esac
   case $command in
-    run | submit | check | status | unlock | systemd) words+=" $(zenqayctl "${file[@]}" completion jobs 2>/dev/null)" ;;
+    run | plan | submit | check | status | unlock | systemd) words+=" $(zenqayctl "${file[@]}" completion jobs 2>/dev/null)" ;;
     completion) words+=" bash zsh" ;;
     anonymise) COMPREPLY=($(compgen -f -- "$word")) ;;
     init) COMPREPLY=($(compgen -d -- "$word")) ;;

@@ -457,9 +457,10 @@ DESCRIPTION
     zenqay@JOB.service runs a job, zenqay@JOB.timer every night, and zenqay-page.service the status page. These units
     may write to /var/lib/zenqay and /var/log/zenqay, and see no home and nothing of /tmp. systemd writes a drop-in for
     the service and one for the page with what the job file and the ERP's Components.xml name: the directory of an
-    embedded database, logs, status files and traces, to be written to; exports, classes and sockets, where they are
-    hidden from the units otherwise; the file system of each; the credential of the database; and the job file, where it
-    is not /etc/zenqay/zenqay.toml. What stood in the drop-ins is replaced: call it again when the job has changed.
+    embedded database, logs, status files, traces and the "shared" directory of [batch], to be written to; exports,
+    classes and sockets, where they are hidden from the units otherwise; the file system of each; the credential of the
+    database; and the job file, where it is not /etc/zenqay/zenqay.toml. What stood in the drop-ins is replaced: call it
+    again when the job has changed.
 
     The password of "password = { env = … }" is not among it: give the units an EnvironmentFile= that only root can read.
 

@@ -128,6 +128,21 @@ Text ProcessAssignments(const ProcessIdentity& process) {
          ", pid = " + std::to_string(process.pid) + ", pid_start = " + Literal(process.start);
 }
 
+/// All of it, or nothing. What fails is raised, also where the engine has rolled back by itself.
+void InOneTransaction(Connection& connection, const std::function<void()>& deed) {
+  connection.Execute("BEGIN IMMEDIATE");
+  try {
+    deed();
+    connection.Execute("COMMIT");
+  } catch (...) {
+    try {
+      connection.Execute("ROLLBACK");
+    } catch (const RuntimeError&) {  // there is no transaction any more
+    }
+    throw;
+  }
+}
+
 }  // namespace
 
 Text MethodWord(Method method) {
@@ -166,14 +181,7 @@ History::History(const Text& path) : databases_(std::make_shared<LocalDatabases>
 }
 
 void History::Together(const std::function<void()>& deed) {
-  connection_->Execute("BEGIN IMMEDIATE");
-  try {
-    deed();
-    connection_->Execute("COMMIT");
-  } catch (...) {
-    connection_->Execute("ROLLBACK");
-    throw;
-  }
+  InOneTransaction(*connection_, deed);
 }
 
 void History::CloseLost() {
@@ -343,18 +351,12 @@ void Migrate(Database& databases, const std::shared_ptr<Connection>& connection,
     throw RuntimeError(PlatformFault::InvalidCall, "the history has been changed by a later zenqayctl");
   }
   while (stepsHad() < steps.size()) {
-    connection->Execute("BEGIN IMMEDIATE");
-    const std::size_t had = stepsHad();  // another process may have been first
-    try {
-      if (had < steps.size()) {
-        connection->Execute(steps[had]);
-        connection->Execute("PRAGMA user_version = " + std::to_string(had + 1));
-      }
-      connection->Execute("COMMIT");
-    } catch (const RuntimeError&) {
-      connection->Execute("ROLLBACK");
-      throw;
-    }
+    InOneTransaction(*connection, [&] {
+      const std::size_t had = stepsHad();
+      if (had >= steps.size()) return;  // another process was first
+      connection->Execute(steps[had]);
+      connection->Execute("PRAGMA user_version = " + std::to_string(had + 1));
+    });
   }
 }
 

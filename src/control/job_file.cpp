@@ -412,10 +412,12 @@ class Reader {
     if (list == nullptr) return section.Refuse(*node, "options", "must be a list such as [\"--mem=2G\"]");
     for (const toml::node& item : *list) {
       const auto* option = item.as_string();
-      if (option != nullptr && IsBatchOption(option->get())) {
-        batch.options.push_back(option->get());
-      } else {
+      if (option == nullptr || !IsBatchOption(option->get())) {
         section.Refuse(item, "options", "must hold options of sbatch, each one text that begins with -: \"--mem=2G\"");
+      } else if (IsAgainstSubmission(option->get())) {
+        section.Refuse(item, "options", "must leave arrays, scripts and waiting to zenqayctl submit");
+      } else {
+        batch.options.push_back(option->get());
       }
     }
   }
@@ -440,6 +442,12 @@ class Reader {
 
 bool IsBatchOption(const Text& text) {
   return text.size() > 1 && text.starts_with('-') && text != "--";
+}
+
+bool IsAgainstSubmission(const Text& option) {
+  constexpr std::string_view kLong[] = {"--array", "--test-only", "--wait", "--wrap"};
+  const bool isShort = option.starts_with("-a") || option.starts_with("-W");
+  return isShort || std::ranges::find(kLong, option.substr(0, option.find('='))) != std::end(kLong);
 }
 
 const JobSettings& JobFile::Job(const Text& name) const {

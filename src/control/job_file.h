@@ -86,6 +86,10 @@ struct JobFile {
 /// Whether the text can be an option of sbatch, with its value behind "=". Any other word would stand for a script.
 bool IsBatchOption(const Text& text);
 
+/// Whether an option of sbatch makes of a submission what it is not: an array of another size, a script of its own, a
+/// command that waits, or none at all.
+bool IsAgainstSubmission(const Text& option);
+
 /// The file that counts: `named` (by --file), else the one that `variable` names (ZENQAY_FILE), else ./zenqay.toml,
 /// else /etc/zenqay/zenqay.toml. Raises WrongUsage when the one that is named, or any at all, is missing.
 Text FindJobFile(const Text& named, const Text& variable);

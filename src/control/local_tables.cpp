@@ -13,6 +13,7 @@ namespace zenqay {
 namespace {
 
 constexpr const char* kProductId = "4010";
+constexpr std::int16_t kAnswersWithin = 20;  // seconds: a look at a server that is silent must end
 
 Text Literal(const Text& text) {
   return "N'" + Replaced(text, "'", "''") + "'";
@@ -84,6 +85,8 @@ DatabaseAccess AccessTo(const JobFile& file, const DatabaseSettings& database, c
 LocalTables::LocalTables(const DatabaseSettings& database, const DatabaseAccess& access, Use use)
     : databases_(std::make_shared<LocalDatabases>()), connection_(std::make_shared<EngineConnection>()) {
   connection_->PutConnectionString(access.connection + (use == Use::Read ? ";Mode=Read" : ""));
+  connection_->PutConnectionTimeout(kAnswersWithin);
+  connection_->PutCommandTimeout(kAnswersWithin);
   try {
     connection_->Open();
     SelectDatabase(*connection_, database.platform, database.catalogue);

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "base/secrets.h"
+#include "base/windows1252.h"
 #include "control/exit_status.h"
 #include "system/own_process.h"
 
@@ -16,23 +17,6 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kTailLines = 20;
 constexpr std::uintmax_t kTailBytes = std::uintmax_t{64} * 1024;
-
-/// A run log is in Windows-1252. What it has beyond Latin-1 is rare, and not shown.
-Text FromWindows1252(const Text& bytes) {
-  Text text;
-  for (const char byte : bytes) {
-    const auto code = static_cast<unsigned char>(byte);
-    if (code < 0x80) {
-      text += byte;
-    } else if (code < 0xA0) {
-      text += '?';
-    } else {
-      text += static_cast<char>(0xC0 | (code >> 6));
-      text += static_cast<char>(0x80 | (code & 0x3F));
-    }
-  }
-  return text;
-}
 
 /// Names come from databases, and a directory may hold links.
 bool StandsIn(const fs::path& directory, const fs::path& path) {
@@ -57,15 +41,23 @@ std::vector<Text> LastLines(const fs::path& path) {
   return lines;
 }
 
+std::int64_t SecondsBetween(const Text& started, const Text& ended, std::int64_t now) {
+  return (ended.empty() ? now : SecondsOfUtc(ended)) - SecondsOfUtc(started);
+}
+
 }  // namespace
 
 Text DurationOf(const Text& started, const Text& ended) {
   return ended.empty() ? Text() : DurationText(Seconds(SecondsOfUtc(ended) - SecondsOfUtc(started)));
 }
 
+std::int64_t SecondsOf(const PastRun& run, std::int64_t now) {
+  return SecondsBetween(run.started, run.ended, now);
+}
+
 std::optional<std::int64_t> SecondsOf(const PastTable& table, std::int64_t now) {
   if (table.process.pid == 0) return std::nullopt;
-  return (table.ended.empty() ? now : SecondsOfUtc(table.ended)) - SecondsOfUtc(table.started);
+  return SecondsBetween(table.started, table.ended, now);
 }
 
 Text OutcomeWords(const Text& outcome) {

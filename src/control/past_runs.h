@@ -9,6 +9,7 @@ namespace zenqay {
 Text DurationOf(const Text& started, const Text& ended);
 
 /// The seconds that it took, or has taken so far; nothing for a table whose job was not started.
+std::int64_t SecondsOf(const PastRun& run, std::int64_t now);
 std::optional<std::int64_t> SecondsOf(const PastTable& table, std::int64_t now);
 
 /// "a table failed" of a run's outcome

@@ -71,7 +71,7 @@ int Serve(const JobFile& file, const ServeOptions& options, Surroundings& surrou
   SignalWatch signals;  // before any thread
   TableWatch tables(file, surroundings.environment, surroundings.historyPath);
   ChangeFeed feed(surroundings.historyPath);
-  StartedRuns runs(surroundings.ownProgram, file.path, tables, surroundings);
+  StartedRuns runs(surroundings.ctlProgram, file.path, tables, surroundings);
   RefusalLog log(surroundings.err);
   const Page page(
       rules, surroundings.historyPath, [&] { return tables.Tables(); }, runs);

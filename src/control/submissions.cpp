@@ -19,13 +19,17 @@ Text NameOf(const PastRun& run) {
 }
 
 /// The files of a directory. Listing it shows, on a disk of the network too, what other machines have put there.
-std::set<Text> FilesIn(const Text& directory) {
+/// Nothing for one that cannot be listed, which is said on `err`: a disk that is not mounted is no lost task.
+std::optional<std::set<Text>> FilesIn(const Text& directory, std::ostream& err) {
   std::set<Text> files;
   std::error_code fault;
   for (fs::directory_iterator entry(directory, fault), end; !fault && entry != end; entry.increment(fault)) {
     files.insert(entry->path().filename().string());
   }
-  return files;
+  if (!fault) return files;
+  err << "zenqayctl: what submitted tasks have left is not known: " << directory << ": " << fault.message()
+      << std::endl;
+  return std::nullopt;
 }
 
 Text RestartWords(int restarts) {
@@ -67,8 +71,8 @@ struct AskedSubmission {
 /// One submission, as it is settled.
 class Collection {
  public:
-  Collection(History& history, const AskedSubmission& asked)
-      : history_(history), asked_(asked), run_(asked.run), files_(FilesIn(run_.batch)) {}
+  Collection(History& history, const AskedSubmission& asked, std::ostream& err)
+      : history_(history), asked_(asked), run_(asked.run), files_(FilesIn(run_.batch, err)) {}
 
   void Collect(OpenTasks& open) {
     for (const PastTable& table : history_.TablesOf(run_.id)) {
@@ -92,9 +96,10 @@ class Collection {
     return asked_.known->at(task);
   }
 
-  /// What the batch system does not know has ended, unless it was still to be handed over.
+  /// What the batch system does not know has ended, unless it was still to be handed over. Nothing is settled before
+  /// both can be asked: the batch system, and the directory.
   bool HasEnded(const PastTable& table, const std::optional<BatchTask>& task) const {
-    if (!asked_.known) return false;
+    if (!asked_.known || !files_) return false;
     return task ? task->HasEnded() : asked_.handedOver.contains(table.id);
   }
 
@@ -102,8 +107,8 @@ class Collection {
     const auto found = outcomes_.find(task);
     if (found != outcomes_.end()) return found->second;
     const Text file = task + ".json";
-    return outcomes_.emplace(task, files_.contains(file) ? ReadOutcome(run_.batch + "/" + file) : std::nullopt)
-        .first->second;
+    const bool isThere = files_ && files_->contains(file);
+    return outcomes_.emplace(task, isThere ? ReadOutcome(run_.batch + "/" + file) : std::nullopt).first->second;
   }
 
   void Settle(const PastTable& table, const std::optional<BatchTask>& task, bool hasEnded) {
@@ -172,7 +177,7 @@ class Collection {
   History& history_;
   const AskedSubmission& asked_;
   const PastRun& run_;
-  const std::set<Text> files_;
+  const std::optional<std::set<Text>> files_;
   std::map<Text, std::optional<RunOutcome>> outcomes_;
   std::optional<int> stop_;
   bool isOpen_ = false;
@@ -186,14 +191,14 @@ void RemoveDirectory(History& history, const PastRun& run) {
 }
 
 /// Another zenqayctl may settle the same submission; its directory is read by one at a time.
-void CollectOne(History& history, const AskedSubmission& asked, OpenTasks& open) {
+void CollectOne(History& history, const AskedSubmission& asked, OpenTasks& open, std::ostream& err) {
   bool isDirectoryDone = false;
   history.Together([&] {
     const std::optional<PastRun> run = history.Run(asked.run.id);
     if (!run || run->batch.empty()) return;
     isDirectoryDone = !run->ended.empty();  // a zenqayctl died before it removed it
     if (isDirectoryDone) return;
-    Collection collection(history, asked);
+    Collection collection(history, asked, err);
     collection.Collect(open);
     if (collection.isOpen()) return;
     isDirectoryDone = !collection.hasLost();
@@ -220,7 +225,7 @@ OpenTasks CollectOutcomes(History& history, const BatchSystem& batch, std::ostre
   } catch (const RuntimeError& error) {
     err << "zenqayctl: what submitted tasks are queued and run is not known: " << error.description() << std::endl;
   }
-  for (const AskedSubmission& submission : submissions) CollectOne(history, submission, open);
+  for (const AskedSubmission& submission : submissions) CollectOne(history, submission, open, err);
   return open;
 }
 

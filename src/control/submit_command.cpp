@@ -2,9 +2,9 @@
 #include <ctime>
 #include <filesystem>
 
-#include "check/copied_tables.h"
 #include "control/commands.h"
 #include "control/exit_status.h"
+#include "control/job_arrays.h"
 #include "control/run_json.h"
 #include "control/run_plan.h"
 #include "control/run_views.h"
@@ -18,34 +18,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::chrono::milliseconds kLookAgain{2000};
-
-/// The tables, by their places in the plan, that one task copies: one, or those that must follow each other.
-using Task = std::vector<std::size_t>;
-
-/// What the batch system gets as one job array.
-struct Array {
-  Text database;
-  std::vector<Task> tasks;
-  Text number;  // of the batch system; empty when it refused the array
-};
-
-std::vector<Array> ArraysOf(const std::vector<TableRun>& runs) {
-  std::vector<Array> arrays;
-  for (std::size_t which = 0; which < runs.size(); ++which) {
-    if (IsEnd(runs[which].state)) continue;  // its database is not reached
-    const TableTask& task = runs[which].task;
-    auto array = std::ranges::find(arrays, task.database, &Array::database);
-    if (array == arrays.end()) array = arrays.insert(arrays.end(), {.database = task.database});
-    const auto mustFollow = [&](const Task& other) { return MustFollow(task.table, runs[other.front()].task.table); };
-    const auto before = std::ranges::find_if(array->tasks, mustFollow);
-    if (before == array->tasks.end()) {
-      array->tasks.push_back({which});
-    } else {
-      before->push_back(which);
-    }
-  }
-  return arrays;
-}
 
 bool ChoosesNodes(const Text& option) {
   return std::ranges::any_of(
@@ -68,8 +40,12 @@ void RequireShared(const BatchSettings& batch) {
 
 void RequireBatchOptions(const std::vector<Text>& options) {
   for (const Text& option : options) {
-    if (IsBatchOption(option)) continue;
-    throw WrongUsage("behind --: \"" + option + "\" is no option of sbatch; write a value behind =: --mem=2G");
+    if (!IsBatchOption(option)) {
+      throw WrongUsage("behind --: \"" + option + "\" is no option of sbatch; write a value behind =: --mem=2G");
+    }
+    if (IsAgainstSubmission(option)) {
+      throw WrongUsage("behind --: \"" + option + "\": arrays, scripts and waiting are zenqayctl submit's own");
+    }
   }
 }
 
@@ -102,7 +78,7 @@ class Submission {
         options_(options),
         surroundings_(surroundings),
         plan_(file, options.run, surroundings),
-        arrays_(ArraysOf(plan_.runs)),
+        arrays_(JobArraysOf(plan_.runs)),
         batch_(surroundings.environment),
         node_(NodeOfThisMachine()),
         history_(surroundings.historyPath) {
@@ -115,7 +91,8 @@ class Submission {
     directory_ = MakeLastingDirectory(file_.batch.shared + "/zenqay-");
     Begin();
     for (std::size_t index = 0; index < arrays_.size(); ++index) SubmitArray(index);
-    const bool isAnySubmitted = std::ranges::any_of(arrays_, [](const Array& array) { return !array.number.empty(); });
+    const bool isAnySubmitted =
+        std::ranges::any_of(arrays_, [](const JobArray& array) { return !array.number.empty(); });
     if (!isAnySubmitted) EndUnsubmitted(history_, run_, directory_, kCouldNotBegin);
     if (isAnySubmitted) SubmitCollector();
     if (options_.waits) return Wait();
@@ -130,7 +107,7 @@ class Submission {
     const Text host = OwnIdentity().host;
     const Text node = named.empty() ? batch_.NodeOf(host) : named;
     if (!node.empty()) return node;
-    for (const Array& array : arrays_) {
+    for (const JobArray& array : arrays_) {
       const DatabaseSettings& database = file_.databases.at(array.database);
       if (!database.isEmbedded) continue;
       throw WrongUsage(database.place + ": [database." + database.name + "] is a file of this machine, " + host +
@@ -159,7 +136,7 @@ class Submission {
   }
 
   void SubmitArray(std::size_t index) {
-    Array& array = arrays_[index];
+    JobArray& array = arrays_[index];
     const DatabaseSettings& database = file_.databases.at(array.database);
     const Text number = std::to_string(index);
     std::vector<Text> options = CommonOptions(number);
@@ -167,15 +144,15 @@ class Submission {
     options.push_back("--output=" + Replaced(directory_, "%", "%%") + "/" + number + "_%a.log");
     if (database.isEmbedded) options.push_back("--nodelist=" + node_);
     try {
-      array.number = batch_.Submit(ScriptOf(index), options);
+      array.number = batch_.Submit(ScriptOf(array, plan_.runs, CommandOf(index)), options);
       history_.Together([&] {
-        for (const Task& task : array.tasks) {
+        for (const ArrayTask& task : array.tasks) {
           for (const std::size_t which : task) history_.NoteQueued(rows_[which]);
         }
       });
     } catch (const RuntimeError& error) {
       history_.Together([&] {
-        for (const Task& task : array.tasks) {
+        for (const ArrayTask& task : array.tasks) {
           for (const std::size_t which : task) {
             ConcludeUnstarted(plan_.runs[which], "it is not handed to the batch system: " + error.description());
             history_.UpdateTable(rows_[which], plan_.runs[which]);
@@ -191,32 +168,20 @@ class Submission {
     std::vector<Text> options = {"--requeue"};
     options.insert(options.end(), file_.batch.options.begin(), file_.batch.options.end());
     options.insert(options.end(), options_.options.begin(), options_.options.end());
-    for (const Text& own : {Text("--job-name=") + std::filesystem::path(directory_).filename().string(),
-                            "--comment=" + comment, Text("--open-mode=append"), Text("--chdir=/")}) {
+    for (const Text& own :
+         {Text("--job-name=") + Name(), "--comment=" + comment, Text("--open-mode=append"), Text("--chdir=/")}) {
       options.push_back(own);
     }
     return options;
   }
 
-  Text ScriptOf(std::size_t index) const {
-    Text script = "#!/bin/sh\ncase $SLURM_ARRAY_TASK_ID in\n";
-    const std::vector<Task>& tasks = arrays_[index].tasks;
-    for (std::size_t task = 0; task < tasks.size(); ++task) {
-      script += std::to_string(task) + ") set --";
-      std::vector<Text> jobs;
-      for (const std::size_t which : tasks[task]) {
-        const TableTask& table = plan_.runs[which].task;
-        script += " --table " + ShellWord(table.job + ":" + table.table);
-        if (std::ranges::find(jobs, table.job) == jobs.end()) jobs.push_back(table.job);
-      }
-      for (const Text& job : jobs) script += " " + ShellWord(job);
-      script += " ;;\n";
-    }
-    script += "esac\nexec " + ShellWord(surroundings_.ctlProgram) + " --file " + ShellWord(file_.path) + " run";
-    if (options_.run.method) script += *options_.run.method == Method::Full ? " --full" : " --changed";
-    if (options_.run.allowSweep) script += " --allow-sweep";
-    return script + " --outcome " + ShellWord(directory_ + "/" + std::to_string(index) + "_") +
-           "$SLURM_ARRAY_TASK_ID.json \"$@\"\n";
+  /// What a task of the array calls.
+  Text CommandOf(std::size_t index) const {
+    Text command = ShellWord(surroundings_.ctlProgram) + " --file " + ShellWord(file_.path) + " run";
+    if (options_.run.method) command += *options_.run.method == Method::Full ? " --full" : " --changed";
+    if (options_.run.allowSweep) command += " --allow-sweep";
+    return command + " --outcome " + ShellWord(directory_ + "/" + std::to_string(index) + "_") +
+           "$SLURM_ARRAY_TASK_ID.json";
   }
 
   /// A look at the history, on the machine that has it, once nothing of the submission runs any more: every look
@@ -234,7 +199,7 @@ class Submission {
     std::vector<Text> options = CommonOptions("collector");
     std::erase_if(options, ChoosesNodes);  // it has its own
     Text dependency = "--dependency=afterany";
-    for (const Array& array : arrays_) dependency += array.number.empty() ? "" : ":" + array.number;
+    for (const JobArray& array : arrays_) dependency += array.number.empty() ? "" : ":" + array.number;
     for (const Text& own : {dependency, "--nodelist=" + node_, Text("--output=/dev/null")}) options.push_back(own);
     try {
       collector_ = batch_.Submit(script, options);
@@ -248,14 +213,14 @@ class Submission {
     std::size_t tables = 0;
     std::size_t tasks = 0;
     Json list = Json::array();
-    for (const Array& array : arrays_) {
+    for (const JobArray& array : arrays_) {
       if (array.number.empty()) continue;
-      for (const Task& task : array.tasks) tables += task.size();
+      for (const ArrayTask& task : array.tasks) tables += task.size();
       tasks += array.tasks.size();
       list.push_back(
           {{"database", array.database}, {"array", std::stoll(array.number)}, {"tasks", array.tasks.size()}});
     }
-    const Text name = std::filesystem::path(directory_).filename().string();
+    const Text name = Name();
     if (options_.run.json) {
       Json json = {{"run", run_}, {"name", name}, {"tables", tables}, {"tasks", tasks}, {"arrays", std::move(list)}};
       json["collector"] = collector_.empty() ? Json(nullptr) : Json(std::stoll(collector_));
@@ -294,11 +259,13 @@ class Submission {
       }
       const std::optional<int> signal = SignalWithin(signals, kLookAgain);
       if (!signal) continue;
-      surroundings_.err << "zenqayctl: the tasks go on; scancel --name="
-                        << std::filesystem::path(directory_).filename().string() << " ends them" << std::endl;
+      surroundings_.err << "zenqayctl: the tasks go on; scancel --name=" << Name() << " ends them" << std::endl;
       return kStoppedBySignal + *signal;
     }
   }
+
+  /// By which the batch system has all jobs of the submission.
+  Text Name() const { return std::filesystem::path(directory_).filename().string(); }
 
   /// What the history knows of the tables now.
   void TakeIn(RunView& view) {
@@ -325,7 +292,7 @@ class Submission {
   const SubmitOptions& options_;
   Surroundings& surroundings_;
   RunPlan plan_;
-  std::vector<Array> arrays_;
+  std::vector<JobArray> arrays_;
   BatchSystem batch_;
   Text node_;
   History history_;

@@ -72,6 +72,7 @@ JobNeeds NeedsOf(const JobFile& file, const JobSettings& job) {
   AddDatabase(file, file.DatabaseOf(job), needs);
   AddErp(file.ErpOf(job), needs);
   needs.written.Add(job.logs);
+  if (!file.batch.shared.empty()) needs.written.Add(file.batch.shared);  // whoever looks at the history collects there
   return needs;
 }
 

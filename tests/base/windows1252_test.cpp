@@ -30,6 +30,21 @@ TEST(ToWindows1252, HasOneByteForWhatThePageHolds) {
   for (const auto& [text, bytes] : cases) EXPECT_EQ(ToWindows1252(text), bytes) << text;
 }
 
+TEST(FromWindows1252, HasALetterForEachByteButFive) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},
+      {"Date: 1/31/2004 \"quoted\"\t\x7F", "Date: 1/31/2004 \"quoted\"\t\x7F"},
+      {"\xE9\xFF\xA0\xAD", "éÿ\xC2\xA0\xC2\xAD"},
+      {"\x80\x82\x83\x84\x85\x86\x87", "€‚ƒ„…†‡"},
+      {"\x88\x89\x8A\x8B\x8C\x8E", "ˆ‰Š‹ŒŽ"},
+      {"\x91\x92\x93\x94\x95\x96\x97", "‘’“”•–—"},
+      {"\x98\x99\x9A\x9B\x9C\x9E\x9F", "˜™š›œžŸ"},
+      {"a\x81\x8D\x8F\x90\x9Dz", "a?????z"},
+      {"nicht \x84none\x93, Z\xFCrich", "nicht „none“, Zürich"},
+  };
+  for (const auto& [bytes, text] : cases) EXPECT_EQ(FromWindows1252(bytes), text) << text;
+}
+
 TEST(ToWindows1252, PutsOneQuestionMarkForEachCodePointThatThePageLacks) {
   const std::pair<const char*, const char*> cases[] = {
       {"東", "?"},

@@ -134,6 +134,17 @@ test("a job is started with the token, by the keyboard", async () => {
   await close(page);
 });
 
+test("an answer that is not the page's own is told by its status", async () => {
+  const page = await open("");
+  await page.evaluate((token) => sessionStorage.setItem("token", token), kToken);
+  await page.route("**/api/**", (route) =>
+    route.fulfill({ status: 502, contentType: "text/html", body: "<h1>Bad gateway</h1>" }));
+  await page.getByRole("button", { name: "Run demo" }).click();
+  await shows(page.locator("#said"), "The page does not answer (HTTP 502).");
+  page.faults = page.faults.filter((fault) => !fault.includes("502"));  // the browser logs it
+  await close(page);
+});
+
 test("a plot has a point for each run of its table", async () => {
   const runs = JSON.parse(site.ctl("history", "--json"));
   let isComplete = 0;

@@ -199,7 +199,7 @@ TEST_F(Zenqayctl, ShowsOneRunWholeWithTheEndOfItsLog) {
             "      statement: UPDATE SITE\n"
             "    the end of HOME/log/PRIORITY_DAY.log:\n"
             "      \"first\"\n"
-            "      \"Müller ?\"\n"
+            "      \"Müller €\"\n"
             "= 0\n");
   EXPECT_EQ(
       setup.Ctl({"history", "1", "--json"}),
@@ -208,7 +208,7 @@ TEST_F(Zenqayctl, ShowsOneRunWholeWithTheEndOfItsLog) {
       R"j("started":"TIME","outcome":"failed","attempts":1,"ended":"TIME","met":0,"inserted":0,"updated":0,)j"
       R"j("deleted":0,"words":"13: Type mismatch (row SITE='A1')","logs":"HOME/log","process":P,"failures":[{)j"
       R"j("number":13,"source":"X","description":"Type mismatch","statement":"UPDATE SITE","key":"SITE='A1'",)j"
-      R"j("during":"copy"}],"run_log":["\"first\"","\"Müller ?\""]}]})j"
+      R"j("during":"copy"}],"run_log":["\"first\"","\"Müller €\""]}]})j"
       "\n= 0\n");
 }
 
@@ -379,12 +379,19 @@ TEST_F(Zenqayctl, CompletesCommandsOptionsAndJobs) {
           setup.Path("completion") +
           "\n"
           "try() { COMP_WORDS=(zenqayctl \"$@\"); COMP_CWORD=$#; _zenqayctl; echo \"${COMPREPLY[*]}\"; }\n"
-          "try h; try run --a; try run d; try --file x unlock ''; try completion z\n");
+          "try h; try run --a; try run d; try --file x unlock ''; try completion z\n"
+          "for command in run plan submit check status unlock systemd; do try $command d; done\n"
+          "for option in --file --token-file --scratch --out --outcome --keep --directory; do\n"
+          "  try plan $option \"${BASH_SOURCE[0]%try}compl\"\n"
+          "done\n");
   const Text out = setup.Path("tried");
 
   ASSERT_EQ(std::system(("bash " + setup.Path("try") + " >" + out).c_str()), 0);
 
-  EXPECT_EQ(setup.directory.Read("tried"), "history\n--allow-sweep\ndemo\n--json --force --help demo\nzsh\n");
+  Text expected = "history\n--allow-sweep\ndemo\n--json --force --help demo\nzsh\n";
+  for (int command = 0; command < 7; ++command) expected += "demo\n";
+  for (int option = 0; option < 7; ++option) expected += setup.Path("completion") + "\n";
+  EXPECT_EQ(setup.directory.Read("tried"), expected);
   EXPECT_EQ(setup.Ctl({"completion", "jobs"}), "demo\n= 0\n");
   EXPECT_EQ(setup.Ctl({"completion", "zsh"}),
             "#compdef zenqayctl\n"

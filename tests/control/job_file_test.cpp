@@ -170,6 +170,8 @@ TEST(ReadJobFile, PlacesWhatIsWrongAndNamesTheNearestRightWord) {
        "zenqay.toml:4:1: unknown key \"share\" in [batch] (did you mean \"shared\"?)"},
       {"[erp.main]", "[batch]\noptions = [\"night\"]\n[erp.main]",
        "zenqay.toml:4:12: \"options\" must hold options of sbatch, each one text that begins with -: \"--mem=2G\""},
+      {"[erp.main]", "[batch]\noptions = [\"--wait\"]\n[erp.main]",
+       "zenqay.toml:4:12: \"options\" must leave arrays, scripts and waiting to zenqayctl submit"},
       {"[erp.main]", "[batch]\noptions = \"--mem=2G\"\n[erp.main]",
        "zenqay.toml:4:11: \"options\" must be a list such as [\"--mem=2G\"]"},
       {"generation = 8", "generation = = 8",

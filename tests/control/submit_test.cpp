@@ -183,6 +183,11 @@ TEST_F(Submit, RefusesWhatCannotBeHandedOver) {
   EXPECT_EQ(Ctl({"submit", "demo", "--all"}), "! zenqayctl: JOB excludes --all (zenqayctl submit --help)\n= 2\n");
   EXPECT_EQ(Ctl({"submit", "demo", "--", "-p", "night"}),
             "! zenqayctl: behind --: \"night\" is no option of sbatch; write a value behind =: --mem=2G\n= 2\n");
+  for (const Text option : {"--array=0-3", "-a0-3", "--wait", "-W", "--wrap=true", "--test-only"}) {
+    EXPECT_EQ(
+        Ctl({"submit", "demo", "--", option}),
+        "! zenqayctl: behind --: \"" + option + "\": arrays, scripts and waiting are zenqayctl submit's own\n= 2\n");
+  }
   EXPECT_EQ(Ctl({"submit", "demo", "--table", "other:SITE"}),
             "! zenqayctl: --table other:SITE: \"other\" is not among the jobs that are asked for\n= 2\n");
   Command("sinfo", "#!/bin/sh\necho elsewhere n1\n");
@@ -424,6 +429,26 @@ TEST_F(Submit, WaitsWithItsJudgementUntilATaskHasEnded) {
   EXPECT_EQ(Outcomes(),
             "SITE complete\nOBJECT complete: the task was begun anew once\nWARRANTIES in use: the task was begun anew "
             "once\n= 3\n");
+  EXPECT_EQ(Name(), "");
+}
+
+TEST_F(Submit, LosesNoTaskWhileTheSharedDirectoryCannotBeListed) {
+  Ctl({"submit", "demo"});
+  RunTask(0);
+  RunTask(1);
+  const Text directory = setup.Path("shared/" + Name());
+  fs::rename(setup.Path("shared"), setup.Path("unmounted"));
+  const Text unknown =
+      "! zenqayctl: what submitted tasks have left is not known: HOME/shared/NAME: No such file or "
+      "directory\n= 0\n";
+
+  EXPECT_TRUE(Ctl({"status"}).ends_with(unknown));
+  EXPECT_TRUE(Ctl({"history"}).ends_with(unknown));
+  EXPECT_EQ(Outcomes(), "SITE queued\nOBJECT queued\nWARRANTIES queued\n= running\n");
+
+  fs::rename(setup.Path("unmounted"), setup.Path("shared"));
+  Ctl({"status"});
+  EXPECT_EQ(Outcomes(), "SITE complete\nOBJECT complete\nWARRANTIES complete\n= 0\n");
   EXPECT_EQ(Name(), "");
 }
 

@@ -18,6 +18,7 @@ struct Units {
   Text database = "connection = \"Provider=SQLite;Data Source=data/service.db\"\n";
   Text components = "<COMPONENTS/>";
   Text home;  // where it is not the directory
+  Text batch;
   Text said;
 
   Text Plain(const Text& text) const { return Replaced(text, directory.path().string(), "HOME"); }
@@ -28,7 +29,7 @@ struct Units {
     const Text erp = home.empty() ? directory.path().string() : home;
     const JobFile file = ReadJobFileText(
         "[database.service]\n" + database + "[erp.main]\nhome = \"" + erp + "\"\ngeneration = 3\n[job.\"" + job +
-            "\"]\ndatabase = \"service\"\nerp = \"main\"\nlogs = \"/var/log/zenqay\"\n",
+            "\"]\ndatabase = \"service\"\nerp = \"main\"\nlogs = \"/var/log/zenqay\"\n" + batch,
         path);
     std::ostringstream out;
     std::ostringstream err;
@@ -74,6 +75,21 @@ TEST(SystemdCommand, LetsWhatTheJobFileAndItsComponentsNameBeWritten) {
             "[Service]\n"
             "Environment=\"ZENQAY_FILE=/srv/zenqay/zenqay.toml\"\n"
             "ReadWritePaths=/srv/zenqay/data /srv/status /var/log/zenqay\n"
+            "BindReadOnlyPaths=HOME\n");
+}
+
+TEST(SystemdCommand, LetsWhatTasksHaveLeftBeCollected) {
+  Units units;
+  units.batch = "[batch]\nshared = \"/nfs/zenqay\"\n";
+
+  EXPECT_EQ(units.DropIn(),
+            "# Made by \"zenqayctl systemd nightly\" from /srv/zenqay/zenqay.toml.\n"
+            "[Unit]\n"
+            "RequiresMountsFor=/srv/zenqay/data /var/log/zenqay /nfs/zenqay /srv/zenqay HOME\n"
+            "\n"
+            "[Service]\n"
+            "Environment=\"ZENQAY_FILE=/srv/zenqay/zenqay.toml\"\n"
+            "ReadWritePaths=/srv/zenqay/data /var/log/zenqay /nfs/zenqay\n"
             "BindReadOnlyPaths=HOME\n");
 }
 

@@ -19,7 +19,7 @@ expect() {
   diff -u --label expected --label actual - <(printf '%s\n' "$2") || fail "not as expected: $1"
 }
 
-package() { echo "$packages"/zenqay-dbsync_*_amd64.deb; }
+package() { echo "$packages"/zenqay-dbsync_*.deb; }
 
 unpack() { dpkg-deb --extract "$(package)" "$work/unpacked"; }
 
@@ -190,6 +190,9 @@ quietly() { in_root "$@" >"$work/said" 2>&1 || { cat "$work/said" >&2; fail "fai
 
 as_zenqay() { in_root runuser -u zenqay -- "$@"; }
 
+# How a document makes the page's token.
+token_of() { sed -n 's/^    \(head -c .*\)/\1/p' "$sources/$1"; }
+
 run_demo() { as_zenqay zenqayctl --file /srv/zenqay/zenqay.toml run demo | tail -n 1; }
 
 # In mounts of its own, which go with it; in memory, since no test depends on a disk.
@@ -244,7 +247,9 @@ disabled
 END
   expect "what systemd says" \
     "$(in_root systemd-analyze verify --man=no zenqay@nightly.service zenqay@nightly.timer zenqay-page.service 2>&1)" <<<""
-  expect "the jobs of the job file" "$(in_root zenqayctl completion jobs)" <<<""
+  local jobs
+  jobs=$(in_root zenqayctl completion jobs) || fail "the job file cannot be read"
+  expect "the jobs of the job file" "$jobs" <<<""
 
   echo "- a job to try"
   in_root install -d -o zenqay -g zenqay /srv/zenqay
@@ -266,6 +271,21 @@ END
   quietly systemctl enable zenqay@nightly.timer
   expect "what systemd says of the job's units" \
     "$(in_root systemd-analyze verify --man=no zenqay@nightly.service zenqay@nightly.timer zenqay-page.service 2>&1)" <<<""
+
+  echo "- the page with a token, as the documents say it"
+  local page=/etc/systemd/system/zenqay-page.service.d/override.conf
+  expect "the same token in both documents" "$(token_of docs/page.md)" <<<"$(token_of docs/installing.md)"
+  in_root sh -c "$(token_of docs/installing.md)"
+  expect "who can read the token" "$(in_root stat --format='%A %U:%G' /etc/zenqay/credentials/page)" <<<"-rw-r----- root:zenqay"
+  sed -n '/^    \[Service\]$/,/^$/s/^    //p' "$sources/docs/installing.md" >"$root$page"
+  expect "what systemd says of the page's unit" \
+    "$(in_root systemd-analyze verify --man=no zenqay-page.service 2>&1)" <<<""
+  # An address of the documents' own, which no machine has: the token is read, and nothing listens.
+  local serve
+  serve=$(sed -n 's/^ExecStart=\(..*\)/\1/p' "$root$page")
+  expect "the page" "$(as_zenqay sh -c "${serve/127.0.0.1/192.0.2.1}" 2>&1)" \
+    <<<"zenqayctl: Permission denied: 192.0.2.1:8930 cannot be listened on, or another program does"
+  in_root rm /etc/zenqay/credentials/page "$page"
 
   echo "- a later version, when the job file was changed and the logs' settings were not"
   echo '# ours' >>"$root/etc/zenqay/zenqay.toml"
@@ -338,12 +358,12 @@ END
 # Where no root can be made: the programs run from where the package is unpacked.
 trial_of_the_unpacked() {
   unpack
-  local bin=$work/unpacked/usr/bin
+  local bin=$work/unpacked/usr/bin jobs
   export XDG_STATE_HOME=$work/state
   "$bin/zenqayctl" init "$work/site" >/dev/null
   expect "the run" "$("$bin/zenqayctl" --file "$work/site/zenqay.toml" run demo | tail -n 1)" <<<"7 complete"
-  expect "the jobs of the job file" \
-    "$("$bin/zenqayctl" --file "$work/unpacked/etc/zenqay/zenqay.toml" completion jobs)" <<<""
+  jobs=$("$bin/zenqayctl" --file "$work/unpacked/etc/zenqay/zenqay.toml" completion jobs) || fail "the job file cannot be read"
+  expect "the jobs of the job file" "$jobs" <<<""
 }
 
 case $test in

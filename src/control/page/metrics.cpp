@@ -10,12 +10,17 @@ namespace {
 
 constexpr const char* kLost = "lost";
 
-/// A table with its last run that has ended, and whether a later one is under way.
+/// A table with its last run that has ended, and whether another one has it.
 struct Measured {
   const TableStatus* status = nullptr;
   std::optional<PastTable> ended;
-  bool isUnderWay = false;
+  bool isRunning = false;
 };
+
+/// A table that waits for its turn, or for the batch system's, has no job yet.
+bool IsRunning(const PastTable& past) {
+  return past.ended.empty() && past.outcome != kQueued && past.outcome != StateWord(TableState::Waiting);
+}
 
 Text LabelValue(const Text& text) {
   return "\"" + Replaced(Replaced(Replaced(text, "\\", "\\\\"), "\"", "\\\""), "\n", "\\n") + "\"";
@@ -32,11 +37,8 @@ std::vector<Measured> Measure(const TableOverview& overview, History& history) {
   for (const TableStatus& status : overview.tables) {
     Measured measured{.status = &status};
     for (const PastTable& past : history.LatestTables(status.database, status.table.name, kLookedBack)) {
-      if (past.ended.empty()) {
-        measured.isUnderWay = true;
-      } else if (!measured.ended) {
-        measured.ended = past;
-      }
+      measured.isRunning = measured.isRunning || IsRunning(past);
+      if (!measured.ended && !past.ended.empty()) measured.ended = past;
     }
     all.push_back(std::move(measured));
   }
@@ -52,7 +54,7 @@ class Exposition {
   }
 
   void Add(const Text& labels, std::int64_t value) {
-    text_ += name_ + "{" + labels + "} " + std::to_string(value) + "\n";
+    text_ += name_ + (labels.empty() ? "" : "{" + labels + "}") + " " + std::to_string(value) + "\n";
   }
 
   const Text& text() const { return text_; }
@@ -102,7 +104,11 @@ void AddRows(Exposition& out, const std::vector<Measured>& tables) {
   }
 }
 
-void AddDatabases(Exposition& out, const TableOverview& overview) {
+/// Nothing as long as no database has answered.
+void AddLook(Exposition& out, const TableOverview& overview) {
+  if (overview.readAt == 0) return;
+  out.Begin("zenqay_tables_read_timestamp_seconds", "When the databases were last looked at, in seconds since 1970.");
+  out.Add("", overview.readAt);
   out.Begin("zenqay_job_database_up", "1 when the job's tables could be looked at in its database, else 0.");
   for (const auto& [name, job] : overview.file.jobs) {
     out.Add("job=" + LabelValue(name) + ",database=" + LabelValue(job.database),
@@ -116,7 +122,7 @@ Text MetricsText(const TableOverview& overview, History& history, std::int64_t n
   using Number = std::optional<std::int64_t>;
   const std::vector<Measured> tables = Measure(overview, history);
   Exposition out;
-  if (overview.readAt != 0) AddDatabases(out, overview);
+  AddLook(out, overview);
   AddToEach(out, tables, "zenqay_table_age_seconds", "Seconds since the table's data was current.",
             [&](const Measured& table) { return AgeOf(table.status->table, now); });
   AddToEach(out, tables, "zenqay_table_copied", "1 when the table has ever been copied, else 0.",
@@ -124,7 +130,7 @@ Text MetricsText(const TableOverview& overview, History& history, std::int64_t n
   AddToEach(out, tables, "zenqay_table_taken", "1 when the table's flag says that a copy is running, else 0.",
             [](const Measured& table) { return Number(table.status->table.isTaken ? 1 : 0); });
   AddToEach(out, tables, "zenqay_table_running", "1 while a run of zenqayctl has the table, else 0.",
-            [](const Measured& table) { return Number(table.isUnderWay ? 1 : 0); });
+            [](const Measured& table) { return Number(table.isRunning ? 1 : 0); });
   AddOutcomes(out, tables);
   AddToEach(out, tables, "zenqay_table_last_run_end_timestamp_seconds",
             "When the table's last run ended, in seconds since 1970.",

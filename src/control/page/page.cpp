@@ -41,8 +41,35 @@ PageView ViewOf(const PageRules& rules) {
   return {.now = UtcNow(), .allowActions = rules.allowActions};
 }
 
-PageAnswer Missing(const PageRules& rules) {
-  return HtmlAnswer(FaultPage("Not found", "There is no such page.", ViewOf(rules)), 404);
+bool IsForPrograms(const Text& path) {
+  return path.starts_with("/api/");
+}
+
+PageAnswer ActionAnswer(const ActionEnd& end, int status) {
+  return JsonAnswer({{"done", end.isDone}, {"words", end.words}}, status);
+}
+
+PageAnswer ActionAnswer(const ActionEnd& end) {
+  return ActionAnswer(end, end.isDone ? 200 : 409);
+}
+
+/// A refusal is said in plain words, but to programs.
+PageAnswer Refused(const Text& path, PageAnswer refusal) {
+  if (!IsForPrograms(path)) return refusal;
+  PageAnswer said = ActionAnswer({false, refusal.refusal}, refusal.status);
+  refusal.type = std::move(said.type);
+  refusal.body = std::move(said.body);
+  return refusal;
+}
+
+/// As programs read it, or people.
+PageAnswer Fault(const Text& path, const Text& title, const Text& words, int status, const PageRules& rules) {
+  if (IsForPrograms(path)) return ActionAnswer({false, words}, status);
+  return HtmlAnswer(FaultPage(title, words, ViewOf(rules)), status);
+}
+
+PageAnswer Missing(const Text& path, const PageRules& rules) {
+  return Fault(path, "Not found", "There is no such page.", 404, rules);
 }
 
 std::int64_t Before(const PageRequest& request) {
@@ -62,21 +89,17 @@ Json RunsJson(History& history, std::int64_t before) {
   return list;
 }
 
-PageAnswer ActionAnswer(const ActionEnd& end) {
-  return JsonAnswer({{"done", end.isDone}, {"words", end.words}}, end.isDone ? 200 : 409);
-}
-
 }  // namespace
 
 PageAnswer Page::Answer(const PageRequest& request) const {
   try {
-    if (auto refusal = RefusalOf(request, rules_)) return *refusal;
+    if (auto refusal = RefusalOf(request, rules_)) return Refused(request.path, *std::move(refusal));
     return request.method == "POST" ? Act(request) : Read(request);
   } catch (const WrongUsage& fault) {
-    return JsonAnswer({{"done", false}, {"words", fault.description()}}, 409);
+    return ActionAnswer({false, fault.description()});
   } catch (const std::exception& fault) {
     const Text words = WithoutSecrets(fault.what());
-    PageAnswer answer = HtmlAnswer(FaultPage("Something failed", words, ViewOf(rules_)), 503);
+    PageAnswer answer = Fault(request.path, "Something failed", words, 503, rules_);
     answer.refusal = words;
     return answer;
   }
@@ -92,7 +115,6 @@ PageAnswer Page::Read(const PageRequest& request) const {
 
 PageAnswer Page::ReadHistory(const PageRequest& request) const {
   const Text& path = request.path;
-  const bool asJson = path.starts_with("/api/");
   History history(historyPath_);
   const PageView view = ViewOf(rules_);
   if (path == "/healthz") return {.body = "ok\n"};
@@ -104,15 +126,16 @@ PageAnswer Page::ReadHistory(const PageRequest& request) const {
   }
   if (path == "/api/tables") return JsonAnswer(TablesJson(*tables_(), history, view.now));
   if (path == "/api/runs") return JsonAnswer(RunsJson(history, Before(request)));
-  if (const auto run = Between(path, asJson ? "/api/runs/" : "/runs/", "")) return ReadRun(history, *run, asJson);
-  return Missing(rules_);
+  const auto run = Between(path, IsForPrograms(path) ? "/api/runs/" : "/runs/", "");
+  if (run) return ReadRun(history, path, *run);
+  return Missing(path, rules_);
 }
 
-PageAnswer Page::ReadRun(History& history, const Text& number, bool asJson) const {
+PageAnswer Page::ReadRun(History& history, const Text& path, const Text& number) const {
   const auto id = NumberIn(number);
   const auto run = id ? history.Run(*id) : std::nullopt;
-  if (!run) return Missing(rules_);
-  if (asJson) return JsonAnswer(WholeRunJson(history, *run));
+  if (!run) return Missing(path, rules_);
+  if (IsForPrograms(path)) return JsonAnswer(WholeRunJson(history, *run));
   return HtmlAnswer(RunPage(history, *run, ViewOf(rules_)));
 }
 
@@ -128,7 +151,7 @@ PageAnswer Page::Act(const PageRequest& request) const {
       return ActionAnswer(actions_.Unlock(overview->file, both->substr(0, at), both->substr(at + kTables.size())));
     }
   }
-  return Missing(rules_);
+  return Missing(request.path, rules_);
 }
 
 }  // namespace zenqay

@@ -16,13 +16,13 @@ class Page {
   Page(PageRules rules, Text historyPath, Tables tables, PageActions& actions)
       : rules_(std::move(rules)), historyPath_(std::move(historyPath)), tables_(std::move(tables)), actions_(actions) {}
 
-  /// From any thread. Whatever fails is said in the answer.
+  /// From any thread. Whatever fails is said in the answer, under /api/ as {"done": false, "words": "…"}.
   PageAnswer Answer(const PageRequest& request) const;
 
  private:
   PageAnswer Read(const PageRequest& request) const;
   PageAnswer ReadHistory(const PageRequest& request) const;
-  PageAnswer ReadRun(History& history, const Text& number, bool asJson) const;
+  PageAnswer ReadRun(History& history, const Text& path, const Text& number) const;
   PageAnswer Act(const PageRequest& request) const;
 
   const PageRules rules_;

@@ -10,9 +10,8 @@ Html Fact(const char* name, const Html& value) {
 }
 
 Html FactsHtml(const PastRun& run, const PageView& view) {
-  const std::int64_t seconds = (run.ended.empty() ? view.now : SecondsOfUtc(run.ended)) - SecondsOfUtc(run.started);
   return "<dl class=\"facts\">"_html + Fact("Outcome", RunOutcomeHtml(run.outcome)) +
-         Fact("Started", MomentHtml(run.started)) + Fact("Took", SpanHtml(seconds)) +
+         Fact("Started", MomentHtml(run.started)) + Fact("Took", SpanHtml(SecondsOf(run, view.now))) +
          Fact("Command", "<code>zenqayctl "_html + Escaped(run.command) + "</code>"_html) +
          Fact("By", Escaped("process " + std::to_string(run.process.pid) + " on " + run.process.host)) + "</dl>\n"_html;
 }

@@ -16,10 +16,9 @@ Html TablesText(const std::vector<PastTable>& tables) {
 Html RowHtml(const PastRun& run, const std::vector<PastTable>& tables, std::int64_t now) {
   std::int64_t rows = 0;
   for (const PastTable& table : tables) rows += RowsOf(table.counts);
-  const std::int64_t seconds = (run.ended.empty() ? now : SecondsOfUtc(run.ended)) - SecondsOfUtc(run.started);
   return "<tr><th scope=\"row\">"_html + RunLink(run.id) + "</th>"_html + Cell("Started", MomentHtml(run.started)) +
          Cell("Outcome", RunOutcomeHtml(run.outcome)) + Cell("Complete", TablesText(tables)) +
-         NumberCell("Rows", Escaped(GroupedDigits(rows))) + NumberCell("Took", SpanHtml(seconds)) +
+         NumberCell("Rows", Escaped(GroupedDigits(rows))) + NumberCell("Took", SpanHtml(SecondsOf(run, now))) +
          Cell("Command", "<code>"_html + Escaped(run.command) + "</code>"_html) + "</tr>\n"_html;
 }
 

@@ -73,6 +73,11 @@ void TableWatch::Watch() {
   }
 }
 
+bool TableWatch::IsOver() {
+  const std::lock_guard lock(mutex_);
+  return isOver_;
+}
+
 std::shared_ptr<const TableOverview> TableWatch::Look() {
   const std::lock_guard lock(looking_);
   auto overview = std::make_shared<TableOverview>();
@@ -87,7 +92,10 @@ std::shared_ptr<const TableOverview> TableWatch::Look() {
     history.CloseLost();
     std::ostringstream unknown;  // how submitted tasks go; what the history has is shown then
     const OpenTasks tasks = CollectOutcomes(history, BatchSystem(environment_), unknown);
-    for (const auto& [name, job] : overview->file.jobs) LookAtJob(*overview, job, history, tasks, environment_);
+    for (const auto& [name, job] : overview->file.jobs) {
+      if (IsOver()) break;  // a database that is silent takes its time
+      LookAtJob(*overview, job, history, tasks, environment_);
+    }
   } catch (const std::exception& fault) {
     for (const auto& [name, job] : overview->file.jobs) overview->unreached[name] = fault.what();
   }

@@ -40,6 +40,7 @@ class TableWatch {
 
  private:
   void Watch();
+  bool IsOver();
   std::shared_ptr<const TableOverview> Look();
 
   const Environment environment_;

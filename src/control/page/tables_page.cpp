@@ -6,6 +6,7 @@ namespace zenqay {
 namespace {
 
 constexpr std::int64_t kDay = 86400;
+constexpr std::int64_t kLongAgo = 60;  // six times as long as a look stays fresh
 
 Html FreshnessCells(const LocalTable& table, std::int64_t now) {
   const std::optional<std::int64_t> age = AgeOf(table, now);
@@ -82,17 +83,28 @@ Html JobHtml(const TableOverview& overview, const JobSettings& job, const Html& 
   return section + "</section>\n"_html;
 }
 
+/// Why the tables may not be as they are shown.
+Html FaultsHtml(const TableOverview& overview, std::int64_t now) {
+  Html faults;
+  if (!overview.fileFault.empty()) {
+    faults += "<p class=\"fault\">The job file cannot be read; this is what it said before. "_html +
+              Escaped(overview.fileFault) + "</p>\n"_html;
+  }
+  if (overview.readAt == 0) {
+    faults += "<p class=\"fault\">No database has answered yet.</p>\n"_html;
+  } else if (now - overview.readAt > kLongAgo) {
+    faults += "<p class=\"fault\">The databases were last looked at "_html + MomentHtml(UtcText(overview.readAt)) +
+              "; the next look has not ended.</p>\n"_html;
+  }
+  return faults;
+}
+
 }  // namespace
 
 Text TablesPage(const TableOverview& overview, History& history, const PageView& view) {
   std::map<Text, Html> rows;
   for (const TableStatus& status : overview.tables) rows[status.job] += RowHtml(WithLatest(status, history), view);
-  Html main = "<h1>Tables</h1>\n"_html;
-  if (!overview.fileFault.empty()) {
-    main += "<p class=\"fault\">The job file cannot be read; this is what it said before. "_html +
-            Escaped(overview.fileFault) + "</p>\n"_html;
-  }
-  if (overview.readAt == 0) main += "<p class=\"fault\">No database has answered yet.</p>\n"_html;
+  Html main = "<h1>Tables</h1>\n"_html + FaultsHtml(overview, view.now);
   for (const auto& [name, job] : overview.file.jobs) main += JobHtml(overview, job, rows[name], view);
   return WholePage("Tables", "/", main, view);
 }

@@ -53,8 +53,7 @@ class RunsOfThePage : public testing::Test {
                             .out = out,
                             .err = err,
                             .terminal = {},
-                            .check = {},
-                            .ownProgram = {}};
+                            .check = {}};
   TableWatch tables{JobFile{}, {}, ""};
   StartedRuns runs{(directory.path() / "ctl").string(), "/zenqay.toml", tables, surroundings};
 };

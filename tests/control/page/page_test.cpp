@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "control/page/pages.h"
 #include "control/past_runs.h"
 #include "doubles/temp_directory.h"
 #include "doubles/time_zone.h"
@@ -14,6 +15,7 @@ class NotedActions : public PageActions {
  public:
   ActionEnd StartJob(const Text& job) override {
     noted += "start " + job + "\n";
+    if (!fault.empty()) throw RuntimeError(70, "system", fault);
     return {isDone, "told"};
   }
   ActionEnd Unlock(const JobFile&, const Text& job, const Text& table) override {
@@ -22,8 +24,16 @@ class NotedActions : public PageActions {
   }
 
   bool isDone = true;
+  Text fault;  // of starting; empty: none
   Text noted;
 };
+
+/// All of an answer, line by line.
+Text Whole(const PageAnswer& answer) {
+  Text text = std::to_string(answer.status) + " " + answer.type + "\n";
+  for (const auto& [name, value] : answer.headers) text += name + ": " + value + "\n";
+  return text + "refusal: " + answer.refusal + "\n" + answer.body;
+}
 
 /// A page over a history with one run, of a SITE that is complete and a PRIORITY that failed.
 class PageOf : public testing::Test {
@@ -81,15 +91,18 @@ class PageOf : public testing::Test {
     return page.Answer({.method = "GET", .path = path, .query = std::move(query), .headers = {{"host", "localhost"}}});
   }
 
+  PageAnswer AnswerToPost(const Text& path, const Text& token = kToken) const {
+    return page.Answer({.method = "POST", .path = path, .headers = {{"host", "localhost"}, {"x-zenqay-token", token}}});
+  }
+
   Text Post(const Text& path) const {
-    const PageAnswer answer =
-        page.Answer({.method = "POST", .path = path, .headers = {{"host", "localhost"}, {"x-zenqay-token", kToken}}});
+    const PageAnswer answer = AnswerToPost(path);
     return std::to_string(answer.status) + " " + answer.body;
   }
 
   /// What stands between the frame's parts, the directory told by a word.
-  Text MainOf(const Text& path) const {
-    const Text body = Get(path).body;
+  Text MainOf(const Text& path) const { return MainIn(Get(path).body); }
+  Text MainIn(const Text& body) const {
     const std::size_t start = body.find("<main id=\"main\" tabindex=\"-1\">\n") + 31;
     return Replaced(body.substr(start, body.find("</main>") - start), directory.path().string(), "DIR");
   }
@@ -105,7 +118,7 @@ class PageOf : public testing::Test {
 };
 
 TEST_F(PageOf, ARunHasItsTablesItsRecordsAndTheEndOfItsLogWithoutMarkupOfTheirs) {
-  directory.Write("log/PRIORITY_20260131.log", "Date: <1>\r\n\"Type mismatch; Password=geheim;\" \xE4\r\n");
+  directory.Write("log/PRIORITY_20260131.log", "Date: <1>\r\n\"Type mismatch \x84\xE4\x93; Password=geheim;\"\r\n");
 
   EXPECT_EQ(
       MainOf("/runs/1"),
@@ -144,7 +157,7 @@ TEST_F(PageOf, ARunHasItsTablesItsRecordsAndTheEndOfItsLogWithoutMarkupOfTheirs)
       "</ol>\n"
       "<h3>The end of its log</h3><p class=\"path\">DIR/log/PRIORITY_20260131.log</p>"
       "<pre tabindex=\"0\" aria-label=\"The end of the log of PRIORITY\">Date: &lt;1&gt;\n"
-      "&quot;Type mismatch; Password=***\n</pre>\n"
+      "&quot;Type mismatch „ä“; Password=***\n</pre>\n"
       "</section>\n");
 }
 
@@ -200,6 +213,17 @@ TEST_F(PageOf, WhatCannotBeLookedAtIsSaid) {
             "</section>\n");
 }
 
+TEST_F(PageOf, ALookThatDoesNotEndIsSaidWithTheMomentOfTheLastOne) {
+  overview->file.jobs.clear();
+  overview->readAt = 1769854272;
+
+  EXPECT_EQ(MainIn(TablesPage(*overview, history, {.now = overview->readAt + 60})), "<h1>Tables</h1>\n");
+  EXPECT_EQ(MainIn(TablesPage(*overview, history, {.now = overview->readAt + 61})),
+            "<h1>Tables</h1>\n"
+            "<p class=\"fault\">The databases were last looked at <time datetime=\"2026-01-31T10:11:12Z\" "
+            "title=\"2026-01-31 10:11:12 UTC\">2026-01-31 10:11:12 UTC</time>; the next look has not ended.</p>\n");
+}
+
 TEST_F(PageOf, RunsAreListedFiftyAtATime) {
   for (int i = 0; i < 60; ++i) history.EndRun(history.BeginRun("run x", OwnIdentity()), 0);
   const auto linksTo = [](const Text& html, const Text& target) {
@@ -242,6 +266,41 @@ TEST_F(PageOf, AnActionIsDoneOnceForAJobThatThereIs) {
   EXPECT_EQ(actions.noted, "start demo\nunlock demo SITE\nstart demo\n");
 }
 
+TEST_F(PageOf, WhatFailsForAProgramIsSaidInJson) {
+  actions.fault = "<no> process; Password=geheim";
+  EXPECT_EQ(Whole(AnswerToPost("/api/jobs/demo/run")),
+            "503 application/json\n"
+            "refusal: <no> process; Password=***\n"
+            "{\"done\":false,\"words\":\"<no> process; Password=***\"}\n");
+  EXPECT_EQ(Whole(AnswerToPost("/api/jobs/demo/run", "another")),
+            "401 application/json\n"
+            "refusal: this is not the page's token\n"
+            "{\"done\":false,\"words\":\"this is not the page's token\"}\n");
+  EXPECT_EQ(actions.noted, "start demo\n");
+
+  const Text missing = "404 application/json\nrefusal: \n{\"done\":false,\"words\":\"There is no such page.\"}\n";
+  EXPECT_EQ(Whole(AnswerToPost("/api/jobs/demo")), missing);
+  for (const char* path : {"/api/", "/api/runs/2", "/api/runs/x", "/api/jobs/demo/run"}) {
+    EXPECT_EQ(Whole(Get(path)), missing) << path;
+  }
+  EXPECT_EQ(Get("/runs/2").type, "text/html; charset=utf-8");
+}
+
+TEST_F(PageOf, ARefusalAsksAProgramForTheTokenInJson) {
+  const Page closed(
+      {.token = kToken, .readNeedsToken = true}, historyPath, [this] { return overview; }, actions);
+  const Text asks =
+      "WWW-Authenticate: Basic realm=\"zenqayctl: the token is the password\", charset=\"UTF-8\"\n"
+      "refusal: the page needs its token\n";
+  const auto ask = [&](const Text& path) {
+    return Whole(closed.Answer({.method = "GET", .path = path, .headers = {{"host", "localhost"}}}));
+  };
+
+  EXPECT_EQ(ask("/api/runs"),
+            "401 application/json\n" + asks + "{\"done\":false,\"words\":\"the page needs its token\"}\n");
+  EXPECT_EQ(ask("/runs"), "401 text/plain; charset=utf-8\n" + asks + "the page needs its token\n");
+}
+
 TEST_F(PageOf, AHistoryThatCannotBeReadIsSaid) {
   const Page other(
       {}, (directory.path() / "none" / "history.db").string(), [this] { return overview; }, actions);
@@ -269,6 +328,9 @@ TEST_F(PageOf, MetricsSayFreshnessAndTheLastRunOfATable) {
 
   EXPECT_EQ(
       Get("/metrics").body,
+      "# HELP zenqay_tables_read_timestamp_seconds When the databases were last looked at, in seconds since 1970.\n"
+      "# TYPE zenqay_tables_read_timestamp_seconds gauge\n"
+      "zenqay_tables_read_timestamp_seconds 1769854300\n"
       "# HELP zenqay_job_database_up 1 when the job's tables could be looked at in its database, else 0.\n"
       "# TYPE zenqay_job_database_up gauge\n"
       "zenqay_job_database_up{job=\"demo\",database=\"service\"} 1\n"
@@ -336,6 +398,32 @@ TEST_F(PageOf, MetricsSayFreshnessAndTheLastRunOfATable) {
           ",rows=\"updated\"} 4980\n"
           "zenqay_table_last_run_rows" +
           labels + ",rows=\"deleted\"} 1\n");
+}
+
+TEST_F(PageOf, MetricsCallATableRunningFromTheStartOfItsJobToItsEnd) {
+  overview->tables = {{.job = "demo", .database = "service", .table = {.id = 4, .name = "OBJECT"}}};
+  const auto measured = [&] {
+    const Text body = Get("/metrics").body;
+    const std::size_t start = body.find("\nzenqay_table_running") + 1;
+    return body.substr(start, body.find('\n', start) - start);
+  };
+  const Text metric = "zenqay_table_running{job=\"demo\",database=\"service\",table=\"OBJECT\"}";
+  TableRun run{.task = {.job = "demo", .database = "service", .table = "OBJECT", .method = Method::Full}};
+
+  const std::int64_t id = history.BeginTable(history.BeginRun("submit demo", OwnIdentity()), run);
+  EXPECT_EQ(measured(), metric + " 0");
+  history.NoteQueued(id);
+  EXPECT_EQ(history.LatestTables("service", "OBJECT", 1).front().outcome, kQueued);
+  EXPECT_EQ(measured(), metric + " 0");
+  for (const auto& [state, value] : {std::pair{TableState::Beginning, " 1"},
+                                     {TableState::Copying, " 1"},
+                                     {TableState::Waiting, " 0"},  // for its next attempt
+                                     {TableState::Copying, " 1"},
+                                     {TableState::Complete, " 0"}}) {
+    run.state = state;
+    history.UpdateTable(id, run);
+    EXPECT_EQ(measured(), metric + value) << StateWord(state);
+  }
 }
 
 TEST_F(PageOf, ALogIsReadInItsDirectoryAlone) {

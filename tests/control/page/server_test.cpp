@@ -23,7 +23,9 @@ constexpr const char* kToken = "0123456789abcdef";
 /// A connection to a port of this machine. What is read is waited for, up to a minute.
 class Client {
  public:
-  explicit Client(int port) : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  /// With room for so many bytes that are not read yet, as the system rounds it; 0: the system's own.
+  explicit Client(int port, int room = 0) : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    if (room > 0) ::setsockopt(socket_, SOL_SOCKET, SO_RCVBUF, &room, sizeof room);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<std::uint16_t>(port));
@@ -54,8 +56,7 @@ class Client {
     Text text;
     std::array<char, 4096> block{};
     while (text.find(mark) == Text::npos) {
-      pollfd waited{.fd = socket_, .events = POLLIN, .revents = 0};
-      if (::poll(&waited, 1, 60'000) <= 0) return text + "(nothing arrives)";
+      if (!Waits(POLLIN)) return text + "(nothing arrives)";
       const ssize_t count = ::recv(socket_, block.data(), block.size(), 0);
       if (count <= 0) break;
       text.append(block.data(), static_cast<std::size_t>(count));
@@ -64,7 +65,17 @@ class Client {
   }
   Text ReadAll() const { return ReadTo("there is no such mark"); }
 
+  /// Waits until something has arrived, and until the connection is broken off, without reading.
+  bool HasArrived() const { return Waits(POLLIN); }
+  bool IsBrokenOff() const { return Waits(0); }
+
  private:
+  /// Errors and hangups are always waited for.
+  bool Waits(short event) const {
+    pollfd waited{.fd = socket_, .events = event, .revents = 0};
+    return ::poll(&waited, 1, 60'000) > 0;
+  }
+
   int socket_;
   bool isConnected_;
 };
@@ -311,6 +322,25 @@ TEST_F(PageServed, HeadsThatDoNotEndAreRefusedAndDisturbNobody) {
   EXPECT_EQ(StatusOf(Get("/healthz")), "HTTP/1.1 200 OK");
   EXPECT_EQ(StatusOf(halfOpen.back().ReadAll()), "HTTP/1.1 408 Request Timeout");
   EXPECT_EQ(StatusOf(halfOpen.front().ReadAll()), "HTTP/1.1 408 Request Timeout");
+  EXPECT_EQ(Stop(), ProcessEnd{});
+}
+
+TEST_F(PageServed, AReaderWhoTakesNoAnswerIsLeftAndDisturbsNobody) {
+  constexpr std::size_t kLong = 4 * 1024 * 1024;  // more than the system holds for a reader
+  History history(setup.Path("zenqay/history.db"));
+  history.EndRun(history.BeginRun("run " + Text(kLong, 'x'), OwnIdentity()), 0);
+  Serve();
+  EXPECT_GT(Get("/runs/1").size(), kLong);
+
+  const Client slow(port, 4096);
+  slow.Send("GET /runs/1 HTTP/1.1\r\nHost: localhost\r\n\r\n");
+  ASSERT_TRUE(slow.HasArrived());
+  slow.Send("x");  // is never read, so that the system tells of the end at once
+  EXPECT_EQ(StatusOf(Get("/healthz")), "HTTP/1.1 200 OK");
+  EXPECT_TRUE(slow.IsBrokenOff());
+
+  EXPECT_LT(slow.ReadAll().size(), kLong);
+  EXPECT_EQ(StatusOf(Get("/healthz")), "HTTP/1.1 200 OK");
   EXPECT_EQ(Stop(), ProcessEnd{});
 }
 

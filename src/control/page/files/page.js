@@ -129,7 +129,7 @@ async function act(button) {
     const isJson = answer.headers.get("Content-Type") === "application/json";
     if (answer.status === 401) sessionStorage.removeItem("token");
     else sessionStorage.setItem("token", token);
-    said.textContent = isJson ? (await answer.json()).words : await answer.text();
+    said.textContent = isJson ? (await answer.json()).words : `The page does not answer (HTTP ${answer.status}).`;
   } catch {
     said.textContent = "The page does not answer.";
   } finally {
