@@ -139,21 +139,6 @@ can_make_root() {
     "$work/Release"
 }
 
-# bootstrap INCLUDE TAR MIRROR...; a mirror may fail for a moment, so three times at most.
-bootstrap() {
-  local include=$1 tar=$2 attempt
-  shift 2
-  for attempt in 1 2 3; do
-    TMPDIR=$work mmdebstrap --format=tar --variant=essential --include="$include" --aptopt="$work/apt.conf" --dpkgopt=force-unsafe-io \
-      --dpkgopt='path-exclude=/usr/share/locale/*' "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$tar" "$@" \
-      2>"$work/bootstrap" && return
-    grep '^[EW]:' "$work/bootstrap" >&2 || true
-    rm -f "$tar"
-    sleep $((5 * attempt))
-  done
-  fail "no root can be made"
-}
-
 # A Debian that has what is essential and what the package needs (of alternatives the first, as apt takes them), made once,
 # with the sources and settings of this apt.
 make_root() {
@@ -166,7 +151,11 @@ make_root() {
       [ ! -s "$file" ] || mirrors+=("$file")
     done
     apt-config dump Acquire >"$work/apt.conf"
-    bootstrap "$include" "$tar.new" "${mirrors[@]}"
+    # The number of a pipe goes through sh, which takes one digit: what was inherited makes room.
+    TMPDIR=$work mmdebstrap --format=tar --variant=essential --include="$include" --aptopt="$work/apt.conf" --dpkgopt=force-unsafe-io \
+      --dpkgopt='path-exclude=/usr/share/locale/*' "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$tar.new" \
+      "${mirrors[@]}" 2>"$work/bootstrap" 3>&- 4>&- 5>&- 6>&- 7>&- 8>&- 9>&- ||
+      { grep '^[EW]:' "$work/bootstrap" >&2 || true; fail "no root can be made"; }
     mv "$tar.new" "$tar"
   fi
   root=$work/root
