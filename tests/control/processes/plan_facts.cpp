@@ -4,6 +4,8 @@
 #include <span>
 #include <sstream>
 
+#include "base/text_functions.h"
+
 namespace zenqay {
 namespace {
 
@@ -14,11 +16,6 @@ Json Plain(const Json& value) {
   constexpr std::string_view kMidnight = " 00:00:00";
   if (!value.is_string() || !value.get<Text>().ends_with(kMidnight)) return value;
   return value.get<Text>().substr(0, value.get<Text>().size() - kMidnight.size());
-}
-
-Text UpperCased(Text text) {
-  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return text;
 }
 
 std::vector<Text> ColumnsOf(const TestedTable& table) {
@@ -40,7 +37,7 @@ Example ExampleOf(const Json& json) {
     example.before[UpperCased(column)] = example.after[UpperCased(column)] = Plain(value);
   }
   for (const Json& field : json["fields"]) {
-    const Text column = UpperCased(field["column"]);
+    const Text column = UpperCased(field["column"].get<Text>());
     example.before[column] = Plain(field["before"]);
     example.after[column] = Plain(field["after"]);
   }
